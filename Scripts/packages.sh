@@ -1,0 +1,115 @@
+# shellcheck shell=bash
+# What the project needs of the system, by purpose, and how it gets there. Sourced, not run.
+#
+# A need is written PACKAGE=PROOF: the package's name on Debian, and what shows that it is there
+# where the package is not known, be it a system without dpkg or a tool that came another way:
+# a command, or a header in angle brackets.
+
+# shellcheck disable=SC2034 # read by name
+quen_needs_build=(
+    "g++=${CXX:-g++}"
+    cmake=cmake
+    ninja-build=ninja
+    pkg-config=pkg-config
+    'libexpat1-dev=<expat.h>'
+    'libutf8proc-dev=<utf8proc.h>'
+    'nlohmann-json3-dev=<nlohmann/json.hpp>'
+    'libcli11-dev=<CLI/CLI.hpp>'
+    subversion=svn
+)
+# shellcheck disable=SC2034
+quen_needs_check=(
+    'libgtest-dev=<gtest/gtest.h>'
+    'libgmock-dev=<gmock/gmock.h>'
+    'libxml2-dev=<libxml2/libxml/parser.h>'
+)
+# shellcheck disable=SC2034
+quen_needs_ci=(
+    clang=clang++
+    clang-tidy=run-clang-tidy
+    clang-format=clang-format
+    'libclang-rt-dev=<sanitizer/common_interface_defs.h>'
+    'libbenchmark-dev=<benchmark/benchmark.h>'
+    shellcheck=shellcheck
+    git=git
+)
+
+quen_status_unavailable=69
+
+# Prints a line of the calling script on standard error.
+quen_say() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+}
+
+# Whether the proof, a command or a header, is there.
+quen_is_there() {
+    case $1 in
+        '<'*) "${CXX:-g++}" -E -x c++ - >/dev/null 2>&1 <<<"#include $1" ;;
+        *) command -v -- "$1" >/dev/null ;;
+    esac
+}
+
+# Sets quen_missing to the packages that the purposes ($@: build, check, ci) still lack. dpkg is
+# asked once, for all of them; the proofs are looked at only for what it does not know.
+quen_find_missing() {
+    local purpose need installed=
+    local -a needs=()
+    for purpose in "$@"; do
+        local -n list=quen_needs_$purpose
+        needs+=("${list[@]}")
+    done
+    if command -v dpkg-query >/dev/null; then
+        installed=$(dpkg-query --show --showformat '${db:Status-Status} ${Package}\n' \
+            "${needs[@]%%=*}" 2>/dev/null)
+    fi
+    quen_missing=()
+    for need in "${needs[@]}"; do
+        [[ $'\n'$installed$'\n' == *$'\n'"installed ${need%%=*}"$'\n'* ]] && continue
+        quen_is_there "${need#*=}" || quen_missing+=("${need%%=*}")
+    done
+}
+
+# Says what is missing, why it could not be installed, and what to do.
+quen_say_missing() {
+    quen_say "missing: ${quen_missing[*]} ($1)." \
+        "Install with: apt-get install --no-install-recommends ${quen_missing[*]}"
+    return "$quen_status_unavailable"
+}
+
+# Installs quen_missing, the package manager's words going to the file $1.
+quen_install_missing() {
+    local log=$1
+    local -a as_root=() apt=(apt-get -y -q -o DPkg::Lock::Timeout=300)
+    command -v apt-get >/dev/null || { quen_say_missing 'there is no apt-get here'; return; }
+    if [[ $(id -u) -ne 0 ]]; then
+        as_root=(sudo)
+        if sudo -n true </dev/null 2>/dev/null; then
+            as_root=(sudo -n)
+        elif [[ ! -t 0 || ! -t 2 ]] || ! command -v sudo >/dev/null; then
+            quen_say_missing 'installing needs root, or sudo without a password'
+            return
+        fi
+    fi
+    as_root+=(env DEBIAN_FRONTEND=noninteractive)
+    quen_say "Installing ${quen_missing[*]} (once)..."
+    # The lists may be old or absent; whether that matters, the installation tells.
+    "${as_root[@]}" "${apt[@]}" update </dev/null >"$log" 2>&1
+    "${as_root[@]}" "${apt[@]}" install --no-install-recommends "${quen_missing[@]}" \
+        </dev/null >>"$log" 2>&1 || {
+        quen_say_missing "$(grep -m 1 '^E: ' "$log" || echo "apt-get failed, see $log")"
+        return
+    }
+}
+
+# Brings in what the purposes ($2...) need; silent, and without network, when it is all there. The
+# directory $1 receives the log.
+quen_require() {
+    local directory=$1
+    shift
+    quen_find_missing "$@"
+    [[ ${#quen_missing[@]} -eq 0 ]] && return
+    mkdir -p "$directory"
+    quen_install_missing "$directory/packages.log" || return
+    quen_find_missing "$@"
+    [[ ${#quen_missing[@]} -eq 0 ]] || quen_say_missing 'still absent after the installation'
+}

@@ -1,0 +1,57 @@
+# What is installed, and how another project finds it: find_package(quen CONFIG) brings
+# quen::Foundation, quen::Contract and quen::Host, and quen::SVN, the module that a host loads.
+#
+# The installed tree may be moved: programs and libraries find each other from where they lie.
+
+include(CMakePackageConfigHelpers)
+
+set(QUEN_PACKAGE_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/cmake/quen)
+set(QUEN_HEADER_DIRECTORY ${CMAKE_INSTALL_INCLUDEDIR}/quen)
+set(QUEN_INSTALLED_MODULE_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/${QUEN_MODULE_DIRECTORY})
+
+# Makes a target installed in `directory` look for the libraries where they are installed.
+function(quen_find_libraries_from directory)
+    file(RELATIVE_PATH way /prefix/${directory} /prefix/${CMAKE_INSTALL_LIBDIR})
+    string(REGEX REPLACE "/$" "" origin "$ORIGIN/${way}")
+    set_target_properties(${ARGN} PROPERTIES INSTALL_RPATH "${origin}")
+endfunction()
+
+quen_find_libraries_from(${CMAKE_INSTALL_BINDIR} quen)
+quen_find_libraries_from(${CMAKE_INSTALL_LIBDIR} QuenFoundation QuenHost)
+quen_find_libraries_from(${QUEN_INSTALLED_MODULE_DIRECTORY} QuenSVN)
+set_target_properties(QuenSVN PROPERTIES EXPORT_NAME SVN)
+
+install(TARGETS quen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS QuenFoundation QuenContract QuenHost EXPORT quen-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    INCLUDES DESTINATION ${QUEN_HEADER_DIRECTORY})
+install(TARGETS QuenSVN EXPORT quen-targets
+    LIBRARY DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY})
+
+install(DIRECTORY Foundation DESTINATION ${QUEN_HEADER_DIRECTORY}
+    FILES_MATCHING PATTERN "*.h"
+    PATTERN XMLTree.h EXCLUDE)
+install(DIRECTORY Contract/QuenFoundation Contract/MarlFoundation
+    DESTINATION ${QUEN_HEADER_DIRECTORY}
+    FILES_MATCHING PATTERN "*.h")
+# The rest of the host's headers are its own.
+install(FILES
+    Host/ClientRunner.h
+    Host/HostServices.h
+    Host/HostSourceTrees.h
+    Host/PlugInLoader.h
+    Host/ToolRunner.h
+    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host)
+
+install(EXPORT quen-targets NAMESPACE quen:: DESTINATION ${QUEN_PACKAGE_DIRECTORY})
+configure_package_config_file(cmake/quen-config.cmake.in
+    ${PROJECT_BINARY_DIR}/quen-config.cmake
+    INSTALL_DESTINATION ${QUEN_PACKAGE_DIRECTORY}
+    NO_SET_AND_CHECK_MACRO)
+# Before 1.0 a minor version may change the contract.
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/quen-config-version.cmake
+    COMPATIBILITY SameMinorVersion)
+install(FILES
+    ${PROJECT_BINARY_DIR}/quen-config.cmake
+    ${PROJECT_BINARY_DIR}/quen-config-version.cmake
+    DESTINATION ${QUEN_PACKAGE_DIRECTORY})

@@ -1,0 +1,31 @@
+# One GoogleTest program whose tests ctest knows one by one.
+#
+#   quen_test(NAME SOURCES file... LIBRARIES target... [LABELS label...])
+
+include(GoogleTest)
+
+function(quen_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LIBRARIES;LABELS")
+    if(test_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "quen_test(${name}): what is ${test_UNPARSED_ARGUMENTS}?")
+    endif()
+    add_executable(${name} ${test_SOURCES})
+    quen_target(${name})
+    target_link_libraries(${name} PRIVATE ${test_LIBRARIES} GTest::gmock_main)
+    target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+    gtest_discover_tests(${name} PROPERTIES TIMEOUT 60 DISCOVERY_TIMEOUT 60)
+    quen_label_tests(${name} ${test_LABELS})
+endfunction()
+
+# gtest_discover_tests passes only the first of several labels on, so they are set by a script that
+# ctest reads after the program's list of tests.
+function(quen_label_tests name)
+    if(ARGN)
+        set(script ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake)
+        file(WRITE ${script}
+            "foreach(test IN LISTS ${name}_TESTS)\n"
+            "    set_tests_properties(\"\${test}\" PROPERTIES LABELS \"${ARGN}\")\n"
+            "endforeach()\n")
+        set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${script})
+    endif()
+endfunction()
