@@ -1,0 +1,63 @@
+#include "Foundation/String.h"
+
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+
+namespace quen {
+
+namespace {
+
+/// Blocks are allocated in their own unit, so that the text behind the head needs no other type.
+std::size_t unitsFor(std::size_t headSize, std::size_t length) {
+    return (headSize + length + 1 + headSize - 1) / headSize;
+}
+
+} // namespace
+
+String::Block* String::makeBlock(std::string_view text, std::uint32_t references) {
+    if (text.size() > std::numeric_limits<std::uint32_t>::max()) {
+        throw std::length_error("a String holds at most 4 GiB - 1 bytes");
+    }
+    std::allocator<Block> allocator;
+    Block* block = allocator.allocate(unitsFor(sizeof(Block), text.size()));
+    std::construct_at(block, references, static_cast<std::uint32_t>(text.size()));
+    char* bytes = reinterpret_cast<char*>(block + 1);
+    if (!text.empty()) {
+        std::memcpy(bytes, text.data(), text.size());
+    }
+    bytes[text.size()] = '\0';
+    return block;
+}
+
+String::String(std::string_view text) : block_(makeBlock(text, 1)) {}
+
+String String::constant(std::string_view text) {
+    String string;
+    string.block_ = makeBlock(text, immortal);
+    return string;
+}
+
+void String::release() noexcept {
+    if (block_->references.load(std::memory_order_relaxed) == immortal ||
+        block_->references.fetch_sub(1, std::memory_order_acq_rel) != 1) {
+        return;
+    }
+    const std::size_t units = unitsFor(sizeof(Block), block_->length);
+    std::destroy_at(block_);
+    std::allocator<Block>().deallocate(block_, units);
+}
+
+std::strong_ordering operator<=>(const String& a, const String& b) noexcept {
+    if (a.isNil() || b.isNil()) {
+        return b.isNil() <=> a.isNil();
+    }
+    return a.view().compare(b.view()) <=> 0;
+}
+
+std::ostream& operator<<(std::ostream& out, const String& string) {
+    return out << (string.isNil() ? std::string_view("(null)") : string.view());
+}
+
+} // namespace quen

@@ -1,0 +1,205 @@
+#pragma once
+
+#include "Foundation/Date.h"
+#include "Foundation/Shared.h"
+#include "Foundation/String.h"
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace quen {
+
+class MarlFilePath;
+class Value;
+
+/// A nullable, ordered list of values. Copies share their elements until one of them is changed.
+///
+/// Threads: one Array object belongs to one thread at a time; copies of it may live in others.
+class Array {
+public:
+    using const_iterator = const Value*;
+
+    /// nil; appending to it makes it a list.
+    Array() noexcept = default;
+    Array(std::initializer_list<Value> values);
+    static Array empty();
+
+    bool isNil() const noexcept { return !values_; }
+    std::size_t count() const noexcept;
+    /// `index` must be below `count`.
+    const Value& operator[](std::size_t index) const noexcept;
+    const_iterator begin() const noexcept;
+    const_iterator end() const noexcept;
+
+    void append(Value value);
+    void reserve(std::size_t count);
+
+    /// nil equals only nil.
+    friend bool operator==(const Array& a, const Array& b) noexcept;
+
+private:
+    Shared<std::vector<Value>> values_;
+};
+
+/// A nullable, ordered, flat table from names to values. Made for records of a few keys that are
+/// constants: a key costs a pointer, comparing two constants costs a pointer comparison. Past
+/// `indexThreshold` keys it keeps a hash index, so that a table of a million names works too.
+///
+/// Copies share their entries until one of them is changed.
+///
+/// Threads: one Dictionary object belongs to one thread at a time; copies may live in others.
+class Dictionary {
+public:
+    struct Entry;
+    using const_iterator = const Entry*;
+    static constexpr std::size_t indexThreshold = 16;
+
+    /// nil; setting a value makes it a table.
+    Dictionary() noexcept = default;
+    Dictionary(std::initializer_list<Entry> entries);
+    Dictionary(const Dictionary& other) noexcept;
+    Dictionary(Dictionary&& other) noexcept : block_(std::exchange(other.block_, nullptr)) {}
+    Dictionary& operator=(Dictionary other) noexcept {
+        std::swap(block_, other.block_);
+        return *this;
+    }
+    ~Dictionary() {
+        if (block_ != nullptr) {
+            release();
+        }
+    }
+    static Dictionary empty() { return withCapacity(0); }
+    /// An empty table with room for `capacity` entries.
+    static Dictionary withCapacity(std::size_t capacity);
+
+    bool isNil() const noexcept { return block_ == nullptr; }
+    std::size_t count() const noexcept;
+    const_iterator begin() const noexcept;
+    const_iterator end() const noexcept;
+
+    /// The value stored under `key`, or null. Lives until the table is changed.
+    const Value* find(const String& key) const noexcept;
+    /// The value stored under `key`, or the value nothing.
+    const Value& operator[](const String& key) const noexcept;
+
+    /// Replaces the value under `key`, or adds the entry at the end.
+    void set(String key, Value value);
+
+    /// The same entries in the same order.
+    friend bool operator==(const Dictionary& a, const Dictionary& b) noexcept;
+
+private:
+    struct Block;
+
+    static Block* makeBlock(std::size_t capacity);
+    static void freeBlock(Block* block) noexcept;
+    void release() noexcept;
+    /// Makes the block this object's own, with room for one entry more.
+    void prepareToAdd();
+    void prepareToChange();
+    void grow(std::size_t capacity);
+
+    Block* block_ = nullptr;
+};
+
+class Error;
+struct ErrorData;
+
+/// A nullable error: a domain, a code in it, and a table of further facts under the user-info keys.
+/// Immutable; copies share. No error is nil.
+class Error {
+public:
+    Error() noexcept = default;
+    Error(String domain, std::int64_t code, Dictionary userInfo = Dictionary());
+
+    bool isNil() const noexcept { return !data_; }
+    explicit operator bool() const noexcept { return !isNil(); }
+    /// nil and 0 for no error.
+    const String& domain() const noexcept;
+    std::int64_t code() const noexcept;
+    const Dictionary& userInfo() const noexcept;
+    /// What is stored under NSLocalizedDescriptionKey, or nil.
+    String localizedDescription() const noexcept;
+    /// The error in one line, for a log: `Error Domain=D Code=N "text"`; nil for no error.
+    String description() const;
+
+    friend bool operator==(const Error& a, const Error& b) noexcept;
+
+private:
+    Shared<ErrorData> data_;
+};
+
+/// The standard user-info keys.
+extern const String NSLocalizedDescriptionKey;
+extern const String NSLocalizedRecoverySuggestionErrorKey;
+
+/// A path object that a Value can carry. Foundation never looks inside.
+using FilePathValue = std::shared_ptr<const MarlFilePath>;
+
+/// One value of a result, an option or an error's facts; two words wide. A closed set of kinds:
+/// nothing, boolean, integer, string, date, file path, error, array, dictionary. A nil string,
+/// array, dictionary, error or path is stored as nothing.
+class Value {
+public:
+    Value() noexcept = default;
+    Value(std::same_as<bool> auto boolean) noexcept : data_(boolean) {}
+    Value(std::integral auto integer) noexcept requires(!std::same_as<decltype(integer), bool>)
+        : data_(static_cast<std::int64_t>(integer)) {}
+    Value(String string) noexcept;
+    Value(const char* string) : Value(String(string)) {}
+    Value(Date date) noexcept : data_(date) {}
+    Value(FilePathValue path);
+    Value(Error error) noexcept;
+    Value(Array array) noexcept;
+    Value(Dictionary dictionary) noexcept;
+
+    bool isNothing() const noexcept { return std::holds_alternative<std::monostate>(data_); }
+
+    /// Each answers null when the value is of another kind.
+    const bool* boolean() const noexcept { return std::get_if<bool>(&data_); }
+    const std::int64_t* integer() const noexcept { return std::get_if<std::int64_t>(&data_); }
+    const String* string() const noexcept { return std::get_if<String>(&data_); }
+    const Date* date() const noexcept { return std::get_if<Date>(&data_); }
+    const FilePathValue* filePath() const noexcept {
+        const auto* box = std::get_if<Shared<FilePathValue>>(&data_);
+        return box == nullptr ? nullptr : box->get();
+    }
+    const Error* error() const noexcept { return std::get_if<Error>(&data_); }
+    const Array* array() const noexcept { return std::get_if<Array>(&data_); }
+    const Dictionary* dictionary() const noexcept { return std::get_if<Dictionary>(&data_); }
+
+    /// The truth of a boolean, of a number (not 0), of a text (begins with Y, y, T, t or a number
+    /// other than 0, after white space, a sign and zeros); false for everything else.
+    bool boolValue() const noexcept;
+    /// A string as it is, a number as decimal text, a boolean as "1" or "0"; nil for all else.
+    String stringValue() const;
+
+    /// Same kind and same content; file paths are compared by object.
+    friend bool operator==(const Value& a, const Value& b) noexcept;
+
+private:
+    std::variant<std::monostate, bool, std::int64_t, String, Date, Shared<FilePathValue>, Error,
+                 Array, Dictionary>
+        data_;
+};
+
+struct Dictionary::Entry {
+    String key;
+    Value value;
+    friend bool operator==(const Entry& a, const Entry& b) noexcept = default;
+};
+
+struct ErrorData {
+    String domain;
+    std::int64_t code = 0;
+    Dictionary userInfo;
+};
+
+} // namespace quen
