@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Foundation/Data.h"
+#include "Foundation/String.h"
+#include "MarlFoundation/MarlFilePath.h"
+
+namespace quen {
+
+/// A tool's output as text; nil for no data and for data that is no text. Which encodings are
+/// understood is the host's own matter. From any thread.
+String quensc_stringFromData(const DataPtr& data);
+
+/// A path for a new temporary file whose name is based on the last component of `fileName`; nothing
+/// exists there yet. The host cleans up when the last holder of the path, or of the path object
+/// made from its text, lets go. Null when no temporary place can be made. From any thread.
+MarlFilePathPtr QuenSourceControl_filePathForTmpFileBasedOnFileName(const String& fileName);
+
+} // namespace quen

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "MarlFoundation/MarlLogAspect.h"
+
+#include <memory>
+
+namespace quen {
+
+/// The host's source-control manager, as far as a provider needs it.
+class QuenSourceControlManager {
+public:
+    /// The aspect that everything about source control is logged to; never null, the same object
+    /// for the life of the program. From any thread.
+    static std::shared_ptr<MarlLogAspect> sourceControlLogAspect();
+};
+
+} // namespace quen
