@@ -1,0 +1,73 @@
+#include "Classes/SVNOperations/SVNBlameOperation.h"
+
+#include "Classes/SVNOperations/SVNArguments.h"
+#include "Classes/SVNOperations/SVNChangeReader.h"
+#include "Classes/SVNOperations/SVNRevisions.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+StringArray commandFor(const QuenSourceControlRequest& request) {
+    StringArray command{"blame", "--xml"};
+    appendRevisionRange(command, request);
+    appendPiece(command, firstFileOf(request));
+    return command;
+}
+
+class BlameReading : public SVNReading {
+public:
+    explicit BlameReading(const DateFormatter& formatter)
+        : SVNReading({"target", "entry"}), changes_(formatter) {}
+
+private:
+    /// A line that is not committed yet has its number alone; one without a number, which the
+    /// client never reports, keeps the rest.
+    void readRecord(const XMLElement& entry) override {
+        Dictionary record = Dictionary::withCapacity(4);
+        if (const auto number = entry.attribute("line-number")) {
+            record.set(QuenSourceControlOperationLineNumberKey, String(*number));
+        }
+        if (const auto commit = entry.onlyChild("commit")) {
+            changes_.read(*commit, record);
+        }
+        records.append(std::move(record));
+    }
+
+    SVNChangeReader changes_;
+};
+
+} // namespace
+
+bool SVNBlameOperation::initWithRequest(QuenSourceControlRequestPtr request) {
+    if (!SVNOperation::initWithRequest(std::move(request))) {
+        return false;
+    }
+    setCommand(commandFor(*this->request()));
+    _formatter = makeReportDateFormatter();
+    return true;
+}
+
+void SVNBlameOperation::outputArrived(std::string_view piece) {
+    if (reading_ == nullptr) {
+        reading_ = std::make_unique<BlameReading>(_formatter);
+    }
+    reading_->read(piece);
+}
+
+void SVNBlameOperation::parseData() {
+    const SVNStopwatch stopwatch;
+    const auto reading = readingOf<BlameReading>(data(), std::move(reading_), _formatter);
+    if (const Error malformed = reading->finish()) {
+        setError(malformed);
+        reading->records = Array::empty();
+    } else {
+        stopwatch.log("Blame operation data parsed in: %.4f");
+    }
+    setResult(std::move(reading->records));
+}
+
+} // namespace quen

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Classes/SVNOperations/SVNOperation.h"
+
+namespace quen {
+
+/// `svn commit`: sends the changes of the request's files to the repository. One record, with the
+/// revision that the repository made of them; no result where it made none.
+class SVNCommitOperation : public SVNOperation {
+public:
+    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+
+    /// Leaves the result alone when the client printed nothing at all.
+    void parseData() override;
+};
+
+} // namespace quen

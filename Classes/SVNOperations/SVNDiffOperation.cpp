@@ -1,0 +1,134 @@
+#include "Classes/SVNOperations/SVNDiffOperation.h"
+
+#include "Classes/SVNOperations/SVNArguments.h"
+#include "Classes/SVNOperations/SVNReport.h"
+#include "Classes/SVNOperations/SVNRevisions.h"
+#include "Classes/SVNOperations/SVNStatusVocabulary.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlFunctions.h"
+
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+/// The files between two revisions or, where the start is written as the one before the end
+/// (`12^`), the change that the end made.
+void appendRange(StringArray& command, const QuenSourceControlRequest& request) {
+    const String start = request.startingRevision();
+    const String end = request.endingRevision();
+    if (!start.contains("^")) {
+        command.insert(command.end(), {"-r", revisionRange(start, end)});
+    } else {
+        command.emplace_back("-c");
+        appendPiece(command, end);
+    }
+    appendFiles(command, request);
+}
+
+/// A location pinned to a revision, where the request pins. Always another `@`, also behind a name
+/// that already ends in one.
+void appendPinned(StringArray& command, const String& location, const String& revision,
+                  bool isPinned) {
+    const bool hasPeg = isPinned && !location.isNil() && !revision.isNil();
+    appendPiece(command, hasPeg ? String(location.str() + "@" + revision.str()) : location);
+}
+
+StringArray commandFor(const QuenSourceControlRequest& request) {
+    StringArray command{"diff"};
+    const bool isPinned = suppliesDirectRevision(request);
+    if (!request.startingRevision().isNil() && !isPinned) {
+        appendRange(command, request);
+    } else if (!request.destination().isNil()) {
+        command.insert(command.end(), {"--summarize", "--xml"});
+        appendPinned(command, firstFileOf(request), request.startingRevision(), isPinned);
+        appendPinned(command, request.destination(), request.endingRevision(), isPinned);
+    }
+    return command;
+}
+
+/// Makes the records of one summary.
+class SummaryReader {
+public:
+    SummaryReader(const SVNOperation& operation, SVNRemarks& remarks)
+        : operation_(operation), remarks_(remarks) {}
+
+    Dictionary record(const XMLElement& path) const {
+        Dictionary record = Dictionary::withCapacity(3);
+        if (const auto item = path.attribute("item")) {
+            record.set(QuenSourceControlOperationWCStatusKey, statusValueOf(*item));
+        }
+        const auto kind = path.attribute("kind");
+        if (kind == "dir" || kind == "file") {
+            record.set(QuenSourceControlOperationIsLeafKey, kind == "file");
+        }
+        // An element always has a text; one without content has an empty one, kept as it is.
+        record.set(QuenSourceControlOperationPathKey, String(path.text()));
+        return record;
+    }
+
+private:
+    /// A word without a value is mapped again later, by the method that complains.
+    std::uint32_t statusValueOf(std::string_view item) const {
+        const auto value = workingCopyStatusValue(item, false);
+        if (!value) {
+            remarks_.later([&operation = operation_, word = String(item)] {
+                operation.statusValueForWorkingCopyStringValue(word, false);
+            });
+        }
+        return value.value_or(0);
+    }
+
+    const SVNOperation& operation_;
+    SVNRemarks& remarks_;
+};
+
+} // namespace
+
+bool SVNDiffOperation::initWithRequest(QuenSourceControlRequestPtr request) {
+    if (!SVNOperation::initWithRequest(std::move(request))) {
+        return false;
+    }
+    setCommand(commandFor(*this->request()));
+    return true;
+}
+
+void SVNDiffOperation::parseData() {
+    const DataPtr output = data();
+    if (output == nullptr || output->isEmpty()) {
+        return;
+    }
+    if (request()->destination().isNil()) {
+        parseText();
+    } else {
+        parseSummary();
+    }
+}
+
+void SVNDiffOperation::parseText() {
+    const String text = quensc_stringFromData(data());
+    if (!text.isNil()) {
+        setResult(Array{Dictionary{{QuenSourceControlOperationContentKey, text}}});
+    }
+}
+
+void SVNDiffOperation::parseSummary() {
+    Array records = Array::empty();
+    SVNRemarks remarks;
+    const SummaryReader reader(*this, remarks);
+    const Error malformed =
+        readReport(data(), {"paths", "path"}, [&](const XMLElement& path, std::size_t paths) {
+            // Only what the first `paths` holds counts.
+            if (paths == 0) {
+                records.append(reader.record(path));
+            }
+        });
+    // A malformed summary passes in silence: it may be the text of a difference.
+    if (!malformed) {
+        remarks.makeAll();
+        setResult(std::move(records));
+    }
+}
+
+} // namespace quen

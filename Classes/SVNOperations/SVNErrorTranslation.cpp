@@ -1,0 +1,91 @@
+#include "Classes/SVNDiagnostics.h"
+#include "Classes/SVNOperations/SVNOperation.h"
+#include "Classes/SVNOperations/SVNTreeEdits.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+
+namespace quen {
+
+namespace {
+
+String nameOfRepositoryToAuthenticate(const QuenSourceControlRequest& request) {
+    const QuenSourceControlRepositoryPtr repository = request.repositoryToAuthenticate();
+    return repository == nullptr ? String() : repository->name();
+}
+
+Error authenticationError(std::int64_t code, const String& description, const String& type) {
+    return sourceControlError(code, description,
+                              {{QuenSourceControlAuthenticationErrorTypeKey, type}});
+}
+
+/// Complaints that are known in any operation's text; nil for any other text.
+Error typicalError(const String& text, const QuenSourceControlRequest& request) {
+    if (text.contains("ssh: Could not resolve hostname") || text.contains("Host not found")) {
+        return authenticationError(-20,
+                                   formatText("The repository \"%@\" could not be reached.",
+                                              {nameOfRepositoryToAuthenticate(request)}),
+                                   QuenSourceControlSSHConnectionErrorKey);
+    }
+    if (text.contains("svn: To better debug SSH connection problems")) {
+        return authenticationError(
+            -21,
+            formatText("Authentication failed because the SSH could not connect to the repository "
+                       "\"%@\".",
+                       {nameOfRepositoryToAuthenticate(request)}),
+            QuenSourceControlSSHConnectionErrorKey);
+    }
+    // A server that hangs up is how a refused login looks from here.
+    if (text.contains("svn: Network connection closed unexpectedly")) {
+        return authenticationError(
+            -21, "Authentication failed because the name or password was incorrect.",
+            QuenSourceControlAuthenticationCredentialsIncorrect);
+    }
+    if (text.hasSuffix("is not a working copy")) {
+        return sourceControlError(-71, "The operation could not be performed because the file is "
+                                       "not under version control.");
+    }
+    return {};
+}
+
+/// How the login shell on the server complains. What follows may be worth hearing.
+constexpr std::string_view homeDirectoryNotice = "Could not chdir to home directory";
+
+/// The text behind all such complaints at its beginning; nil where one is all there is.
+String behindHomeDirectoryNotices(const String& text) {
+    constexpr std::string_view end = "No such file or directory\n";
+    std::string_view rest = text.view();
+    while (rest.starts_with(homeDirectoryNotice)) {
+        const std::size_t position = rest.find(end);
+        if (position == std::string_view::npos) {
+            return {};
+        }
+        rest.remove_prefix(position + end.size());
+    }
+    return rest;
+}
+
+} // namespace
+
+Error SVNOperation::errorFromErrorMessage(const String& message) {
+    if (message.isNil()) {
+        return {};
+    }
+    if (Error known = typicalError(message, *request())) {
+        return known;
+    }
+    if (message.hasSuffix("is not a directory") &&
+        dynamic_cast<const SVNMoveOperation*>(this) != nullptr) {
+        return sourceControlError(
+            -60, "The file could not be renamed because a file with that name already exists.");
+    }
+    if (message.hasPrefix(homeDirectoryNotice)) {
+        const String rest = behindHomeDirectoryNotices(message);
+        return rest.isNil() ? Error() : errorFromErrorMessage(rest);
+    }
+    if (message.hasPrefix("Warning: Permanently added") &&
+        message.hasSuffix("(RSA) to the list of known hosts.")) {
+        return {};
+    }
+    return QuenSourceControlTaskOperation::errorFromErrorMessage(message);
+}
+
+} // namespace quen

@@ -1,0 +1,59 @@
+#include "Classes/SVNOperations/SVNExportFileOperation.h"
+
+#include "Classes/SVNDiagnostics.h"
+#include "Classes/SVNOperations/SVNArguments.h"
+#include "Classes/SVNOperations/SVNFetchedFile.h"
+#include "Classes/SVNOperations/SVNRevisions.h"
+#include "QuenFoundation/QuenSourceControlFunctions.h"
+
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+/// Pieces that are absent are left out.
+StringArray commandFor(const QuenSourceControlRequest& request, const MarlFilePathPtr& target) {
+    StringArray command{"export"};
+    String source = firstFileOf(request);
+    const String revision = headOrBaseRevision(request.startingRevision());
+    if (!revision.isNil()) {
+        command.insert(command.end(), {"-r", revision});
+        if (!source.isNil() && suppliesDirectRevision(request)) {
+            source = locationAtRevision(source, revision);
+        }
+    }
+    appendPiece(command, source);
+    appendPiece(command, target == nullptr ? String() : target->pathString());
+    return command;
+}
+
+} // namespace
+
+bool SVNExportFileOperation::initWithRequest(QuenSourceControlRequestPtr request) {
+    if (!SVNOperation::initWithRequest(std::move(request))) {
+        return false;
+    }
+    _exportedFilePath =
+        QuenSourceControl_filePathForTmpFileBasedOnFileName(firstFileOf(*this->request()));
+    setCommand(commandFor(*this->request(), _exportedFilePath));
+    return true;
+}
+
+void SVNExportFileOperation::parseData() {
+    reportFetchedFile(*this, pathOfArrival());
+}
+
+MarlFilePathPtr SVNExportFileOperation::pathOfArrival() const {
+    if (_exportedFilePath == nullptr || !_exportedFilePath->fileName().hasSuffix("@")) {
+        return _exportedFilePath;
+    }
+    // The client took the `@` at the end for an empty peg revision and left it away.
+    const String pathString = _exportedFilePath->pathString();
+    SVNAssertions(this, "-[SVNExportFileOperation parseData]", SVNAssertions::operationsFile)
+        .checkNonEmptyString(pathString, "pathString", 1163);
+    const std::string_view path = pathString.view();
+    return MarlFilePath::filePathForPathString(path.substr(0, path.empty() ? 0 : path.size() - 1));
+}
+
+} // namespace quen

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "QuenFoundation/QuenSourceControlRequest.h"
+
+#include <string_view>
+
+namespace quen {
+
+/// The entries of an ignore list: its lines, as they are and in order, without those in which no
+/// character is a letter, a mark or a digit by Unicode's classes. Bytes that are no UTF-8 are no
+/// characters.
+StringArray ignoreListFromText(std::string_view text);
+
+} // namespace quen

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "QuenFoundation/QuenSourceControlOperation.h"
+
+#include <utility>
+
+namespace quen {
+
+/// Adds the request's files to the ignore lists of the directories that hold them, or takes them
+/// out, one file after another: each query reads the list as the previous file's edit left it. It
+/// runs no client itself; the queries and the edits that they queue do, on a queue of its own.
+///
+/// `result` is always set: the results of the queries, of which there are none. A query that fails
+/// adds to `error`, and the other files are still served; how an edit ends is not looked at.
+/// Cancelled, it starts with no further file.
+class SVNIgnoreOperation : public QuenSourceControlOperation {
+public:
+    void main() override;
+
+    /// The queue that the queries and the edits run on; made anew by `main`, null before.
+    const OperationQueuePtr& operationQueue() const { return _operationQueue; }
+    void setOperationQueue(OperationQueuePtr queue) { _operationQueue = std::move(queue); }
+
+private:
+    OperationQueuePtr _operationQueue;
+};
+
+} // namespace quen

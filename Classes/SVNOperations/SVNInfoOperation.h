@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Classes/SVNOperations/SVNOperation.h"
+#include "Foundation/Date.h"
+
+namespace quen {
+
+/// `svn info`: where each item lives in the repository, and its last change. The two check types
+/// only want to know whether the client succeeds.
+class SVNInfoOperation : public SVNOperation {
+public:
+    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+
+    /// Leaves a result or, for a malformed report, an error; for a check neither.
+    void parseData() override;
+
+private:
+    DateFormatter _formatter;
+};
+
+} // namespace quen

@@ -1,0 +1,79 @@
+#include "Classes/SVNOperations/SVNListOperation.h"
+
+#include "Classes/SVNDiagnostics.h"
+#include "Classes/SVNOperations/SVNArguments.h"
+#include "Classes/SVNOperations/SVNReport.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+/// What to look into; nil where that is not known.
+String locationFor(const QuenSourceControlRequest& request) {
+    if (request.type() != RequestTypeListBranches) {
+        return firstFileOf(request);
+    }
+    const QuenSourceControlRepositoryPtr repository = repositoryOf(request.sourceTree());
+    return repository == nullptr ? String() : repository->branchesLocation().absoluteString();
+}
+
+StringArray commandFor(const QuenSourceControlRequest& request) {
+    StringArray command{"list", "--xml"};
+    appendPiece(command, locationFor(request));
+    return command;
+}
+
+Error branchesNotLocated() {
+    return sourceControlError(
+        -90,
+        "The operation could not be performed because the repository's branches could not be "
+        "located.",
+        {{NSLocalizedRecoverySuggestionErrorKey,
+          "Check that the local repository is configured properly and try again."}});
+}
+
+Dictionary recordFor(const XMLElement& entry) {
+    Dictionary record = Dictionary::withCapacity(2);
+    record.set(QuenSourceControlOperationIsLeafKey, entry.attribute("kind") != "dir");
+    if (const auto name = entry.onlyChild("name")) {
+        record.set(QuenSourceControlOperationNameKey, String(name->text()));
+    }
+    return record;
+}
+
+} // namespace
+
+bool SVNListOperation::initWithRequest(QuenSourceControlRequestPtr request) {
+    if (!SVNOperation::initWithRequest(std::move(request))) {
+        return false;
+    }
+    const bool wantsBranches = this->request()->type() == RequestTypeListBranches;
+    if (wantsBranches && locationFor(*this->request()).isNil()) {
+        setError(branchesNotLocated());
+        // The description is the format: the line in the log is the description to the letter.
+        logAtLevel(2, error().description().view(), {});
+    }
+    setCommand(commandFor(*this->request()));
+    return true;
+}
+
+void SVNListOperation::parseData() {
+    Array records = Array::empty();
+    const Error malformed =
+        readReport(data(), {"list", "entry"}, [&](const XMLElement& entry, std::size_t list) {
+            // Only what the first list holds counts.
+            if (list == 0) {
+                records.append(recordFor(entry));
+            }
+        });
+    if (malformed) {
+        setError(malformed);
+        return;
+    }
+    setResult(std::move(records));
+}
+
+} // namespace quen

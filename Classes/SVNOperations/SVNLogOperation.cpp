@@ -1,0 +1,115 @@
+#include "Classes/SVNOperations/SVNLogOperation.h"
+
+#include "Classes/SVNOperations/SVNArguments.h"
+#include "Classes/SVNOperations/SVNChangeReader.h"
+#include "Classes/SVNOperations/SVNRevisions.h"
+#include "Classes/SVNOperations/SVNStatusVocabulary.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+/// Never more than one file, for the client takes those behind the first as paths below it.
+void appendTarget(StringArray& command, const QuenSourceControlRequest& request) {
+    const String file = firstFileOf(request);
+    if (file.isEmpty()) {
+        return;
+    }
+    const String peg =
+        suppliesDirectRevision(request) ? headOrBaseRevision(request.startingRevision()) : String();
+    command.push_back(peg.isNil() ? file : locationAtRevision(file, peg));
+}
+
+StringArray commandFor(const QuenSourceControlRequest& request) {
+    const Dictionary& options = request.options();
+    StringArray command{"log", "--xml"};
+    if (options[QuenSourceControlRequestOptionLogStopOnBranching].boolValue()) {
+        command.emplace_back("--stop-on-copy");
+    }
+    const String limit = optionText(request, QuenSourceControlRequestOptionLogOutputLimit);
+    if (!limit.isNil()) {
+        command.insert(command.end(), {"--limit", limit});
+    }
+    appendRevisionRange(command, request);
+    appendTarget(command, request);
+    if (options[QuenSourceControlRequestOptionLogOutputFilesChanged].boolValue()) {
+        command.emplace_back("-v");
+    }
+    return command;
+}
+
+class LogReading : public SVNReading {
+public:
+    LogReading(const SVNLogOperation& operation, const DateFormatter& formatter)
+        : SVNReading({"logentry"}), operation_(operation), changes_(formatter) {}
+
+private:
+    void readRecord(const XMLElement& entry) override {
+        Dictionary record = Dictionary::withCapacity(5);
+        changes_.read(entry, record);
+        if (const auto paths = entry.onlyChild("paths")) {
+            record.set(QuenSourceControlOperationFilesKey, filesIn(*paths));
+        }
+        if (const auto message = entry.onlyChild("msg")) {
+            record.set(QuenSourceControlOperationMessageKey, String(message->text()));
+        }
+        records.append(std::move(record));
+    }
+
+    Dictionary filesIn(const XMLElement& paths) {
+        Dictionary files = Dictionary::empty();
+        for (const XMLElement& path : paths.children("path")) {
+            files.set(String(path.text()), statusValueOf(path));
+        }
+        return files;
+    }
+
+    /// A path without an action is mapped again later, by the method that complains.
+    std::uint32_t statusValueOf(const XMLElement& path) {
+        const auto action = path.attribute("action");
+        if (!action) {
+            remarks.later([&operation = operation_] {
+                operation.statusValueForRepositoryShortStringValue({});
+            });
+        }
+        return logActionStatusValue(action.value_or("")).value_or(0);
+    }
+
+    const SVNLogOperation& operation_;
+    SVNChangeReader changes_;
+};
+
+} // namespace
+
+bool SVNLogOperation::initWithRequest(QuenSourceControlRequestPtr request) {
+    if (!SVNOperation::initWithRequest(std::move(request))) {
+        return false;
+    }
+    setCommand(commandFor(*this->request()));
+    _formatter = makeReportDateFormatter();
+    return true;
+}
+
+void SVNLogOperation::outputArrived(std::string_view piece) {
+    if (reading_ == nullptr) {
+        reading_ = std::make_unique<LogReading>(*this, _formatter);
+    }
+    reading_->read(piece);
+}
+
+void SVNLogOperation::parseData() {
+    const SVNStopwatch stopwatch;
+    const auto reading = readingOf<LogReading>(data(), std::move(reading_), *this, _formatter);
+    if (const Error malformed = reading->finish()) {
+        setError(malformed);
+        return;
+    }
+    reading->remarks.makeAll();
+    stopwatch.log("Time to set parse log operation data: %.4f");
+    setResult(std::move(reading->records));
+}
+
+} // namespace quen

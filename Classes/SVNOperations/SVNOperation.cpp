@@ -1,0 +1,68 @@
+#include "Classes/SVNOperations/SVNOperation.h"
+
+#include "Foundation/PathComponents.h"
+#include "MarlFoundation/MarlDeveloperPaths.h"
+
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+String pathOfClient() {
+    const auto searchPath = MarlDeveloperPaths::defaultPaths()->binSearchPathForPlatform(0);
+    return appendingPathComponent(searchPath->preferredDirectoryPath()->pathString().view(), "svn");
+}
+
+} // namespace
+
+bool SVNOperation::initWithRequest(QuenSourceControlRequestPtr request) {
+    if (!QuenSourceControlTaskOperation::initWithRequest(std::move(request))) {
+        return false;
+    }
+    setLaunchPath(pathOfClient());
+    sanitizeFilenames();
+    return true;
+}
+
+void SVNOperation::sanitizeFilenames() {
+    StringArray names;
+    for (const String& name : request()->files().value_or(StringArray())) {
+        const bool holdsAt = lastPathComponent(name.view()).find('@') != std::string_view::npos;
+        names.push_back(holdsAt ? String(name.str() + "@") : name);
+    }
+    request()->setFiles(std::move(names));
+}
+
+StringArray SVNOperation::defaultArguments() const {
+    const QuenSourceControlRepositoryPtr repository = repositoryOf(request()->sourceTree());
+    const String user = repository == nullptr ? String() : repository->user();
+    return user.isEmpty() ? StringArray() : StringArray{"--username", user};
+}
+
+void SVNOperation::setCommand(StringArray command) {
+    StringArray arguments = defaultArguments();
+    arguments.insert(arguments.end(), std::make_move_iterator(command.begin()),
+                     std::make_move_iterator(command.end()));
+    setArguments(std::move(arguments));
+}
+
+QuenSourceControlRepositoryPtr repositoryOf(const QuenSourceControlSourceTreePtr& tree) {
+    if (auto repository = std::dynamic_pointer_cast<QuenSourceControlRepository>(tree)) {
+        return repository;
+    }
+    const auto workingTree = std::dynamic_pointer_cast<QuenSourceControlWorkingTree>(tree);
+    return workingTree == nullptr ? nullptr : workingTree->repository();
+}
+
+void appendFiles(StringArray& command, const QuenSourceControlRequest& request) {
+    if (request.files()) {
+        command.insert(command.end(), request.files()->begin(), request.files()->end());
+    }
+}
+
+String firstFileOf(const QuenSourceControlRequest& request) {
+    return request.files() && !request.files()->empty() ? request.files()->front() : String();
+}
+
+} // namespace quen

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Classes/SVNOperations/SVNReport.h"
+
+#include <cstddef>
+#include <initializer_list>
+#include <memory>
+#include <string_view>
+
+namespace quen {
+
+/// The records of one report in the making: read while the client still writes it, piece by piece,
+/// or afterwards, whole. For the queries whose reports are large; a subclass makes the records.
+///
+/// Threads: one at a time.
+class SVNReading {
+public:
+    /// `path` leads to the records, see XMLReportReader.
+    explicit SVNReading(std::initializer_list<std::string_view> path);
+    SVNReading(const SVNReading&) = delete;
+    SVNReading& operator=(const SVNReading&) = delete;
+    virtual ~SVNReading() = default;
+
+    /// The next piece. What goes wrong is told by `finish`.
+    void read(std::string_view piece) noexcept;
+    /// Whether the pieces so far are as long as the whole report. A host that shows pieces shows
+    /// all of them; one that shows none, or stopped in between, is served from the data.
+    bool hasRead(const DataPtr& data) const noexcept;
+    /// Ends the report, once. nil when it was well-formed; otherwise the records are void, and
+    /// remarks must not be made.
+    Error finish();
+
+    Array records = Array::empty();
+    SVNRemarks remarks;
+
+protected:
+    virtual void readRecord(const XMLElement& element) = 0;
+
+private:
+    XMLReportReader reader_;
+    std::size_t size_ = 0;
+    Error failure_;
+};
+
+/// The reading that was begun while the client ran, if it has the whole report; otherwise a new one
+/// of it. `parts` are what a new one is made with.
+template <typename Reading, typename... Parts> std::unique_ptr<SVNReading>
+readingOf(const DataPtr& data, std::unique_ptr<SVNReading> begun, Parts&... parts) {
+    if (begun == nullptr || !begun->hasRead(data)) {
+        begun = std::make_unique<Reading>(parts...);
+        begun->read(data == nullptr ? std::string_view() : data->bytes());
+    }
+    return begun;
+}
+
+} // namespace quen
