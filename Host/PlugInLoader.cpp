@@ -1,0 +1,59 @@
+#include "Host/PlugInLoader.h"
+
+#include "Foundation/Format.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+#include <utility>
+
+namespace quen {
+
+const String QuenPlugInErrorDomain = String::constant("QuenPlugInErrorDomain");
+
+namespace {
+
+/// Answers null, for the callers to pass on.
+std::nullptr_t fail(Error* error, PlugInErrorCode code, const String& description) {
+    if (error != nullptr) {
+        *error = Error(QuenPlugInErrorDomain, code, {{NSLocalizedDescriptionKey, description}});
+    }
+    return nullptr;
+}
+
+/// The loader looks for a bare name in places of its own; a path means the file itself.
+String pathOfFile(const String& path) {
+    return path.contains("/") ? path : String("./" + path.str());
+}
+
+} // namespace
+
+QuenSourceControlProtocolPtr loadProvider(const String& path, Error* error) {
+    const String file = pathOfFile(path);
+    if (access(file.c_str(), F_OK) != 0) {
+        return fail(error, PlugInErrorMissingFile,
+                    formatText("There is no plug-in at \"%@\".", {path}));
+    }
+    void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    if (module == nullptr) {
+        return fail(error, PlugInErrorNotLoadable,
+                    formatText("The plug-in \"%@\" cannot be loaded: %@", {path, dlerror()}));
+    }
+    auto* const entryPoint = reinterpret_cast<QuenSourceControlPlugInEntryPoint*>(
+        dlsym(module, QuenSourceControlPlugInEntryPointName));
+    const QuenSourceControlPlugIn* const plugIn = entryPoint == nullptr ? nullptr : entryPoint();
+    if (plugIn == nullptr) {
+        return fail(error, PlugInErrorMissingEntryPoint,
+                    formatText("\"%@\" is no source-control plug-in: it has no entry point \"%@\".",
+                               {path, QuenSourceControlPlugInEntryPointName}));
+    }
+    if (plugIn->contractVersion != QuenSourceControlContractVersion) {
+        return fail(error, PlugInErrorWrongVersion,
+                    formatText("The plug-in \"%@\" was built for version %ld of the contract; this "
+                               "host has version %ld.",
+                               {path, std::int64_t{plugIn->contractVersion},
+                                std::int64_t{QuenSourceControlContractVersion}}));
+    }
+    return plugIn->makeProvider();
+}
+
+} // namespace quen

@@ -1,0 +1,57 @@
+#include "Host/Process/ChildStream.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace quen {
+
+namespace {
+
+/// What a pipe holds unless somebody changed it.
+constexpr std::size_t usualPipeSize = 64 * 1024;
+
+} // namespace
+
+std::size_t ChildStream::read() {
+    char* const room = data_->room(usualPipeSize);
+    ssize_t count = 0;
+    do {
+        count = ::read(readEnd_.number(), room, data_->roomSize());
+    } while (count < 0 && errno == EINTR);
+    if (count < 0) {
+        if (errno == EAGAIN) {
+            return 0;
+        }
+        throw std::system_error(errno, std::generic_category());
+    }
+    if (count == 0) {
+        close();
+        return 0;
+    }
+    const auto size = static_cast<std::size_t>(count);
+    data_->addFilled(size);
+    if (watcher_) {
+        watcher_({room, size});
+    }
+    return size;
+}
+
+std::size_t ChildStream::readAll() {
+    if (!isOpen()) {
+        return 0;
+    }
+    const int size = ::fcntl(readEnd_.number(), F_GETPIPE_SZ);
+    const std::size_t most = size > 0 ? static_cast<std::size_t>(size) : usualPipeSize;
+    std::size_t total = 0;
+    std::size_t count = 0;
+    do {
+        count = read();
+        total += count;
+    } while (count > 0 && total < most);
+    return total;
+}
+
+} // namespace quen

@@ -1,0 +1,229 @@
+#include "Host/Process/ProcessRun.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <limits>
+#include <new>
+#include <poll.h>
+#include <system_error>
+
+namespace quen {
+
+namespace {
+
+using Clock = ProcessRun::Clock;
+
+constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot tell of the end
+
+/// A child that writes line by line would wake this thread for each, and pay for it. After a piece
+/// as small as this the pipe is left alone for a moment, to gather more; the child's end and the
+/// end of the stream are seen at once all the same.
+constexpr std::size_t smallPiece = 16 * 1024;
+constexpr std::chrono::milliseconds gatheringTime{2};
+
+/// Any limit may be given, the largest number too.
+Clock::time_point after(Clock::time_point time, std::chrono::milliseconds span) noexcept {
+    const auto most =
+        std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - time);
+    return span < most ? time + span : Clock::time_point::max();
+}
+
+/// In whole milliseconds, upwards: a timeout cut short would only be waited for again.
+int pollTimeout(Clock::time_point deadline) noexcept {
+    if (deadline == Clock::time_point::max()) {
+        return -1;
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    return static_cast<int>(std::clamp<decltype(left)>(left, 0, std::numeric_limits<int>::max()));
+}
+
+} // namespace
+
+ProcessRun::ProcessRun(const ProcessInvocation& invocation, const CancelWatch& cancel,
+                       ChildProcess& child, ChildStream& output, ChildStream& errors,
+                       Clock::time_point start) noexcept
+    : invocation_(invocation), cancel_(cancel), child_(child), output_(output), errors_(errors) {
+    if (invocation.totalLimit) {
+        totalDeadline_ = after(start, *invocation.totalLimit);
+    }
+    if (invocation.silenceLimit) {
+        silenceDeadline_ = after(start, *invocation.silenceLimit);
+    }
+}
+
+void ProcessRun::finish(ProcessOutcome& outcome) noexcept {
+    while (!isOver()) {
+        wait();
+        enforce();
+    }
+    if (wasAsked_) {
+        child_.signal(SIGKILL); // for what is left of its group
+    }
+    child_.reap();
+    report(outcome);
+}
+
+bool ProcessRun::isOver() const noexcept {
+    return phase_ == Phase::ended &&
+           ((!output_.isOpen() && !errors_.isOpen()) || Clock::now() >= phaseDeadline_);
+}
+
+ProcessRun::Clock::time_point ProcessRun::nextDeadline() const noexcept {
+    const Clock::time_point deadline =
+        phase_ == Phase::running ? std::min(totalDeadline_, silenceDeadline_) : phaseDeadline_;
+    const Clock::time_point now = Clock::now();
+    const Clock::time_point rest = now < outputRest_ ? outputRest_ : Clock::time_point::max();
+    if (phase_ == Phase::ended || child_.endDescriptor() >= 0) {
+        return std::min(deadline, rest);
+    }
+    return std::min({deadline, rest, after(now, lookInterval)});
+}
+
+/// Waits for the next thing to happen, and takes in what has.
+void ProcessRun::wait() noexcept {
+    // poll passes over negative numbers. What has happened for good is not asked for again. The end
+    // of a stream is told without being asked for.
+    const short wanted = Clock::now() < outputRest_ ? 0 : POLLIN;
+    std::array<pollfd, 4> events = {{
+        {output_.number(), wanted, 0},
+        {errors_.number(), POLLIN, 0},
+        {phase_ == Phase::ended ? -1 : child_.endDescriptor(), POLLIN, 0},
+        {phase_ == Phase::running ? cancel_.number() : -1, POLLIN, 0},
+    }};
+    const auto& [output, errors, end, cancel] = events;
+    if (::poll(events.data(), events.size(), pollTimeout(nextDeadline())) < 0) {
+        return errno == EINTR ? void() : giveUp(errno);
+    }
+    if (output.revents != 0) {
+        takeOutput();
+    }
+    if (errors.revents != 0 && errors_.isOpen()) {
+        keep([this] { return errors_.read(); });
+    }
+    if (end.revents != 0 || child_.endDescriptor() < 0) {
+        noteEnd();
+    }
+}
+
+void ProcessRun::takeOutput() noexcept {
+    if (keep([this] { return output_.read(); }) < smallPiece) {
+        outputRest_ = after(Clock::now(), gatheringTime);
+    }
+}
+
+/// Reads, and bears what reading throws. How many bytes came.
+template <typename Read> std::size_t ProcessRun::keep(Read read) noexcept {
+    try {
+        const std::size_t count = read();
+        if (count > 0 && invocation_.silenceLimit) {
+            silenceDeadline_ = after(Clock::now(), *invocation_.silenceLimit);
+        }
+        return count;
+    } catch (const std::bad_alloc&) {
+        lose(ENOMEM, nullptr);
+    } catch (const std::system_error& error) {
+        lose(error.code().value(), error.what());
+    } catch (const std::exception& error) {
+        lose(0, error.what());
+    } catch (...) {
+        lose(0, "a watcher of the output failed");
+    }
+    return 0;
+}
+
+/// Whether the child has ended. What it wrote itself is in the pipes by then, and is taken at once;
+/// only what its own children write is left to the grace.
+bool ProcessRun::noteEnd() noexcept {
+    if (phase_ != Phase::ended && child_.lookForEnd()) {
+        phase_ = Phase::ended;
+        keep([this] { return output_.readAll(); });
+        keep([this] { return errors_.readAll(); });
+        phaseDeadline_ = after(Clock::now(), invocation_.grace);
+    }
+    return phase_ == Phase::ended;
+}
+
+void ProcessRun::enforce() noexcept {
+    const Clock::time_point now = Clock::now();
+    if (phase_ == Phase::asked && now >= phaseDeadline_) {
+        killAtOnce();
+    } else if (phase_ != Phase::running) {
+        return;
+    } else if (cancel_.isCancelled()) {
+        stop(ProcessEnd::cancelled);
+    } else if (now >= totalDeadline_) {
+        stop(ProcessEnd::timedOut);
+    } else if (now >= silenceDeadline_) {
+        stop(ProcessEnd::fellSilent);
+    }
+}
+
+void ProcessRun::stop(ProcessEnd reason) noexcept {
+    if (!noteEnd()) {
+        stopReason_ = reason;
+        askToEnd();
+    }
+}
+
+void ProcessRun::askToEnd() noexcept {
+    if (phase_ == Phase::running) {
+        child_.signal(SIGTERM);
+        child_.signal(SIGCONT); // a stopped child could not hear it
+        phase_ = Phase::asked;
+        phaseDeadline_ = after(Clock::now(), invocation_.politeness);
+        wasAsked_ = true;
+    }
+}
+
+void ProcessRun::killAtOnce() noexcept {
+    if (phase_ != Phase::ended) {
+        child_.signal(SIGKILL);
+        phase_ = Phase::killed;
+        phaseDeadline_ = Clock::time_point::max();
+        wasAsked_ = true;
+    }
+}
+
+/// A run that cannot wait can only end.
+void ProcessRun::giveUp(int error) noexcept {
+    killAtOnce();
+    lose(error, nullptr);
+    child_.waitForEnd();
+    noteEnd();
+}
+
+/// The output cannot be kept: nothing more is read, and the child is asked to end.
+void ProcessRun::lose(int error, const char* reason) noexcept {
+    if (!stopReason_) {
+        stopReason_ = ProcessEnd::outputLost;
+        lossError_ = error;
+        try {
+            lossReason_ =
+                reason != nullptr ? String(reason) : String(std::generic_category().message(error));
+        } catch (const std::bad_alloc&) {
+            lossReason_ = nullptr;
+        }
+    }
+    askToEnd();
+    output_.close();
+    errors_.close();
+}
+
+void ProcessRun::report(ProcessOutcome& outcome) const noexcept {
+    outcome.exitStatus = child_.exitStatus();
+    outcome.signal = child_.endingSignal();
+    outcome.leftStreamOpen = output_.isOpen() || errors_.isOpen();
+    outcome.reason = lossReason_;
+    outcome.error = lossError_;
+    if (stopReason_) {
+        outcome.end = *stopReason_;
+    } else if (outcome.exitStatus) {
+        outcome.end = ProcessEnd::exited;
+    } else {
+        outcome.end = outcome.signal ? ProcessEnd::signalled : ProcessEnd::statusUnknown;
+    }
+}
+
+} // namespace quen

@@ -1,0 +1,143 @@
+#include "Host/TaskErrors.h"
+
+#include "Foundation/Format.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlManager.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+#include <utility>
+
+namespace quen {
+
+const String QuenSourceControlTaskErrorDomain =
+    String::constant("QuenSourceControlTaskErrorDomain");
+const String QuenSourceControlTaskErrorCodesKey =
+    String::constant("QuenSourceControlTaskErrorCodesKey");
+
+namespace {
+
+/// The server refused the name or the password; no provider of credentials is left.
+constexpr std::array<std::int64_t, 2> authenticationNumbers{170001, 215004};
+
+/// The thing that was asked for is not there. An operation that looked for it knows better words.
+constexpr std::array<std::int64_t, 6> absenceNumbers{155010, 160006, 160013,
+                                                     170000, 195012, 200009};
+
+template <std::size_t count>
+bool isAmong(const std::array<std::int64_t, count>& numbers, std::int64_t number) {
+    return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
+}
+
+void logNotice(const String& text) {
+    if (text.view().find_first_not_of(" \t\r\n") != std::string_view::npos) {
+        const std::array<FormatArgument, 1> arguments{text};
+        QuenSourceControlManager::sourceControlLogAspect()->_logAtLogLevel(2, "%@", arguments);
+    }
+}
+
+std::int64_t codeOf(const RunFacts& facts) {
+    if (!facts.numbers.empty()) {
+        return facts.numbers.front().number;
+    }
+    return facts.signal ? 128 + *facts.signal : facts.exitStatus.value_or(1);
+}
+
+Error withNumbers(const Error& error, const std::vector<ClientNumber>& numbers) {
+    Dictionary userInfo = error.userInfo();
+    Array codes = Array::empty();
+    for (const ClientNumber& number : numbers) {
+        codes.append(number.number);
+        if (isAmong(authenticationNumbers, number.number)) {
+            userInfo.set(QuenSourceControlAuthenticationErrorTypeKey,
+                         QuenSourceControlAuthenticationCredentialsIncorrect);
+        }
+    }
+    if (codes.count() > 0) {
+        userInfo.set(QuenSourceControlTaskErrorCodesKey, std::move(codes));
+    }
+    return {error.domain(), error.code(), std::move(userInfo)};
+}
+
+bool isNotice(const String& message, const RunFacts& facts) {
+    return meansAbsentProperty(facts.numbers) ||
+           (!facts.hasFailed() && holdsOnlyWarnings(message.view()));
+}
+
+/// The numbers of an error, by which absence is told; every number of an error without any is.
+bool tellsOnlyOfAbsence(const Error& error) {
+    const Array* const codes = error.userInfo()[QuenSourceControlTaskErrorCodesKey].array();
+    return codes == nullptr || std::all_of(codes->begin(), codes->end(), [](const Value& code) {
+               const std::int64_t* const number = code.integer();
+               return number != nullptr && isAmong(absenceNumbers, *number);
+           });
+}
+
+} // namespace
+
+Error taskError(std::int64_t code, const String& description) {
+    return {QuenSourceControlTaskErrorDomain, code, {{NSLocalizedDescriptionKey, description}}};
+}
+
+Error genericError(const String& message, const RunFacts& facts) {
+    if (message.view().find_first_not_of(" \t\r\n") == std::string_view::npos) {
+        return {};
+    }
+    if (isNotice(message, facts)) {
+        logNotice(message);
+        return {};
+    }
+    return withNumbers(taskError(codeOf(facts), withoutClientPrefixes(message.view())),
+                       facts.numbers);
+}
+
+Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run) {
+    switch (run.end) {
+    case ToolEnd::ended: return {};
+    case ToolEnd::couldNotStart:
+        return taskError(TaskErrorCouldNotStart,
+                         formatText("The client \"%@\" could not be started: %@.",
+                                    {invocation.launchPath, run.reason}));
+    case ToolEnd::cancelled:
+        return taskError(TaskErrorCancelled, "The operation was cancelled before it had finished.");
+    case ToolEnd::timedOut:
+        return taskError(
+            TaskErrorTimedOut,
+            formatText("The client was ended because it took too long: %@.", {run.reason}));
+    case ToolEnd::failed:
+        return taskError(
+            TaskErrorFailed,
+            formatText("The client's run could not be followed to its end: %@.", {run.reason}));
+    }
+    return {};
+}
+
+Error errorOfSilentFailure(const RunFacts& facts) {
+    if (!facts.hasFailed() || meansAbsentProperty(facts.numbers)) {
+        return {};
+    }
+    if (facts.signal) {
+        const char* const name = strsignal(*facts.signal);
+        return taskError(128 + *facts.signal,
+                         formatText("The client was ended by signal %ld (%@).",
+                                    {std::int64_t{*facts.signal}, String(name)}));
+    }
+    return taskError(*facts.exitStatus,
+                     formatText("The client failed with exit status %ld and did not say why.",
+                                {std::int64_t{*facts.exitStatus}}));
+}
+
+Error betterError(const Error& parsed, const Error& translated) {
+    if (translated.domain() == QuenSourceControlErrorDomain) {
+        return translated;
+    }
+    if (parsed.domain() == QuenSourceControlErrorDomain &&
+        (!translated || tellsOnlyOfAbsence(translated))) {
+        return parsed;
+    }
+    return translated ? translated : parsed;
+}
+
+} // namespace quen

@@ -1,0 +1,66 @@
+#include "Host/TemporaryDirectory.h"
+
+#include "Foundation/PathComponents.h"
+#include "Host/HostServices.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+/// The living directories by path, so that a path object made from a text alone can hold on to the
+/// directory that its file lies in.
+struct Registry {
+    std::mutex mutex;
+    std::map<String, std::weak_ptr<TemporaryDirectory>> directories;
+
+    static Registry& shared() {
+        static Registry registry;
+        return registry;
+    }
+};
+
+} // namespace
+
+std::shared_ptr<TemporaryDirectory> TemporaryDirectory::make() {
+    Registry& registry = Registry::shared();
+    std::string path =
+        appendingPathComponent(HostServices::shared().temporaryDirectory().view(), "quen-XXXXXX")
+            .str();
+    if (mkdtemp(path.data()) == nullptr) {
+        return nullptr;
+    }
+    struct Maker : TemporaryDirectory {
+        explicit Maker(String path) : TemporaryDirectory(std::move(path)) {}
+    };
+    const auto directory = std::make_shared<Maker>(path);
+    const std::lock_guard lock(registry.mutex);
+    registry.directories[directory->path()] = directory;
+    return directory;
+}
+
+std::shared_ptr<TemporaryDirectory> TemporaryDirectory::holding(const String& path) {
+    Registry& registry = Registry::shared();
+    const std::lock_guard lock(registry.mutex);
+    const auto found = registry.directories.find(String(deletingLastPathComponent(path.view())));
+    return found == registry.directories.end() ? nullptr : found->second.lock();
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    {
+        Registry& registry = Registry::shared();
+        const std::lock_guard lock(registry.mutex);
+        registry.directories.erase(path_);
+    }
+    std::error_code ignored;
+    std::filesystem::remove_all(path_.str(), ignored);
+}
+
+} // namespace quen

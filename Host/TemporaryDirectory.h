@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Foundation/String.h"
+
+#include <memory>
+
+namespace quen {
+
+/// A fresh directory, mode 0700, removed with all that is in it when its last holder lets go.
+/// From any thread.
+class TemporaryDirectory {
+public:
+    /// Null where none can be made.
+    static std::shared_ptr<TemporaryDirectory> make();
+    /// The living directory that `path` lies in; null for any other path.
+    static std::shared_ptr<TemporaryDirectory> holding(const String& path);
+
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+    ~TemporaryDirectory();
+
+    const String& path() const noexcept { return path_; }
+
+private:
+    explicit TemporaryDirectory(String path) : path_(std::move(path)) {}
+
+    String path_;
+};
+
+} // namespace quen
