@@ -1,0 +1,83 @@
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlFunctions.h"
+#include "Tools/Commands/FetchFile.h"
+#include "Tools/Commands/Locations.h"
+#include "Tools/Commands/RevisionArguments.h"
+
+#include <iostream>
+#include <memory>
+
+namespace quen {
+
+namespace {
+
+struct Options {
+    CommonOptions common;
+    RevisionRange revision;
+    bool pegs = false;
+    std::string path;
+};
+
+/// What the repository holds, not what was made of it here since.
+FileToFetch fileFor(const Options& options) {
+    const bool isLocal = !isRepositoryURL(options.path);
+    const bool asksForBase = isLocal && !options.revision.isGiven();
+    return {options.path, asksForBase ? "BASE" : options.revision.start, options.pegs};
+}
+
+int printContent(const Session& session, const std::string& content, const Options& options) {
+    if (!options.common.json) {
+        std::cout.write(content.data(), static_cast<std::streamsize>(content.size()));
+        return ExitSuccess;
+    }
+    const String text = quensc_stringFromData(std::make_shared<Data>(content));
+    if (text.isNil()) {
+        session.tell("\"" + printable(options.path) +
+                     "\" is no text, and JSON holds nothing else. Without --json it is printed as "
+                     "it is.");
+        return ExitFailure;
+    }
+    printJson(Array{Dictionary{{QuenSourceControlOperationContentKey, text}}});
+    return ExitSuccess;
+}
+
+int runCatCommand(const Options& options) {
+    const auto session = Session::open(options.common, "cat");
+    if (session == nullptr) {
+        return ExitFailure;
+    }
+    const auto source = SourceTreeFinder(*session, options.common).find(options.path);
+    if (!source) {
+        return ExitFailure;
+    }
+    const auto file = fetchFile(*session, *source, fileFor(options));
+    if (!file) {
+        return ExitFailure;
+    }
+    const auto content = contentOf(*file);
+    if (!content) {
+        session->tell("\"" + printable(options.path) +
+                      "\" is no file. `quen list` shows what a directory holds.");
+        return ExitFailure;
+    }
+    return printContent(*session, *content, options);
+}
+
+} // namespace
+
+void addCatCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        line.app.add_subcommand("cat", "Print a file as the repository holds it");
+    CLI::Option* const revision = addRevisionOption(
+        *command, options->revision, false,
+        "Which revision (default: the one that the working copy is based on; of a URL the "
+        "youngest)");
+    command->add_flag("--peg", options->pegs, "The path names what was there in revision REV")
+        ->needs(revision);
+    command->add_option("FILE", options->path, "A path or URL")->required();
+    options->common.addTo(*command);
+    runWhenGiven(line, *command, options, runCatCommand);
+}
+
+} // namespace quen

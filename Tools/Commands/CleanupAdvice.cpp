@@ -1,0 +1,55 @@
+#include "Tools/Commands/CleanupAdvice.h"
+
+#include "Host/TaskErrors.h"
+#include "Tools/Commands/ErrorTexts.h"
+#include "Tools/Commands/Locations.h"
+#include "Tools/Commands/SettingsFile.h"
+
+#include <algorithm>
+
+namespace quen {
+
+namespace {
+
+/// SVN_ERR_WC_LOCKED and SVN_ERR_WC_CLEANUP_REQUIRED of the client's libraries.
+bool isLockNumber(const Value& value) {
+    return value == Value(155004) || value == Value(155037);
+}
+
+bool holdsLockNumber(const Error& error) {
+    const Array* const numbers = error.userInfo()[QuenSourceControlTaskErrorCodesKey].array();
+    return numbers != nullptr && std::any_of(numbers->begin(), numbers->end(), isLockNumber);
+}
+
+bool isPlain(unsigned char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("/._-+,:@%=").find(static_cast<char>(c)) != std::string_view::npos;
+}
+
+} // namespace
+
+bool saysLocked(const Error& error) {
+    const std::vector<Error> errors = withUnderlyingErrors(error);
+    return std::any_of(errors.begin(), errors.end(), holdsLockNumber);
+}
+
+std::string shellWord(std::string_view text) {
+    if (!text.empty() && std::all_of(text.begin(), text.end(), isPlain)) {
+        return std::string(text);
+    }
+    std::string word = "'";
+    for (const char c : text) {
+        word += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return word + "'";
+}
+
+std::string cleanupCommandFor(const std::string& path) {
+    std::string top = topDirectoryOf(path).string();
+    while (top.size() > 1 && top.ends_with('/')) {
+        top.pop_back();
+    }
+    return top.empty() ? std::string() : "svn cleanup " + shellWord(closedClientPath(top).view());
+}
+
+} // namespace quen

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace quen {
+
+/// Whether a line of the client's tells of one item that it worked on: `A    a.c`, ` U   .`,
+/// `   C src`, `Sending        a.c`, `Reverted 'a.c'`, `Merge conflict in 'a.c' marked as
+/// resolved.` Wording and columns are those of clients 1.7 to 1.14.
+bool tellsOfItem(std::string_view line);
+
+/// What the client says on standard output while it changes something, read line by line. The
+/// results of changes hold little or nothing, so this is what a person can be told beyond them.
+class ClientReport {
+public:
+    /// The next piece of the output; lines may be cut anywhere.
+    void take(std::string_view piece);
+
+    /// How many items it named. Where a merge records what it merged is not counted.
+    std::size_t items() const noexcept { return items_; }
+    /// The last finished line that is not blank.
+    const std::string& lastLine() const noexcept { return lastLine_; }
+    /// The number in the last sentence about a revision (`Updated to revision 12.`); empty where
+    /// there was none.
+    const std::string& revision() const noexcept { return revision_; }
+    /// What follows `Summary of conflicts:`, a line each; empty where there were none.
+    const std::string& conflicts() const noexcept { return conflicts_; }
+
+private:
+    void takeLine(std::string_view line);
+
+    std::string rest_;
+    std::string lastLine_;
+    std::string revision_;
+    std::string conflicts_;
+    std::size_t items_ = 0;
+    bool isRecordingMerge_ = false;
+    bool isListingConflicts_ = false;
+};
+
+} // namespace quen

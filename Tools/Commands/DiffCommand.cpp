@@ -1,0 +1,143 @@
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/DiffSummary.h"
+#include "Tools/Commands/DiffText.h"
+#include "Tools/Commands/Locations.h"
+#include "Tools/Commands/ShowRecords.h"
+#include "Tools/Terminal/Pager.h"
+
+#include <algorithm>
+#include <cctype>
+#include <iostream>
+#include <memory>
+
+namespace quen {
+
+namespace {
+
+struct Options {
+    CommonOptions common;
+    DiffTargets targets;
+    std::string change;
+    bool summarizes = false;
+};
+
+/// What is wrong with the command line; empty for nothing.
+std::string faultOf(const Options& options) {
+    const RevisionRange& revisions = options.targets.revisions;
+    const auto& paths = options.targets.paths;
+    if (revisions.isGiven() && !revisions.isRange()) {
+        return "-r " + revisions.start + " is one revision, and a difference has two ends: -r " +
+               revisions.start + ":BASE compares it with what the working copy is based on, -r " +
+               revisions.start + ":HEAD with the youngest. Your own changes are shown without -r.";
+    }
+    if (options.summarizes) {
+        return faultOfSummary(options.targets);
+    }
+    const bool hasURL = std::any_of(paths.begin(), paths.end(), isRepositoryURL);
+    return hasURL && !revisions.isGiven() && options.change.empty()
+               ? "A URL has no changes of its own. Compare two revisions of it with -r A:B, or "
+                 "show "
+                 "what one changed with -c N."
+               : "";
+}
+
+/// The operation hands both ends to the client word for word.
+void setRevisions(QuenSourceControlRequest& request, const Options& options) {
+    const DiffTargets& targets = options.targets;
+    if (targets.revisions.isRange()) {
+        request.setStartingRevision(targets.revisions.start);
+        request.setEndingRevision(targets.revisions.end);
+    } else if (!options.change.empty()) {
+        request.setStartingRevision(options.change + "^");
+        request.setEndingRevision(options.change);
+    } else if (!targets.paths.empty()) {
+        // A request without revisions is about the whole directory, whatever its files. The change
+        // with no number is to the client (seen on 1.14.2) what no revision at all is.
+        request.setStartingRevision("^");
+        request.setEndingRevision("");
+    }
+}
+
+void printForPeople(const Array& records, const Options& options) {
+    const Palette palette = options.common.palette();
+    for (const Value& record : records) {
+        const String text =
+            (*record.dictionary())[QuenSourceControlOperationContentKey].stringValue();
+        // What goes to a file or another program may be meant as a patch.
+        if (outputIsTerminal() || palette.isColoured()) {
+            printPaged(shownDifference(text.view(), palette));
+        } else {
+            std::cout << text.view();
+        }
+    }
+}
+
+/// The client finds no local changes of a name that is closed with an `@` (seen on 1.14.2). A name
+/// that ends in `/.` holds none in its last component and needs no closing; the client drops it.
+StringArray filesFor(const Options& options) {
+    StringArray files;
+    for (const std::string& path : options.targets.paths) {
+        const bool isClosed = closedClientPath(path) != clientPath(path);
+        const bool isLocal = !options.targets.revisions.isGiven() && options.change.empty();
+        files.push_back(isClosed && isLocal ? String(clientPath(path).str() + "/.")
+                                            : clientPath(path));
+    }
+    return files;
+}
+
+int runDiffCommand(const Options& options) {
+    const auto session = Session::open(options.common, "diff");
+    if (session == nullptr) {
+        return ExitFailure;
+    }
+    if (const std::string fault = faultOf(options); !fault.empty()) {
+        session->tell(fault);
+        return ExitUsage;
+    }
+    const auto& paths = options.targets.paths;
+    const auto source =
+        SourceTreeFinder(*session, options.common).find(paths.empty() ? "." : paths.front());
+    if (!source) {
+        return ExitFailure;
+    }
+    if (options.summarizes) {
+        return showSummary(*session, *source, options.targets, options.common);
+    }
+    auto request = makeRequest(RequestTypeDiff, *source, filesFor(options));
+    setRevisions(*request, options);
+    const auto operation = session->perform(request);
+    return showRecords(*session, operation, options.common,
+                       [&](const Array& records) { printForPeople(records, options); });
+}
+
+std::string checkNumber(const std::string& text) {
+    const bool isNumber =
+        !text.empty() &&
+        std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
+    return isNumber ? "" : "\"" + text + "\" is no revision number.";
+}
+
+} // namespace
+
+void addDiffCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        line.app.add_subcommand("diff", "Show what has changed, line by line or by name");
+    CLI::Option* const revisions =
+        addRevisionOption(*command, options->targets.revisions, true, "The two revisions, A:B");
+    CLI::Option* const change =
+        command->add_option("-c,--change", options->change, "What revision N changed")
+            ->check(CLI::Validator(checkNumber, "N"))
+            ->excludes(revisions);
+    command
+        ->add_flag("--summarize", options->summarizes,
+                   "Only the names of what differs between two places, OLD and NEW, or one place "
+                   "in two revisions")
+        ->excludes(change);
+    command->add_option("PATH", options->targets.paths,
+                        "Paths or URLs (default: here); with --summarize OLD and NEW");
+    options->common.addTo(*command);
+    runWhenGiven(line, *command, options, runDiffCommand);
+}
+
+} // namespace quen

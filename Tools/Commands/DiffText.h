@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Tools/Terminal/Style.h"
+
+#include <string>
+#include <string_view>
+
+namespace quen {
+
+/// The text of a difference for a person: safe to show, additions and removals in their colours,
+/// the lines between the changes of one file as headings.
+std::string shownDifference(std::string_view text, const Palette& palette);
+
+} // namespace quen

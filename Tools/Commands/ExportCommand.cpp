@@ -1,0 +1,107 @@
+#include "Foundation/PathComponents.h"
+#include "MarlFoundation/MarlFilePath.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/FetchFile.h"
+#include "Tools/Commands/RevisionArguments.h"
+
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <system_error>
+
+namespace quen {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Options {
+    CommonOptions common;
+    RevisionRange revision;
+    bool pegs = false;
+    bool overwrites = false;
+    std::string path;
+    std::string target;
+};
+
+/// Where the file goes; the name that it has where it comes from, unless another is given.
+fs::path targetFor(const Options& options, const FetchedFile& file) {
+    const fs::path target = options.target.empty() ? "." : options.target;
+    std::error_code error;
+    return fs::is_directory(target, error) ? target / file.path.filename() : target;
+}
+
+/// The temporary place may lie in another file system.
+std::error_code move(const fs::path& from, const fs::path& to) {
+    std::error_code error;
+    fs::rename(from, to, error);
+    if (error) {
+        fs::copy(from, to,
+                 fs::copy_options::recursive | fs::copy_options::copy_symlinks |
+                     fs::copy_options::overwrite_existing,
+                 error);
+    }
+    return error;
+}
+
+void printTarget(const fs::path& target, const Options& options) {
+    if (options.common.json) {
+        const String path = fs::absolute(target).lexically_normal().string();
+        printJson(Array{Dictionary{
+            {QuenSourceControlOperationPathKey, MarlFilePath::filePathForPathString(path)}}});
+        return;
+    }
+    std::cout << "Exported to " << printable(target.lexically_normal().string()) << '\n';
+}
+
+int place(const Session& session, const FetchedFile& file, const Options& options) {
+    const fs::path target = targetFor(options, file);
+    const std::string shown = "\"" + printable(target.lexically_normal().string()) + "\"";
+    std::error_code ignored;
+    if (!options.overwrites &&
+        fs::symlink_status(target, ignored).type() != fs::file_type::not_found) {
+        session.tell(shown + " is there already. --force overwrites it.");
+        return ExitFailure;
+    }
+    if (const std::error_code error = move(file.path, target)) {
+        session.tell(shown + " cannot be written: " + error.message() + ".");
+        return ExitFailure;
+    }
+    printTarget(target, options);
+    return ExitSuccess;
+}
+
+int runExportCommand(const Options& options) {
+    const auto session = Session::open(options.common, "export");
+    if (session == nullptr) {
+        return ExitFailure;
+    }
+    const auto source = SourceTreeFinder(*session, options.common).find(options.path);
+    if (!source) {
+        return ExitFailure;
+    }
+    const auto file =
+        fetchFile(*session, *source, {options.path, options.revision.start, options.pegs});
+    return file ? place(*session, *file, options) : ExitFailure;
+}
+
+} // namespace
+
+void addExportCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        line.app.add_subcommand("export", "Write a file as it is in a revision to another place");
+    CLI::Option* const revision =
+        addRevisionOption(*command, options->revision, false,
+                          "Which revision (default: what the working copy holds; of a URL the "
+                          "youngest)");
+    command->add_flag("--peg", options->pegs, "The path names what was there in revision REV")
+        ->needs(revision);
+    command->add_flag("--force", options->overwrites, "Overwrite what is there");
+    command->add_option("FILE", options->path, "A path or URL")->required();
+    command->add_option("TARGET", options->target, "A name or directory (default: here)");
+    options->common.addTo(*command);
+    runWhenGiven(line, *command, options, runExportCommand);
+}
+
+} // namespace quen

@@ -1,0 +1,93 @@
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Locations.h"
+#include "Tools/Commands/Records.h"
+#include "Tools/Commands/ShowRecords.h"
+#include "Tools/Commands/SourceTreeFinder.h"
+#include "Tools/Terminal/Times.h"
+
+#include <iostream>
+#include <memory>
+
+namespace quen {
+
+namespace {
+
+struct Options {
+    CommonOptions common;
+    bool onlyChecks = false;
+    std::vector<std::string> paths{"."};
+};
+
+void printRecord(const Dictionary& record, const std::string& path, const Palette& palette) {
+    const auto line = [&](const std::string& name, const std::string& text) {
+        std::cout << palette.paint(Style::faint, name) << text << '\n';
+    };
+    if (!path.empty()) {
+        line("Path          ", palette.paint(Style::heading, printable(path)));
+    }
+    line("URL           ", shownText(record, QuenSourceControlOperationRemoteOriginKey));
+    line("Repository    ", shownText(record, QuenSourceControlOperationRepositoryRootKey));
+    line("Last changed  ", changeLine(record, palette, currentDate()));
+}
+
+/// The records do not say whose they are, and leave out items that were never committed.
+void printForPeople(const Array& records, const Options& options) {
+    const Palette palette = options.common.palette();
+    const bool allAreThere = records.count() == options.paths.size();
+    for (std::size_t i = 0; i < records.count(); ++i) {
+        std::cout << (i == 0 ? "" : "\n");
+        printRecord(*records[i].dictionary(), allAreThere ? options.paths[i] : "", palette);
+    }
+}
+
+/// How many of the items have no record, where that is no error.
+void tellWhatIsMissing(const Session& session, const QuenSourceControlOperation& operation,
+                       const Options& options) {
+    const Array* const records = operation.result().array();
+    if (operation.error() || records == nullptr || records->count() == options.paths.size()) {
+        return;
+    }
+    const std::size_t missing = options.paths.size() - records->count();
+    session.tell(options.paths.size() == 1
+                     ? "\"" + printable(options.paths.front()) + "\" was never committed."
+                     : std::to_string(missing) + " of the " + std::to_string(options.paths.size()) +
+                           " items " + (missing == 1 ? "was" : "were") + " never committed.");
+}
+
+int runInfoCommand(const Options& options) {
+    const auto session = Session::open(options.common, "info");
+    if (session == nullptr) {
+        return ExitFailure;
+    }
+    const auto source = SourceTreeFinder(*session, options.common).find(options.paths.front());
+    if (!source) {
+        return ExitFailure;
+    }
+    const auto operation =
+        session->perform(makeRequest(options.onlyChecks ? RequestTypeInfoCheck : RequestTypeInfo,
+                                     *source, clientPaths(options.paths)));
+    if (operation != nullptr && options.onlyChecks) {
+        return session->finish(*operation);
+    }
+    const int status = showRecords(*session, operation, options.common,
+                                   [&](const Array& records) { printForPeople(records, options); });
+    if (operation != nullptr && !options.common.json) {
+        tellWhatIsMissing(*session, *operation, options);
+    }
+    return status;
+}
+
+} // namespace
+
+void addInfoCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command = line.app.add_subcommand(
+        "info", "Show where items lie in the repository, and their last change");
+    command->add_flag("--check", options->onlyChecks,
+                      "Print nothing; the exit status says whether all of them are known");
+    command->add_option("PATH", options->paths, "Paths or URLs (default: here)");
+    options->common.addTo(*command);
+    runWhenGiven(line, *command, options, runInfoCommand);
+}
+
+} // namespace quen

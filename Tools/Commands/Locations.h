@@ -1,0 +1,35 @@
+#pragma once
+
+#include "QuenFoundation/QuenSourceControlRequest.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quen {
+
+/// Whether a person means a place in a repository by its URL: a scheme, `://`, and more. Everything
+/// else is a path.
+bool isRepositoryURL(std::string_view location);
+
+/// A part of a URL as a name: `with%20blank` gives `with blank`.
+std::string percentDecoded(std::string_view text);
+
+/// The directory that a checkout of a URL is named after: its last part, decoded.
+std::string directoryNameFor(const std::string& url);
+
+/// A person's path or URL as the client must be given it: one that begins with `-` would be read as
+/// an option, so it is named from the current directory.
+String clientPath(const std::string& path);
+StringArray clientPaths(const std::vector<std::string>& paths);
+
+/// Likewise, for what a plug-in hands to the client as it stands (a request's destination, a source
+/// tree's location): the client would read what follows an `@` in the name as a revision, so the
+/// name is closed with another. A request's files are closed by the plug-in.
+String closedClientPath(const std::string& path);
+
+/// Likewise, for a directory that the plug-in looks for afterwards under the name that it was
+/// given: a slash at its end also keeps the client from reading a revision.
+String closedDirectory(const std::string& path);
+
+} // namespace quen

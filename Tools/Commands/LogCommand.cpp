@@ -1,0 +1,128 @@
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Locations.h"
+#include "Tools/Commands/Records.h"
+#include "Tools/Commands/RevisionArguments.h"
+#include "Tools/Commands/ShowRecords.h"
+#include "Tools/Commands/SourceTreeFinder.h"
+#include "Tools/Commands/StatusWords.h"
+#include "Tools/Terminal/Pager.h"
+#include "Tools/Terminal/Table.h"
+#include "Tools/Terminal/Times.h"
+
+#include <cstdint>
+#include <memory>
+#include <sstream>
+
+namespace quen {
+
+namespace {
+
+struct Options {
+    CommonOptions common;
+    RevisionRange revisions;
+    std::int64_t limit = 0;
+    bool stopsOnCopy = false;
+    bool showsFiles = false;
+    bool pegs = false;
+    std::string path;
+};
+
+Dictionary requestOptions(const Options& options) {
+    Dictionary request = Dictionary::empty();
+    if (options.limit > 0) {
+        request.set(QuenSourceControlRequestOptionLogOutputLimit, options.limit);
+    }
+    request.set(QuenSourceControlRequestOptionLogStopOnBranching, options.stopsOnCopy);
+    request.set(QuenSourceControlRequestOptionLogOutputFilesChanged, options.showsFiles);
+    request.set(QuenSourceControlRequestOptionSupplyDirectRevision, options.pegs);
+    return request;
+}
+
+QuenSourceControlRequestPtr requestFor(const Options& options, const SourceTree& source) {
+    // Without a path the history is that of the directory that the client runs in.
+    const bool isOfAll = options.path.empty();
+    auto request = makeRequest(isOfAll ? RequestTypeLogAll : RequestTypeLog, source,
+                               isOfAll ? StringArray() : StringArray{clientPath(options.path)},
+                               requestOptions(options));
+    request->setStartingRevision(startingRevisionFor(options.revisions.start));
+    if (options.revisions.isRange()) {
+        request->setEndingRevision(options.revisions.end);
+    }
+    return request;
+}
+
+void printFiles(std::ostream& out, const Dictionary& files, const Palette& palette) {
+    Table table;
+    for (const Dictionary::Entry& file : files) {
+        const std::int64_t* const status = file.value.integer();
+        const auto words =
+            wordsForStatus(status == nullptr ? 0 : static_cast<std::uint32_t>(*status));
+        const StatusWord word = words.empty() ? StatusWord{"changed"} : words.front();
+        table.add({{"  "}, {word.text, word.style}, {printable(file.key.view())}});
+    }
+    if (!table.isEmpty()) {
+        out << '\n';
+        table.print(out, palette);
+    }
+}
+
+void printRecord(std::ostream& out, const Dictionary& record, const Palette& palette) {
+    out << changeLine(record, palette, currentDate()) << '\n';
+    const String message = record[QuenSourceControlOperationMessageKey].stringValue();
+    if (!message.isEmpty()) {
+        out << '\n';
+    }
+    for (const std::string_view line : linesOf(message.view())) {
+        out << (line.empty() ? "" : "    ") << printableLine(line) << '\n';
+    }
+    if (const Dictionary* const files = record[QuenSourceControlOperationFilesKey].dictionary()) {
+        printFiles(out, *files, palette);
+    }
+}
+
+void printForPeople(const Array& records, const Options& options) {
+    const Palette palette = options.common.palette();
+    std::ostringstream out;
+    for (const Value& record : records) {
+        out << (&record == records.begin() ? "" : "\n");
+        printRecord(out, *record.dictionary(), palette);
+    }
+    printPaged(out.str());
+}
+
+int runLogCommand(const Options& options) {
+    const auto session = Session::open(options.common, "log");
+    if (session == nullptr) {
+        return ExitFailure;
+    }
+    const auto source =
+        SourceTreeFinder(*session, options.common).find(options.path.empty() ? "." : options.path);
+    if (!source) {
+        return ExitFailure;
+    }
+    const auto operation = session->perform(requestFor(options, *source));
+    return showRecords(*session, operation, options.common,
+                       [&](const Array& records) { printForPeople(records, options); });
+}
+
+} // namespace
+
+void addLogCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command = line.app.add_subcommand("log", "Show the history of an item");
+    addRevisionOption(*command, options->revisions, true, "A revision, or a range of them, A:B");
+    CLI::Option* const path =
+        command->add_option("PATH", options->path, "A path or URL (default: here)");
+    command->add_option("-l,--limit", options->limit, "At most so many revisions")
+        ->check(CLI::PositiveNumber);
+    command->add_flag("--stop-on-copy", options->stopsOnCopy,
+                      "End where the item was copied from another place");
+    command->add_flag("-f,--files", options->showsFiles, "Also show the files of each revision");
+    command->add_flag("--peg", options->pegs, "The path names what was there in revision REV")
+        ->needs(path)
+        ->needs("--revision");
+    options->common.addTo(*command);
+    runWhenGiven(line, *command, options, runLogCommand);
+}
+
+} // namespace quen

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Foundation/Value.h"
+#include "Tools/Terminal/Style.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quen {
+
+/// A record's text, safe to show; empty where the record has none.
+std::string shownText(const Dictionary& record, const String& key);
+
+/// Who changed something and when: `r12  alice  3 days ago (2024-01-01 10:11:12 +0100)`. What the
+/// record does not say is left out, but for the author, whose absence is worth a word.
+std::string changeLine(const Dictionary& record, const Palette& palette, Date now);
+
+/// The lines of a text; the end of the last one begins no further line.
+std::vector<std::string_view> linesOf(std::string_view text);
+
+} // namespace quen

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quen {
+
+/// The bytes that a base64 text stands for (the alphabet with `+` and `/`, padded with `=`);
+/// nullopt for anything else.
+std::optional<std::string> bytesFromBase64(std::string_view text);
+
+} // namespace quen

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Host/ToolRunner.h"
+#include "QuenFoundation/QuenSourceControlRequest.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace quen {
+
+/// One input object of the request console.
+struct ConsoleInput {
+    QuenSourceControlRequestPtr request;
+    std::optional<bool> dryRun;
+    std::optional<std::uint32_t> logLevel;
+    /// The runs to replay; absent where the real client is to run.
+    std::optional<std::vector<ToolRun>> replay;
+};
+
+/// Throws InputError for a text that is not JSON or not such an object.
+ConsoleInput decodeConsoleInput(std::string_view text);
+
+} // namespace quen

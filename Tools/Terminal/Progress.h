@@ -1,0 +1,60 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+
+namespace quen {
+
+/// What is to be known of a long work while it goes on.
+struct ProgressFacts {
+    /// What is being done now; empty while nothing is known.
+    std::string doing;
+    std::size_t items = 0;
+    std::chrono::seconds elapsed{0};
+};
+
+/// The text in at most `width` cells of a terminal. Of one that is too long the middle is left out:
+/// the front says what is done, the end which file it is done to.
+std::string fittingText(std::string_view text, std::size_t width);
+
+/// `12 items  0:07  A    src/main.c`, in at most `width` cells.
+std::string progressLine(const ProgressFacts& facts, std::size_t width);
+
+/// Whether a line that changes can be shown on standard error: a terminal that moves its cursor.
+bool canShowProgress() noexcept;
+
+/// One line at the foot of a terminal that follows a long work. It goes to standard error, appears
+/// when the work takes longer than a moment, is redrawn at most ten times a second, and is gone
+/// when this is.
+///
+/// Threads: `show` may be called from any thread; drawing is done on one of its own.
+class Progress {
+public:
+    Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    ~Progress();
+
+    void show(std::string doing, std::size_t items);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void drawUntilOver();
+    void draw(const ProgressFacts& facts);
+
+    const Clock::time_point start_ = Clock::now();
+    std::mutex mutex_;
+    std::condition_variable over_;
+    bool isOver_ = false;
+    ProgressFacts facts_;
+    std::string drawn_;
+    std::thread thread_;
+};
+
+} // namespace quen

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace quen {
+
+/// Whether a person can be asked: standard input and standard error are terminals.
+bool canAsk() noexcept;
+
+/// Asks on standard error and reads the answer from standard input. True for `y` or `yes`, in any
+/// case; everything else, and the end of the input, is a no.
+bool ask(const std::string& question);
+
+} // namespace quen

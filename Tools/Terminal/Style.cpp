@@ -1,0 +1,85 @@
+#include "Tools/Terminal/Style.h"
+
+#include "Host/Text.h"
+
+#include <cstdlib>
+#include <unistd.h>
+
+namespace quen {
+
+namespace {
+
+std::string_view environment(const char* name) {
+    const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    return value == nullptr ? "" : value;
+}
+
+bool shouldColour(Palette::Use use) {
+    if (use != Palette::Use::automatic) {
+        return use == Palette::Use::always;
+    }
+    return outputIsTerminal() && environment("NO_COLOR").empty() && environment("TERM") != "dumb";
+}
+
+std::string_view codeOf(Style style) {
+    switch (style) {
+    case Style::plain: return "";
+    case Style::heading: return "1";
+    case Style::faint: return "2";
+    case Style::good: return "32";
+    case Style::changed: return "34";
+    case Style::warning: return "33";
+    case Style::bad: return "31";
+    }
+    return "";
+}
+
+/// C0 and C1 controls, which UTF-8 writes as one byte and as two.
+std::string withoutControls(std::string_view text, std::string_view allowed) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    const std::string valid = replacingInvalidUTF8(text);
+    std::string shown;
+    for (std::size_t i = 0; i < valid.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(valid[i]);
+        const bool isC1 = byte == 0xC2 && static_cast<unsigned char>(valid[i + 1]) < 0xA0;
+        if (isC1) {
+            shown += replacement;
+            ++i;
+        } else if ((byte < 0x20 || byte == 0x7F) &&
+                   allowed.find(valid[i]) == std::string_view::npos) {
+            shown += replacement;
+        } else {
+            shown += valid[i];
+        }
+    }
+    return shown;
+}
+
+} // namespace
+
+bool outputIsTerminal() noexcept {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
+Palette::Palette(Use use) : isColoured_(shouldColour(use)) {}
+
+Palette Palette::named(std::string_view use) {
+    return Palette(use == "always" ? Use::always : use == "never" ? Use::never : Use::automatic);
+}
+
+std::string Palette::paint(Style style, std::string_view text) const {
+    if (!isColoured_ || style == Style::plain || text.empty()) {
+        return std::string(text);
+    }
+    return "\x1b[" + std::string(codeOf(style)) + "m" + std::string(text) + "\x1b[0m";
+}
+
+std::string printable(std::string_view text) {
+    return withoutControls(text, "");
+}
+
+std::string printableLine(std::string_view line) {
+    return withoutControls(line, "\t");
+}
+
+} // namespace quen

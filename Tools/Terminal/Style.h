@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quen {
+
+/// Colours and weights by what they mean, not by what they look like.
+enum class Style { plain, heading, faint, good, changed, warning, bad };
+
+/// Whether and how text is coloured.
+class Palette {
+public:
+    enum class Use { automatic, always, never };
+
+    /// Automatic colours only when standard output is a terminal that can show them: not when
+    /// NO_COLOR is set to anything, nor when TERM is `dumb`.
+    explicit Palette(Use use = Use::automatic);
+    /// By the word of an option: `always`, `never`, anything else is automatic.
+    static Palette named(std::string_view use);
+
+    bool isColoured() const noexcept { return isColoured_; }
+    std::string paint(Style style, std::string_view text) const;
+
+private:
+    bool isColoured_;
+};
+
+/// Whether standard output is a terminal.
+bool outputIsTerminal() noexcept;
+
+/// A text from outside, made safe to show: control characters and bytes that are no UTF-8, which
+/// could play tricks on a terminal, are shown as U+FFFD.
+std::string printable(std::string_view text);
+
+/// Likewise for a line of a text, whose tabs stay as they are.
+std::string printableLine(std::string_view line);
+
+} // namespace quen
