@@ -1,0 +1,88 @@
+#include "Classes/SVNOperations/SVNBlameOperation.h"
+#include "Classes/SVNOperations/SVNLogOperation.h"
+#include "Classes/SVNOperations/SVNStatusOperation.h"
+#include "Tests/Classes/SVNOperations/LargeReports.h"
+#include "Tests/Support/HostRecorder.h"
+#include "Tests/Support/Operations.h"
+
+#include <gmock/gmock.h>
+
+namespace quen {
+namespace {
+
+/// An operation that reads while the client runs, and a report for it.
+struct Streamed {
+    std::shared_ptr<QuenSourceControlTaskOperation> (*make)();
+    std::string report;
+};
+
+template <typename Class> std::shared_ptr<QuenSourceControlTaskOperation> make() {
+    return makeOperation<Class>({.files = StringArray{"a.c"}});
+}
+
+const char* const statusReport =
+    "<status><target path='.'><entry path='a'><wc-status item='modified' props='none'/></entry>"
+    "<entry path='b'><wc-status item='odd' props='none'/></entry></target></status>";
+
+std::vector<Streamed> streamedOperations() {
+    return {{make<SVNStatusOperation>, statusReport},
+            {make<SVNLogOperation>, logReportOf(3)},
+            {make<SVNBlameOperation>, blameReportOf(5)}};
+}
+
+/// What an operation leaves, and what it said.
+struct Outcome {
+    Value result;
+    Error error;
+    std::size_t logLines = 0;
+    friend bool operator==(const Outcome&, const Outcome&) = default;
+};
+
+/// Hands the pieces over, then the data, as a host does.
+Outcome outcomeOf(const Streamed& streamed, const std::vector<std::string_view>& pieces,
+                  std::string_view data) {
+    HostRecorder host(1);
+    const auto operation = streamed.make();
+    for (const std::string_view piece : pieces) {
+        operation->outputArrived(piece);
+    }
+    EXPECT_TRUE(operation->result().isNothing());
+    EXPECT_TRUE(operation->error().isNil());
+    EXPECT_EQ(host.log().size(), 0U);
+    operation->setData(dataOf(data));
+    operation->parseData();
+    return {operation->result(), operation->error(), host.log().size()};
+}
+
+TEST(OutputArrived, PiecesCutAnywhereLeaveWhatTheDataAloneLeaves) {
+    for (const Streamed& streamed : streamedOperations()) {
+        const std::string_view report = streamed.report;
+        const Outcome whole = outcomeOf(streamed, {}, report);
+        ASSERT_TRUE(whole.error.isNil());
+        for (std::size_t cut = 0; cut <= report.size(); ++cut) {
+            EXPECT_EQ(outcomeOf(streamed, {report.substr(0, cut), report.substr(cut)}, report),
+                      whole);
+        }
+    }
+}
+
+TEST(OutputArrived, AHostThatStopsInBetweenIsServedFromTheData) {
+    for (const Streamed& streamed : streamedOperations()) {
+        const std::string_view report = streamed.report;
+        EXPECT_EQ(outcomeOf(streamed, {report.substr(0, report.size() / 2)}, report),
+                  outcomeOf(streamed, {}, report));
+    }
+}
+
+TEST(OutputArrived, AReportThatEndsTooSoonFailsAsItDoesWithoutPieces) {
+    for (const Streamed& streamed : streamedOperations()) {
+        const std::string_view report = std::string_view(streamed.report).substr(0, 150);
+        const Outcome cut = outcomeOf(streamed, {report}, report);
+        EXPECT_FALSE(cut.error.isNil());
+        EXPECT_EQ(cut.logLines, 0U);
+        EXPECT_EQ(cut, outcomeOf(streamed, {}, report));
+    }
+}
+
+} // namespace
+} // namespace quen

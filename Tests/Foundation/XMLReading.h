@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Foundation/XMLReport.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace quen {
+
+/// What came of a report, in a form that tests can compare and print.
+struct Reading {
+    /// Each record as the test describes it, behind its container's number.
+    std::vector<std::string> records;
+    /// The error's description; empty where there is none.
+    std::string error;
+
+    friend bool operator==(const Reading& a, const Reading& b) = default;
+    friend std::ostream& operator<<(std::ostream& out, const Reading& reading) {
+        for (const std::string& record : reading.records) {
+            out << record << '\n';
+        }
+        return out << reading.error;
+    }
+};
+
+using Description = std::string (*)(const XMLElement& record);
+using Path = std::initializer_list<std::string_view>;
+using Pieces = std::vector<std::string_view>;
+
+inline Reading reading(Path path, Description describe, const Pieces& pieces) {
+    Reading result;
+    XMLReportReader reader(path, [&](const XMLElement& record, std::size_t container) {
+        result.records.push_back(std::to_string(container) + " " + describe(record));
+    });
+    for (const std::string_view piece : pieces) {
+        reader.read(piece);
+    }
+    result.error = reader.finish().description().str();
+    return result;
+}
+
+/// The pieces of `size` bytes that make up the report; the last may be shorter.
+inline Pieces inPieces(std::string_view report, std::size_t size) {
+    Pieces pieces;
+    while (!report.empty()) {
+        pieces.push_back(report.substr(0, size));
+        report.remove_prefix(std::min(size, report.size()));
+    }
+    return pieces;
+}
+
+} // namespace quen

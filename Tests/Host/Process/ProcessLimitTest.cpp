@@ -1,0 +1,71 @@
+#include "Tests/Host/Process/ProcessTestSupport.h"
+
+#include <optional>
+
+namespace quen {
+namespace {
+
+using std::chrono::milliseconds;
+
+struct LimitCase {
+    const char* mode;
+    std::optional<milliseconds> total;
+    std::optional<milliseconds> silence;
+    std::string end;
+};
+
+std::ostream& operator<<(std::ostream& out, const LimitCase& value) {
+    return out << value.mode;
+}
+
+class LimitTest : public ProcessTest, public testing::WithParamInterface<LimitCase> {};
+
+TEST_P(LimitTest, EndsTheChild) {
+    ProcessInvocation invocation = faultChild(GetParam().mode);
+    invocation.totalLimit = GetParam().total;
+    invocation.silenceLimit = GetParam().silence;
+    invocation.politeness = milliseconds(20);
+    const ProcessOutcome outcome = run(invocation);
+    EXPECT_EQ(described(outcome), GetParam().end);
+    EXPECT_LT(outcome.duration, std::chrono::seconds(10));
+}
+
+constexpr milliseconds longTime{60'000};
+constexpr milliseconds shortTime{100};
+constexpr milliseconds forever = milliseconds::max();
+
+INSTANTIATE_TEST_SUITE_P(
+    Total, LimitTest,
+    testing::Values(LimitCase{"hang", shortTime, {}, "timed out by signal 15"},
+                    // Long enough for the child to have become deaf.
+                    LimitCase{"hang-deaf", milliseconds(1000), {}, "timed out by signal 9"},
+                    LimitCase{"hang-closed", shortTime, {}, "timed out by signal 15"},
+                    LimitCase{"chatter", shortTime, longTime, "timed out by signal 15"},
+                    LimitCase{"hang", milliseconds(0), {}, "timed out by signal 15"},
+                    LimitCase{"say:0", forever, {}, "exited 0"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Silence, LimitTest,
+    testing::Values(LimitCase{"hang", {}, shortTime, "fell silent by signal 15"},
+                    LimitCase{"hang", longTime, shortTime, "fell silent by signal 15"},
+                    LimitCase{"hang-closed", {}, shortTime, "fell silent by signal 15"},
+                    LimitCase{"say:0", {}, forever, "exited 0"}));
+
+class ProcessLimitTest : public ProcessTest {};
+
+TEST_F(ProcessLimitTest, AChildThatSpeaksIsNotSilent) {
+    ProcessCanceller canceller;
+    ProcessInvocation invocation = faultChild("chatter");
+    invocation.silenceLimit = milliseconds(300);
+    std::size_t heard = 0;
+    invocation.outputWatcher = [&](std::string_view piece) {
+        heard += piece.size();
+        if (heard > 450) { // more milliseconds than the limit has
+            canceller.cancel();
+        }
+    };
+    EXPECT_EQ(described(runProcess(invocation, canceller)), "cancelled by signal 15");
+}
+
+} // namespace
+} // namespace quen

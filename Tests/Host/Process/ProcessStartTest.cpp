@@ -1,0 +1,127 @@
+#include "Tests/Host/Process/ProcessTestSupport.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quen {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct RefusedCase {
+    const char* name;
+    std::function<ProcessInvocation()> invocation; // made when needed: some are large
+    int error;
+    std::string end;
+};
+
+std::ostream& operator<<(std::ostream& out, const RefusedCase& value) {
+    return out << value.name;
+}
+
+ProcessInvocation withVariable(String name, String value) {
+    ProcessInvocation invocation = program("/bin/true");
+    invocation.environment = {{std::move(name), std::move(value)}};
+    return invocation;
+}
+
+class RefusedTest : public ProcessTest, public testing::WithParamInterface<RefusedCase> {};
+
+TEST_P(RefusedTest, SaysWhyAndLeavesNothing) {
+    const ProcessOutcome outcome = run(GetParam().invocation());
+    EXPECT_EQ(described(outcome), GetParam().end);
+    EXPECT_EQ(outcome.error, GetParam().error);
+    EXPECT_EQ(outputOf(outcome), "");
+    EXPECT_EQ(errorsOf(outcome), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByTheSystem, RefusedTest,
+    testing::Values(RefusedCase{"no such program", [] { return program("/nowhere/svn"); }, ENOENT,
+                                "could not start: No such file or directory"},
+                    RefusedCase{"a directory", [] { return program("/tmp"); }, EACCES,
+                                "could not start: Permission denied"},
+                    RefusedCase{"not executable", [] { return program("/etc/passwd"); }, EACCES,
+                                "could not start: Permission denied"},
+                    RefusedCase{"below a file", [] { return program("/etc/passwd/svn"); }, ENOTDIR,
+                                "could not start: Not a directory"},
+                    RefusedCase{"one argument too long",
+                                [] { return program("/bin/true", {std::string(200'000, 'x')}); },
+                                E2BIG, "could not start: Argument list too long"},
+                    RefusedCase{
+                        "too many arguments",
+                        [] { return program("/bin/true", std::vector<String>(2'000'000, "file")); },
+                        E2BIG, "could not start: Argument list too long"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    ByThisLayer, RefusedTest,
+    testing::Values(
+        RefusedCase{"nil", [] { return program(nullptr); }, EINVAL,
+                    "could not start: the launch path is not absolute"},
+        RefusedCase{"empty", [] { return program(""); }, EINVAL,
+                    "could not start: the launch path is not absolute"},
+        RefusedCase{"relative", [] { return program("bin/true"); }, EINVAL,
+                    "could not start: the launch path is not absolute"},
+        RefusedCase{"zero byte in the path", [] { return program(String("/bin/true\0x"sv)); },
+                    EINVAL, "could not start: the launch path holds a zero byte"},
+        RefusedCase{"zero byte in an argument",
+                    [] {
+                        return program("/bin/true", {"a", String("b\0"sv)});
+                    },
+                    EINVAL, "could not start: argument 2 holds a zero byte"},
+        RefusedCase{"zero byte in a value", [] { return withVariable("NAME", String("\0"sv)); },
+                    EINVAL, "could not start: the environment variable NAME holds a zero byte"},
+        RefusedCase{"no name", [] { return withVariable("", "x"); }, EINVAL,
+                    "could not start: an environment variable's name is empty, or holds '=' or a "
+                    "zero byte"},
+        RefusedCase{"a name with =", [] { return withVariable("A=B", "x"); }, EINVAL,
+                    "could not start: an environment variable's name is empty, or holds '=' or a "
+                    "zero byte"}));
+
+class ProcessStartTest : public ProcessTest {};
+
+TEST_F(ProcessStartTest, IsNoShells) {
+    const std::string name = testing::TempDir() + "quen-no-program-" + std::to_string(::getpid());
+    std::ofstream(name) << "exit 0\n";
+    ::chmod(name.c_str(), 0755);
+    EXPECT_EQ(described(run(program(String(name)))), "could not start: Exec format error");
+    std::remove(name.c_str());
+}
+
+TEST_F(ProcessStartTest, HandsArgumentsOverAsTheyAre) {
+    const ProcessOutcome outcome = run(
+        faultChild("arguments", {"", nullptr, "two words", "$HOME", "*", "a\nb", "\"'\\", "-x"}));
+    EXPECT_EQ(outputOf(outcome), "\0\0two words\0$HOME\0*\0a\nb\0\"'\\\0-x\0"sv);
+}
+
+TEST_F(ProcessStartTest, ChangesTheEnvironmentOfTheChildAlone) {
+    const std::string wrong = inForkedHost([]() -> std::string {
+        ::clearenv();
+        ::setenv("KEPT", "host", 1);
+        ::setenv("LANGUAGE", "de", 1);
+        ::setenv("LC_ALL", "de_DE", 1);
+        ProcessInvocation invocation = faultChild("environment");
+        invocation.environment = {{"LC_ALL", "C.UTF-8"}, {"LANGUAGE", nullptr}, {"EMPTY", ""}};
+        const std::string seen(outputOf(run(invocation)));
+        if (seen != "KEPT=host\0LC_ALL=C.UTF-8\0EMPTY=\0"sv) {
+            return "the child saw " + seen;
+        }
+        return std::getenv("LC_ALL") == "de_DE"sv ? "" : "the host's own was changed";
+    });
+    EXPECT_EQ(wrong, "");
+}
+
+TEST_F(ProcessStartTest, WorksInAnEmptyEnvironment) {
+    EXPECT_EQ(inForkedHost([]() -> std::string {
+                  ::clearenv();
+                  return described(run(faultChild("environment")));
+              }),
+              "exited 0");
+}
+
+} // namespace
+} // namespace quen

@@ -1,0 +1,479 @@
+#include "Tests/System/ShowingCase.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace quen {
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+/// What is added by a dash in front would be an option, by an at sign a revision, by brackets a
+/// list, if nobody took care.
+const Sandbox::Words awkwardNames{"plain.c",   "with blank.c", "icon@2x.png", "\xC3\xBCmlaut.c",
+                                  "-dash.c",   "50%.c",        "[a,b]",       "it's.c",
+                                  "-both@2.c", "ends@",        "dir/in@1.c"};
+
+/// A command with awkward names as they are typed behind two dashes.
+Sandbox::Words withNames(Sandbox::Words words, const Sandbox::Words& names) {
+    words.emplace_back("--");
+    words.insert(words.end(), names.begin(), names.end());
+    return words;
+}
+
+/// How quen writes a name that was given behind two dashes.
+std::string shown(const std::string& name) {
+    return name.starts_with('-') ? "./" + name : name;
+}
+
+class LocalEditCommandsTest : public testing::Test {
+protected:
+    void commitFiles(const Sandbox::Words& names) const {
+        for (const std::string& name : names) {
+            sandbox_.write(name, "one\n");
+        }
+        sandbox_.svn({"add", "-q", "--force", "."});
+        sandbox_.commit("Files");
+    }
+
+    Sandbox sandbox_;
+};
+
+TEST_F(LocalEditCommandsTest, AddTakesNamesAsTheyAre) {
+    std::filesystem::create_directory(sandbox_.workingCopy() / "dir");
+    sandbox_.svn({"add", "-q", "dir"});
+    for (const std::string& name : awkwardNames) {
+        sandbox_.write(name, "one\n");
+    }
+
+    expectEach(sandbox_, {{withNames({"add"}, awkwardNames), "Added 11 items.\n"}});
+
+    EXPECT_EQ(sandbox_.svn({"status", "-q"}).find('?'), std::string::npos);
+    for (const std::string& name : awkwardNames) {
+        EXPECT_THAT(sandbox_.svn({"status", "-q"}), HasSubstr("A       " + name + "\n"));
+    }
+}
+
+TEST_F(LocalEditCommandsTest, AddTellsWhatIsWrong) {
+    commitFiles({"a.c"});
+    expectEach(sandbox_,
+               {{{"add", "nowhere"},
+                 "",
+                 1,
+                 "quen add: warning: 'SANDBOX/wc/nowhere' not found\n"
+                 "quen add: Could not add all targets because some targets don't exist\n"
+                 "quen add: Illegal target for the requested operation\n"},
+                {{"add", "--json", "."},
+                 "null\n",
+                 1,
+                 "quen add: warning: 'SANDBOX/wc' is already under version control\n"
+                 "quen add: Could not add all targets because some targets are already versioned\n"
+                 "quen add: Illegal target for the requested operation\n"}});
+}
+
+TEST_F(LocalEditCommandsTest, RevertTakesNamesAsTheyAre) {
+    commitFiles(awkwardNames);
+    for (const std::string& name : awkwardNames) {
+        sandbox_.write(name, "two\n");
+    }
+
+    expectEach(sandbox_, {{withNames({"revert"}, awkwardNames), "Reverted 11 items.\n"},
+                          {withNames({"revert"}, awkwardNames), "Nothing to revert.\n"},
+                          {{"revert", "--json", "."}, "null\n"}});
+
+    EXPECT_EQ(sandbox_.svn({"status"}), "");
+    EXPECT_EQ(sandbox_.read("icon@2x.png"), "one\n");
+}
+
+TEST_F(LocalEditCommandsTest, RemoveTakesNamesAsTheyAre) {
+    commitFiles(awkwardNames);
+
+    expectEach(sandbox_, {{withNames({"remove"}, awkwardNames), "Removed 11 items.\n"}});
+
+    for (const std::string& name : awkwardNames) {
+        EXPECT_FALSE(std::filesystem::exists(sandbox_.workingCopy() / name)) << name;
+        EXPECT_THAT(sandbox_.svn({"status"}), HasSubstr("D       " + name + "\n"));
+    }
+}
+
+TEST_F(LocalEditCommandsTest, RemoveInTheRepositoryIsACommit) {
+    commitFiles({"a@1.c", "b.c"});
+
+    expectEach(sandbox_,
+               {{{"remove", sandbox_.url("trunk/a@1.c"), "-m", "No a"}, "Committed revision 3.\n"},
+                {{"remove", sandbox_.url("trunk/b.c")},
+                 "",
+                 1,
+                 "quen remove: There is no message. Give one with -m or -F, or name your "
+                 "editor in SVN_EDITOR, VISUAL or EDITOR.\n"}});
+
+    EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("trunk")}), "b.c\n");
+    EXPECT_THAT(sandbox_.svn({"log", "-r3", sandbox_.url()}), HasSubstr("No a"));
+}
+
+/// Both sides have changed `a.c`, and an update has left the conflict to the person.
+void makeConflict(const Sandbox& sandbox) {
+    sandbox.write("a.c", "theirs\n");
+    sandbox.commit("Theirs");
+    sandbox.svn({"update", "-q", "-r2"});
+    sandbox.write("a.c", "mine\n");
+    sandbox.svn({"update", "-q", "--accept", "postpone"});
+}
+
+TEST_F(LocalEditCommandsTest, ResolveSettlesAConflictInFavourOfTheFile) {
+    commitFiles({"a.c"});
+    makeConflict(sandbox_);
+    ASSERT_THAT(sandbox_.svn({"status", "-q"}), StartsWith("C       a.c\n"));
+    sandbox_.write("a.c", "both\n");
+
+    expectEach(sandbox_, {{{"resolve", "a.c"}, "Resolved 1 conflict.\n"},
+                          {{"resolve", "a.c"}, "Nothing to resolve.\n"}});
+
+    EXPECT_EQ(sandbox_.svn({"status"}), "M       a.c\n");
+    EXPECT_EQ(sandbox_.read("a.c"), "both\n");
+}
+
+class TreeEditCommandsTest : public LocalEditCommandsTest {};
+
+TEST_F(TreeEditCommandsTest, CopyTakesNamesAsTheyAre) {
+    commitFiles(awkwardNames);
+
+    for (const std::string& name : awkwardNames) {
+        const std::string copy = name + "@copy";
+        expectEach(sandbox_, {{{"copy", "--", name, copy},
+                               "Copied " + shown(name) + " to " + shown(copy) + ".\n"}});
+        EXPECT_THAT(sandbox_.svn({"status"}), HasSubstr("A  +    " + copy + "\n"));
+    }
+}
+
+TEST_F(TreeEditCommandsTest, CopyTakesAURL) {
+    commitFiles({"a@1.c"});
+    const std::string url = sandbox_.url("trunk/a%401.c");
+
+    expectEach(sandbox_,
+               {{{"copy", url, "b.c"}, "Copied file://SANDBOX/repository/trunk/a%401.c to b.c.\n"},
+                {{"copy", "a@1.c", url},
+                 "",
+                 1,
+                 "quen copy: \"file://SANDBOX/repository/trunk/a%401.c\" is a URL. "
+                 "Copies within the repository are made by: quen branch create\n"}});
+
+    EXPECT_EQ(sandbox_.read("b.c"), "one\n");
+}
+
+TEST_F(TreeEditCommandsTest, MoveTakesNamesAsTheyAre) {
+    commitFiles(awkwardNames);
+
+    for (const std::string& name : awkwardNames) {
+        const std::string target = "new/place@1/" + name;
+        expectEach(sandbox_, {{{"move", "--", name, target},
+                               "Moved " + shown(name) + " to " + target + ".\n"}});
+        EXPECT_EQ(sandbox_.read(target), "one\n");
+        EXPECT_THAT(sandbox_.svn({"status"}), HasSubstr("D       " + name + "\n"));
+    }
+}
+
+TEST_F(TreeEditCommandsTest, MoveWorksFromADirectoryBelow) {
+    commitFiles({"src/a.c"});
+
+    const Ran ran = sandbox_.quen({"move", "a.c", "../b.c"}, sandbox_.workingCopy() / "src");
+
+    EXPECT_EQ(ran.out, "Moved a.c to ../b.c.\n");
+    EXPECT_EQ(sandbox_.read("b.c"), "one\n");
+}
+
+TEST_F(TreeEditCommandsTest, MoveStaysInTheWorkingCopy) {
+    commitFiles({"a.c", "b.c"});
+    expectEach(
+        sandbox_,
+        {{{"move", "a.c", "../out.c"},
+          "",
+          1,
+          "quen move: \"../out.c\" lies outside the working copy that holds \"a.c\": SANDBOX/wc\n"},
+         {{"move", "a.c", "b.c"},
+          "",
+          1,
+          "quen move: The file could not be renamed because a file with that name already "
+          "exists.\n"},
+         {{"move", sandbox_.url("trunk/a.c"), "c.c"},
+          "",
+          1,
+          "quen move: \"file://SANDBOX/repository/trunk/a.c\" is a URL. Items are moved in a "
+          "working copy, and the move is then committed.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status"}), "");
+}
+
+TEST_F(TreeEditCommandsTest, MakeDirectoryTakesNamesAsTheyAre) {
+    Sandbox::Words names = awkwardNames;
+    names.pop_back(); // lies in a directory that is not there
+
+    expectEach(sandbox_, {{withNames({"mkdir"}, names),
+                           "Made plain.c.\nMade with blank.c.\nMade icon@2x.png.\n"
+                           "Made \xC3\xBCmlaut.c.\nMade ./-dash.c.\nMade 50%.c.\nMade ./[a,b].\n"
+                           "Made it's.c.\nMade ./-both@2.c.\nMade ends@.\n"}});
+
+    for (const std::string& name : names) {
+        EXPECT_THAT(sandbox_.svn({"status"}), HasSubstr("A       " + name + "\n"));
+    }
+}
+
+TEST_F(TreeEditCommandsTest, MakeDirectoryInTheRepositoryIsACommit) {
+    expectEach(sandbox_,
+               {{{"mkdir", sandbox_.url("trunk/d@1"), sandbox_.url("trunk/e f"), "-m", "D"},
+                 "Committed revision 2.\nCommitted revision 3.\n"},
+                {{"mkdir", "nowhere/d"},
+                 "",
+                 1,
+                 "quen mkdir: Try 'svn mkdir --parents' instead?\n"
+                 "quen mkdir: Can't create directory 'SANDBOX/wc/nowhere/d': No such "
+                 "file or directory\n"}});
+    EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("trunk")}), "d@1/\ne f/\n");
+}
+
+class BranchCommandsTest : public LocalEditCommandsTest {
+protected:
+    BranchCommandsTest() { commitFiles({"a.c"}); }
+};
+
+TEST_F(BranchCommandsTest, CreateCopiesTheTrunkAndDeleteTakesItAway) {
+    for (const std::string name : {"stable", "a b@1", "50%", "\xC3\xBC"}) {
+        SCOPED_TRACE(name);
+        const Ran made = sandbox_.quen({"branch", "create", name, "-m", "Begin"});
+        EXPECT_THAT(made.out, StartsWith("Committed revision "));
+        EXPECT_EQ(made.err, "");
+        EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("branches")}), name + "/\n");
+
+        const Ran deleted = sandbox_.quen({"branch", "delete", name, "-m", "End"});
+        EXPECT_THAT(deleted.out, StartsWith("Committed revision "));
+        EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("branches")}), "");
+    }
+}
+
+TEST_F(BranchCommandsTest, CreateTakesAnotherSource) {
+    expectEach(
+        sandbox_,
+        {{{"branch", "create", "one", "-m", "1"}, "Committed revision 3.\n"},
+         {{"branch", "create", "two", "-m", "2", "--from", "one"}, "Committed revision 4.\n"},
+         {{"branch", "create", "three", "-m", "3", "--from", "^/tags"}, "Committed revision 5.\n"},
+         {{"branch", "create", "four", "-m", "4", "--from", sandbox_.url("trunk")},
+          "Committed revision 6.\n"}});
+    EXPECT_EQ(sandbox_.svn({"list", "-R", sandbox_.url("branches")}),
+              "four/\nfour/a.c\none/\none/a.c\nthree/\ntwo/\ntwo/a.c\n");
+}
+
+/// A name that stands for the folder itself would take every branch along.
+TEST_F(BranchCommandsTest, RefusesNamesThatAreNone) {
+    sandbox_.svn({"mkdir", "-q", "-m", "One", sandbox_.url("branches/one")});
+    for (const std::string name : {".", "..", "/", "one/..", "../trunk", "one/", ""}) {
+        expectEach(sandbox_, {{{"branch", "delete", name, "-m", "Gone"},
+                               "",
+                               1,
+                               "quen branch delete: \"" + name +
+                                   "\" cannot be the name of a branch: it has parts that are "
+                                   "empty, . or ..\n"}});
+    }
+    EXPECT_EQ(sandbox_.svn({"list", sandbox_.url()}), "branches/\ntags/\ntrunk/\n");
+    EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("branches")}), "one/\n");
+}
+
+TEST_F(BranchCommandsTest, SwitchAndMergeTakeABranchByName) {
+    sandbox_.svn(
+        {"copy", "-q", "-m", "Branch", sandbox_.url("trunk"), sandbox_.url("branches/a b@1@")});
+
+    expectEach(sandbox_, {{{"switch", "a b@1"}, "Switched to a b@1.\n"}});
+    EXPECT_EQ(sandbox_.svn({"info", "--show-item", "relative-url"}), "^/branches/a%20b@1\n");
+
+    sandbox_.write("a.c", "two\n");
+    sandbox_.write("b.c", "new\n");
+    sandbox_.svn({"add", "-q", "b.c"});
+    sandbox_.commit("Work");
+    expectEach(sandbox_, {{{"switch", "trunk"}, "Switched to trunk (2 items).\n"},
+                          {{"merge", "a b@1"}, "Merged 2 items from a b@1.\n"},
+                          {{"merge", "a b@1"}, "Nothing to merge from a b@1.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status"}), " M      .\nM       a.c\nA  +    b.c\n");
+}
+
+TEST_F(BranchCommandsTest, MergeTakesARange) {
+    sandbox_.svn({"copy", "-q", "-m", "Branch", sandbox_.url("trunk"), sandbox_.url("branches/b")});
+    sandbox_.write("a.c", "two\n");
+    sandbox_.commit("Two");
+    sandbox_.write("b.c", "new\n");
+    sandbox_.svn({"add", "-q", "b.c"});
+    sandbox_.commit("New");
+    sandbox_.svn({"switch", "-q", "^/branches/b"});
+
+    expectEach(sandbox_, {{{"merge", "^/trunk", "-r", "4:5"}, "Merged 1 item from ^/trunk.\n"},
+                          {{"merge", "trunk", "-r", "4"},
+                           "",
+                           2,
+                           "quen merge: A merge takes two revisions, -r START:END: the changes "
+                           "after START are merged, up to END.\n"},
+                          {{"merge", ".."},
+                           "",
+                           1,
+                           "quen merge: \"..\" is no branch: give its name, a URL or ^/NAME.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status"}), " M      .\nA  +    b.c\n");
+}
+
+class TransferCommandsTest : public LocalEditCommandsTest {};
+
+TEST_F(TransferCommandsTest, CheckoutNamesTheDirectoryAfterTheURL) {
+    commitFiles({"a b@1/c.c", "d/e.c"});
+    const auto place = sandbox_.root() / "place";
+    std::filesystem::create_directory(place);
+    const auto checkout = [&](const Sandbox::Words& words) {
+        Sandbox::Words command{"checkout"};
+        command.insert(command.end(), words.begin(), words.end());
+        return sandbox_.quen(command, place);
+    };
+
+    EXPECT_EQ(checkout({sandbox_.url("trunk/a%20b@1")}).out,
+              "Checked out revision 2 to a b@1 (1 item).\n");
+    EXPECT_EQ(checkout({sandbox_.url("trunk"), "-r", "1", "--", "-old@1"}).out,
+              "Checked out revision 1 to ./-old@1.\n");
+    EXPECT_EQ(sandbox_.neutral(checkout({"--json", sandbox_.url("trunk/d"), "x"}).out),
+              "[{\"QuenSourceControlOperationPathKey\":{\"MarlFilePath\":\"x\"}}]\n");
+
+    EXPECT_EQ(sandbox_.read(place / "a b@1/c.c"), "one\n");
+    EXPECT_TRUE(std::filesystem::exists(place / "-old@1/.svn"));
+    EXPECT_EQ(sandbox_.read(place / "x/e.c"), "one\n");
+}
+
+TEST_F(TransferCommandsTest, CheckoutTellsThatThereIsNothing) {
+    expectEach(sandbox_, {{{"checkout", sandbox_.url("nowhere"), "x"},
+                           "",
+                           1,
+                           "quen checkout: The revision HEAD was not found for the file "
+                           "\"file://SANDBOX/repository/nowhere\".\n"},
+                          {{"checkout", "--json", sandbox_.url("trunk"), "x", "-r", "9"},
+                           "null\n",
+                           1,
+                           "quen checkout: The revision 9 was not found for the file "
+                           "\"file://SANDBOX/repository/trunk\".\n"}});
+}
+
+TEST_F(TransferCommandsTest, ImportPutsATreeIntoTheRepository) {
+    const auto tree = sandbox_.root() / "-tree@1";
+    std::filesystem::create_directory(tree);
+    for (const std::string name : {"a.c", "b@2.c", "\xC3\xBC.c"}) {
+        sandbox_.write(tree / name, "one\n");
+    }
+
+    const Ran ran = sandbox_.quen(
+        {"import", "-m", "In", "--", "-tree@1", sandbox_.url("trunk/in@1")}, sandbox_.root());
+
+    EXPECT_EQ(ran.err, "");
+    EXPECT_EQ(ran.out, "Committed revision 2.\n");
+    EXPECT_EQ(sandbox_.svn({"list", "-R", sandbox_.url("trunk")}),
+              "in@1/\nin@1/a.c\nin@1/b@2.c\nin@1/\xC3\xBC.c\n");
+}
+
+TEST_F(TransferCommandsTest, ImportTakesAFile) {
+    sandbox_.write("icon@2x.png", "one\n");
+
+    expectEach(sandbox_, {{{"import", "-m", "In", "icon@2x.png", sandbox_.url("trunk/other@1.png")},
+                           "Committed revision 2.\n"}});
+
+    EXPECT_EQ(sandbox_.svn({"cat", sandbox_.url("trunk/other@1.png@")}), "one\n");
+}
+
+TEST_F(TransferCommandsTest, UpdateGoesToARevision) {
+    commitFiles({"a.c", "b.c"});
+    expectEach(sandbox_, {{{"update"}, "Nothing to update: at revision 2.\n"},
+                          {{"update", "-r", "1"}, "Updated to revision 1 (2 items).\n"},
+                          {{"update"}, "Updated to revision 2 (2 items).\n"},
+                          {{"update", "--json", "-r", "1", "a.c"}, "null\n"},
+                          {{"update", "-r", "99"}, "", 1, "quen update: No such revision 99\n"}});
+    EXPECT_FALSE(std::filesystem::exists(sandbox_.workingCopy() / "a.c"));
+}
+
+TEST_F(TransferCommandsTest, UpdateKeepsTheFileWhereBothSidesHaveChangedIt) {
+    commitFiles({"a.c"});
+    sandbox_.write("a.c", "theirs\n");
+    sandbox_.commit("Theirs");
+    sandbox_.svn({"update", "-q", "-r2"});
+    sandbox_.write("a.c", "mine\n");
+
+    expectEach(sandbox_, {{{"update"},
+                           "Updated to revision 3 (2 items).\n"
+                           "Text conflicts: 0 remaining (and 1 already resolved)\n"}});
+
+    EXPECT_EQ(sandbox_.read("a.c"), "mine\n");
+}
+
+class IgnoreCommandsTest : public LocalEditCommandsTest {
+protected:
+    std::string ignored(const std::string& directory = ".") const {
+        return sandbox_.svn({"propget", "svn:ignore", directory});
+    }
+};
+
+TEST_F(IgnoreCommandsTest, NamesGoIntoTheListOfTheirDirectoryAndOut) {
+    commitFiles({"src/a.c"});
+    expectEach(sandbox_,
+               {{{"ignore", "*.o", "with blank", "src/\xC3\xBC.log"}, "Ignored 3 names.\n"}});
+    EXPECT_EQ(ignored(), "with blank\n*.o\n\n");
+    EXPECT_EQ(ignored("src"), "\xC3\xBC.log\n\n");
+
+    expectEach(sandbox_, {{{"unignore", "with blank"}, "No longer ignored: 1 name.\n"},
+                          {{"unignore", "--json", "src/\xC3\xBC.log"}, "[]\n"}});
+    EXPECT_EQ(ignored(), "*.o\n\n");
+    EXPECT_EQ(sandbox_.svn({"proplist", "src"}), "");
+}
+
+TEST_F(IgnoreCommandsTest, TellsWhatIsBehindAnError) {
+    commitFiles({"a.c"});
+    sandbox_.svn({"propset", "-q", "svn:ignore", "*.o", "."});
+    expectEach(sandbox_,
+               {{{"unignore", "b.o"},
+                 "",
+                 1,
+                 "quen unignore: An error occurred trying to unignore the file \"./b.o\".\n"
+                 "quen unignore: Check the file's ignore properties and try again.\n"},
+                {{"ignore", "nowhere/x", "y"},
+                 "",
+                 1,
+                 "quen ignore: An error occurred trying to unignore the files.\n"
+                 "quen ignore: Check the files' ignore properties and try again.\n"
+                 "quen ignore: 'SANDBOX/wc/nowhere' is not under version control\n"},
+                {{"ignore", "icon@2x.png"},
+                 "",
+                 1,
+                 "quen ignore: \"icon@2x.png\" holds an @, which cannot be written to the list of "
+                 "ignored names. The pattern \"icon?2x.png\" matches it.\n"},
+                {{"ignore", "--", "-x.c"},
+                 "",
+                 1,
+                 "quen ignore: \"./-x.c\" begins with -, which would be taken for an option. The "
+                 "pattern \"[-]x.c\" matches it.\n"}});
+    EXPECT_EQ(ignored(), "y\n*.o\n\n");
+}
+
+/// The operation does not look at how its edit ends, and would call it done.
+TEST_F(IgnoreCommandsTest, TellsOfAnEditThatFailed) {
+    commitFiles({"a.c"});
+    // The client that reads is the real one, the one that writes refuses.
+    sandbox_.write(sandbox_.root() / "bin/svn",
+                   "#!/bin/sh\n"
+                   "case $1 in propset)\n"
+                   "    echo 'svn: E155004: It is locked' >&2; exit 1\n"
+                   "esac\n"
+                   "exec /usr/bin/svn \"$@\"\n");
+    std::filesystem::permissions(sandbox_.root() / "bin/svn", std::filesystem::perms::owner_all);
+
+    const Ran ran = sandbox_.run({Sandbox::program(), "ignore", "*.o"}, sandbox_.workingCopy(),
+                                 {"PATH=" + (sandbox_.root() / "bin").string() + ":/usr/bin:/bin"});
+
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(sandbox_.neutral(ran.err),
+              "quen ignore: It is locked\n"
+              "quen ignore: Unless another svn is at work there, clean it up with: svn cleanup "
+              "SANDBOX/wc\n");
+    EXPECT_EQ(ran.status, 1);
+}
+
+} // namespace
+
+} // namespace quen

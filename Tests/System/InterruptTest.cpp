@@ -1,0 +1,197 @@
+#include "Tests/System/Sandbox.h"
+#include "Tests/System/StuckServer.h"
+#include "Tests/System/Terminal.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace quen {
+
+namespace {
+
+using testing::HasSubstr;
+
+/// A run of quen that a test can end while it goes on; it is ended as a service manager would, with
+/// SIGTERM. Given more time than any of its waits takes before it would be killed.
+class Going {
+public:
+    Going(const Sandbox& sandbox, Sandbox::Words words)
+        : invocation_(sandbox.invocation(withProgram(std::move(words)), sandbox.workingCopy())) {
+        invocation_.politeness = std::chrono::seconds(25);
+        thread_ = std::thread([this] { outcome_ = runProcess(invocation_, canceller_); });
+    }
+    Going(const Going&) = delete;
+    Going& operator=(const Going&) = delete;
+    ~Going() {
+        if (thread_.joinable()) {
+            end();
+        }
+    }
+
+    Ran end() {
+        canceller_.cancel();
+        thread_.join();
+        return {outcome_.exitStatus.value_or(-1), std::string(outcome_.output->bytes()),
+                std::string(outcome_.errors->bytes())};
+    }
+
+private:
+    static Sandbox::Words withProgram(Sandbox::Words words) {
+        words.insert(words.begin(), Sandbox::program());
+        return words;
+    }
+
+    ProcessInvocation invocation_;
+    ProcessCanceller canceller_;
+    ProcessOutcome outcome_;
+    std::thread thread_;
+};
+
+class InterruptTest : public testing::Test {
+protected:
+    InterruptTest() : server_(sandbox_) {}
+
+    /// The working copy, checked out from the server while it answers.
+    void checkOutFromServer() const {
+        std::filesystem::remove_all(sandbox_.workingCopy());
+        std::filesystem::create_directory(sandbox_.workingCopy());
+        sandbox_.svn({"checkout", "-q", server_.url("trunk"), "."});
+    }
+
+    Sandbox sandbox_;
+    StuckServer server_;
+};
+
+TEST_F(InterruptTest, EndsTheClientWithAllThatItStarted) {
+    server_.stick();
+    Going checkout(sandbox_, {"checkout", server_.url("trunk"), "new"});
+    ASSERT_TRUE(server_.waitForClient());
+
+    const Ran ran = checkout.end();
+
+    EXPECT_EQ(ran.err, "quen checkout: Interrupted.\n");
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.status, 130);
+    EXPECT_TRUE(server_.waitForEndOfAll());
+}
+
+TEST_F(InterruptTest, TellsHowToCleanUpAWorkingCopy) {
+    checkOutFromServer();
+    server_.stick();
+    Going update(sandbox_, {"update"});
+    ASSERT_TRUE(server_.waitForClient());
+
+    const Ran ran = update.end();
+
+    EXPECT_EQ(sandbox_.neutral(ran.err),
+              "quen update: Interrupted.\n"
+              "quen update: The working copy may have been left locked. If it was, clean it up "
+              "with: svn cleanup SANDBOX/wc\n");
+    EXPECT_EQ(ran.status, 130);
+    EXPECT_TRUE(server_.waitForEndOfAll());
+}
+
+TEST_F(InterruptTest, AQueryIsInterruptedToo) {
+    server_.stick();
+    Going log(sandbox_, {"log", server_.url("trunk")});
+    ASSERT_TRUE(server_.waitForClient());
+
+    const Ran ran = log.end();
+
+    EXPECT_EQ(ran.err, "quen log: Interrupted.\n");
+    EXPECT_EQ(ran.status, 130);
+    EXPECT_TRUE(server_.waitForEndOfAll());
+}
+
+TEST_F(InterruptTest, AWorkingCopyInUseIsToldWithItsRemedy) {
+    checkOutFromServer();
+    sandbox_.write("a.c", "one\n");
+    server_.stick();
+    Going update(sandbox_, {"update"});
+    ASSERT_TRUE(server_.waitForClient());
+
+    const Ran ran = sandbox_.quen({"add", "a.c"});
+
+    EXPECT_THAT(sandbox_.neutral(ran.err),
+                HasSubstr("quen add: Unless another svn is at work there, clean it up with: svn "
+                          "cleanup SANDBOX/wc\n"));
+    EXPECT_EQ(ran.status, 1);
+}
+
+TEST_F(InterruptTest, OnATerminalProgressIsShownAndErased) {
+    checkOutFromServer();
+    server_.stick();
+    Terminal terminal(sandbox_.invocation({Sandbox::program(), "update"}, sandbox_.workingCopy()));
+    ASSERT_TRUE(terminal.waitFor("0 items  0:0")) << terminal.shown();
+    ASSERT_TRUE(server_.waitForClient());
+
+    terminal.type("\x03");
+
+    EXPECT_EQ(terminal.waitForEnd(), 130);
+    EXPECT_THAT(terminal.shown(), HasSubstr("\r\x1b[Kquen update: Interrupted."));
+    EXPECT_TRUE(server_.waitForEndOfAll());
+}
+
+/// What is lost by one command or another.
+class QuestionTest : public testing::Test {
+protected:
+    QuestionTest() {
+        sandbox_.write("a.c", "one\n");
+        sandbox_.svn({"add", "-q", "a.c"});
+        sandbox_.commit("A");
+        sandbox_.write("a.c", "two\n");
+    }
+    ProcessInvocation invocation(Sandbox::Words words) const {
+        words.insert(words.begin(), Sandbox::program());
+        return sandbox_.invocation(words, sandbox_.workingCopy());
+    }
+
+    Sandbox sandbox_;
+};
+
+TEST_F(QuestionTest, RevertAsksAndHeedsTheAnswer) {
+    struct Case {
+        std::string answer;
+        int status;
+        std::string content;
+    };
+    for (const auto& [answer, status, content] :
+         {Case{"n\n", 1, "two\n"}, Case{"\n", 1, "two\n"}, Case{"yes please\n", 1, "two\n"},
+          Case{"\x04", 1, "two\n"}, Case{"YES\n", 0, "one\n"}}) {
+        SCOPED_TRACE(answer);
+        Terminal terminal(invocation({"revert", "."}));
+        ASSERT_TRUE(terminal.waitFor("revert all the same? [y/N]")) << terminal.shown();
+        EXPECT_THAT(terminal.shown(), HasSubstr("modified  a.c\r\n"));
+
+        terminal.type(answer);
+
+        EXPECT_EQ(terminal.waitForEnd(), status);
+        EXPECT_EQ(sandbox_.read("a.c"), content);
+    }
+}
+
+TEST_F(QuestionTest, RevertDoesNotAskWhereNothingIsLostOrThePersonIsSure) {
+    sandbox_.write("new.c", "new\n");
+    sandbox_.svn({"add", "-q", "new.c"});
+    Terminal added(invocation({"revert", "new.c"}));
+    EXPECT_EQ(added.waitForEnd(), 0);
+    EXPECT_THAT(added.shown(), HasSubstr("Reverted 1 item."));
+    EXPECT_EQ(sandbox_.read("new.c"), "new\n");
+
+    Terminal sure(invocation({"revert", "--yes", "a.c"}));
+    EXPECT_EQ(sure.waitForEnd(), 0);
+    EXPECT_EQ(sandbox_.read("a.c"), "one\n");
+}
+
+TEST_F(QuestionTest, RemoveAsksForWhatIsOnTheDiskAlone) {
+    Terminal terminal(invocation({"remove", "a.c"}));
+    ASSERT_TRUE(terminal.waitFor("remove all the same? [y/N]")) << terminal.shown();
+    terminal.type("y\n");
+    EXPECT_EQ(terminal.waitForEnd(), 0);
+    EXPECT_EQ(sandbox_.svn({"status"}), "D       a.c\n");
+}
+
+} // namespace
+
+} // namespace quen

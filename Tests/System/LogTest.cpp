@@ -1,0 +1,126 @@
+#include "Tests/System/ShowingCase.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace quen {
+
+namespace {
+
+class LogTest : public testing::Test {
+protected:
+    LogTest() { makeHistory(sandbox_); }
+
+    Sandbox sandbox_;
+};
+
+const std::string r1 = "r1  alice  AGE (DATE)\n\n    The usual layout\n";
+const std::string r2 = "r2  alice  AGE (DATE)\n\n    Add files\n";
+const std::string r3 = "r3  bob  AGE (DATE)\n\n    Shout\n\n    Louder is clearer.\n";
+const std::string r4 = "r4  alice  AGE (DATE)\n\n    Rename greet.c\n";
+const std::string r5 = "r5  bob  AGE (DATE)\n\n    Branch\n";
+
+TEST_F(LogTest, ShowsTheHistoryYoungestFirstAcrossRenamesAndCopies) {
+    expectEach(sandbox_, {{{"log"}, r4 + "\n" + r3 + "\n" + r2 + "\n" + r1},
+                          {{"log", "hello.c"}, r4 + "\n" + r3 + "\n" + r2},
+                          {{"log", "icon@2x.txt"}, r3 + "\n" + r2},
+                          {{"log", "with blank.txt"}, r2},
+                          {{"log", "\xC3\xBCmlaut.txt"}, r2},
+                          {{"log", "--", "-dash.txt"}, r2},
+                          {{"log", sandbox_.url("branches/feature/hello.c")},
+                           r5 + "\n" + r4 + "\n" + r3 + "\n" + r2}});
+}
+
+TEST_F(LogTest, ShowsLessWhenAskedTo) {
+    expectEach(sandbox_, {{{"log", "--limit", "1"}, r4},
+                          {{"log", "-l2", "hello.c"}, r4 + "\n" + r3},
+                          {{"log", "--stop-on-copy", sandbox_.url("branches/feature")}, r5},
+                          {{"log", "-r", "3", "hello.c"}, r3},
+                          {{"log", "-r", "2:3", "hello.c"}, r2 + "\n" + r3},
+                          {{"log", "-r", "r3:r2"}, r3 + "\n" + r2},
+                          {{"log", "-r", "BASE"}, r4},
+                          {{"log", "-r", "HEAD:4", sandbox_.url("trunk")}, r4},
+                          {{"log", "-r", "{2001-01-01}:1", sandbox_.url()}, r1},
+                          {{"log", "-r", "2", "--peg", sandbox_.url("trunk/greet.c")}, r2},
+                          {{"log", "-r", "4", "--peg", "icon@2x.txt"}, ""}});
+}
+
+TEST_F(LogTest, ShowsTheFilesOfEachRevision) {
+    expectEach(sandbox_, {{{"log", "-r", "3:4", "--files"},
+                           r3 +
+                               "\n"
+                               "    modified  /trunk/greet.c\n"
+                               "    modified  /trunk/icon@2x.txt\n"
+                               "\n" +
+                               r4 +
+                               "\n"
+                               "    deleted  /trunk/greet.c\n"
+                               "    added    /trunk/hello.c\n"}});
+}
+
+TEST_F(LogTest, GivesScriptsTheRecordsOfTheOperation) {
+    expectEach(sandbox_, {{{"log", "--json", "-r", "3", "-f", "icon@2x.txt"},
+                           "[{\"QuenSourceControlOperationRevisionKey\":\"3\","
+                           "\"QuenSourceControlOperationAuthorKey\":\"bob\","
+                           "\"QuenSourceControlOperationDateKey\":\"DATE\","
+                           "\"QuenSourceControlOperationFilesKey\":"
+                           "{\"/trunk/greet.c\":12,\"/trunk/icon@2x.txt\":12},"
+                           "\"QuenSourceControlOperationMessageKey\":"
+                           "\"Shout\\n\\nLouder is clearer.\"}]\n"}});
+}
+
+TEST_F(LogTest, SaysWhatIsWrong) {
+    expectEach(
+        sandbox_,
+        {{{"log", "-r", "99"}, "", 1, "quen log: No such revision 99\n"},
+         {{"log", "new.c"}, "", 1, "quen log: Path 'SANDBOX/wc/new.c' has no committed revision\n"},
+         {{"log", "-r", "1", "hello.c"},
+          "",
+          1,
+          "quen log: Unable to find repository location for "
+          "'file://SANDBOX/repository/trunk/hello.c' in revision 1\n"},
+         {{"log", "-r", "yesterday"},
+          "",
+          2,
+          "--revision: \"yesterday\" is no revision or range of them. A revision is a number, "
+          "HEAD, BASE, PREV, COMMITTED or a date in braces, a range is two of them with a colon "
+          "between.\n"
+          "Run with --help for more information.\n"},
+         {{"log", "--peg", "hello.c"},
+          "",
+          2,
+          "--peg requires --revision\n"
+          "Run with --help for more information.\n"}});
+    EXPECT_EQ(sandbox_.quen({"log", "--limit", "0"}).status, 2);
+}
+
+TEST_F(LogTest, AMessageCannotPlayTricksOnATerminal) {
+    sandbox_.write("hello.c", "once more\n");
+    sandbox_.commit("Quiet \xC2\x9B"
+                    "2J");
+    expectEach(sandbox_, {{{"log", "-l", "1"},
+                           "r6  alice  AGE (DATE)\n\n    Quiet \xEF\xBF\xBD"
+                           "2J\n"}});
+}
+
+/// `script` gives its command a terminal. The output comes back with the terminal's line ends.
+TEST_F(LogTest, OnATerminalThePagerShowsIt) {
+    const auto onTerminal = [&](const std::string& pager) {
+        return sandbox_.run({"script", "--quiet", "--return", "--command",
+                             Sandbox::program() + " log --limit 1", "/dev/null"},
+                            sandbox_.workingCopy(), {"PAGER=" + pager, "TERM=xterm"});
+    };
+    const Ran paged = onTerminal("sed -e 's/^/| /'");
+    EXPECT_EQ(paged.status, 0) << paged.err;
+    EXPECT_THAT(paged.out, testing::HasSubstr("|     Rename greet.c\r\n"));
+    EXPECT_THAT(paged.out, testing::HasSubstr("| \x1b[33mr4\x1b[0m"));
+
+    const Ran missing = onTerminal("/no/such/pager");
+    EXPECT_EQ(missing.status, 0) << missing.err;
+    EXPECT_THAT(missing.out, testing::HasSubstr("\r\n    Rename greet.c\r\n"));
+}
+
+} // namespace
+
+} // namespace quen

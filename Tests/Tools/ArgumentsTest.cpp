@@ -1,0 +1,72 @@
+#include "Tests/Support/CaseName.h"
+#include "Tools/Arguments.h"
+
+#include <gtest/gtest.h>
+#include <ostream>
+
+namespace quen {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+struct ArgumentsCase {
+    std::string name;
+    Words words;
+    Words paths;
+    std::string message;
+};
+
+void PrintTo(const ArgumentsCase& arguments, std::ostream* out) {
+    *out << testing::PrintToString(arguments.words);
+}
+
+class Arguments : public testing::TestWithParam<ArgumentsCase> {};
+
+/// What a sub-command that takes several paths, a flag and a message is given in the end.
+TEST_P(Arguments, ReachTheSubcommandWhole) {
+    CLI::App app;
+    app.require_subcommand(1);
+    CLI::App* const command = app.add_subcommand("add");
+    Words paths;
+    std::string message;
+    bool flag = false;
+    command->add_option("PATH", paths);
+    command->add_option("-m,--message", message);
+    command->add_flag("-q", flag);
+
+    Words words = parserArguments(app, GetParam().words);
+    std::reverse(words.begin(), words.end());
+    app.parse(words);
+
+    EXPECT_EQ(paths, GetParam().paths);
+    EXPECT_EQ(message, GetParam().message);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, Arguments,
+    testing::Values(
+        ArgumentsCase{"plain", {"add", "a", "b"}, {"a", "b"}, ""},
+        ArgumentsCase{"a list", {"add", "[a,b]", "[c]", "[]"}, {"./[a,b]", "./[c]", "./[]"}, ""},
+        ArgumentsCase{"brackets within", {"add", "x[a,b]", "[a]/c"}, {"x[a,b]", "[a]/c"}, ""},
+        ArgumentsCase{"a message", {"add", "a", "-m", "[WIP]"}, {"a"}, "[WIP]"},
+        ArgumentsCase{"a message by its long name",
+                      {"add", "a", "--message", "[WIP]", "[b]"},
+                      {"a", "./[b]"},
+                      "[WIP]"},
+        ArgumentsCase{"behind a flag", {"add", "-q", "[a]"}, {"./[a]"}, ""},
+        ArgumentsCase{"behind two dashes", {"add", "--", "[a]", "-m"}, {"./[a]", "./-m"}, ""},
+        ArgumentsCase{"two dashes as a value", {"add", "-m", "--", "-q", "a"}, {"a"}, "--"},
+        ArgumentsCase{"two dashes twice", {"add", "--", "--", "a"}, {"./--", "a"}, ""},
+        ArgumentsCase{"a name of a sub-command", {"add", "add"}, {"add"}, ""}),
+    CaseName());
+
+TEST(ParserArguments, LeaveAnUnknownCommandAlone) {
+    const CLI::App app;
+    EXPECT_EQ(parserArguments(app, {"what", "[a]"}), (Words{"what", "[a]"}));
+    EXPECT_EQ(parserArguments(app, {}), Words());
+}
+
+} // namespace
+
+} // namespace quen

@@ -1,0 +1,73 @@
+#include "Host/TaskErrors.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tests/Host/ScratchDirectory.h"
+#include "Tests/Support/CaseName.h"
+#include "Tools/Commands/CleanupAdvice.h"
+
+#include <gtest/gtest.h>
+#include <ostream>
+
+namespace quen {
+
+namespace {
+
+struct WordCase {
+    std::string name;
+    std::string text;
+    std::string word;
+};
+
+void PrintTo(const WordCase& word, std::ostream* out) {
+    *out << '"' << word.text << '"';
+}
+
+class ShellWord : public testing::TestWithParam<WordCase> {};
+
+TEST_P(ShellWord, IsQuotedWhereAShellWouldTearIt) {
+    EXPECT_EQ(shellWord(GetParam().text), GetParam().word);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, ShellWord,
+    testing::Values(WordCase{"plain", "/home/me/wc-1_2.x@", "/home/me/wc-1_2.x@"},
+                    WordCase{"nothing", "", "''"}, WordCase{"a blank", "/my wc", "'/my wc'"},
+                    WordCase{"a quote", "/it's", "'/it'\\''s'"},
+                    WordCase{"a variable", "/$HOME", "'/$HOME'"},
+                    WordCase{"a line feed", "a\nb", "'a\nb'"},
+                    WordCase{"other letters", "/ü", "'/ü'"}),
+    CaseName());
+
+Error errorWithNumbers(std::initializer_list<Value> numbers) {
+    return {QuenSourceControlTaskErrorDomain,
+            155004,
+            {{QuenSourceControlTaskErrorCodesKey, Array(numbers)}}};
+}
+
+TEST(SaysLocked, ByTheClientsNumbers) {
+    EXPECT_TRUE(saysLocked(errorWithNumbers({155004})));
+    EXPECT_TRUE(saysLocked(errorWithNumbers({200030, 155037})));
+    EXPECT_FALSE(saysLocked(errorWithNumbers({155007})));
+    EXPECT_FALSE(saysLocked(Error(QuenSourceControlErrorDomain, 155004)));
+    EXPECT_FALSE(saysLocked(Error()));
+}
+
+TEST(SaysLocked, AlsoOfAnErrorBehindTheError) {
+    const Error wrapped(QuenSourceControlErrorDomain, -11,
+                        {{QuenSourceControlUnderlyingErrorsKey, errorWithNumbers({155004})}});
+    EXPECT_TRUE(saysLocked(Error(QuenSourceControlErrorDomain, -1,
+                                 {{QuenSourceControlUnderlyingErrorsKey, Array{wrapped}}})));
+}
+
+TEST(CleanupCommand, NamesTheTopOfTheWorkingCopy) {
+    const ScratchDirectory directory;
+    directory.write("my wc@1/.svn/wc.db", "");
+    directory.write("my wc@1/src/a.c", "");
+
+    EXPECT_EQ(cleanupCommandFor(directory.pathOf("my wc@1/src/a.c").str()),
+              "svn cleanup '" + directory.pathOf("my wc@1@").str() + "'");
+    EXPECT_EQ(cleanupCommandFor(directory.path().str()), "");
+}
+
+} // namespace
+
+} // namespace quen
