@@ -60,7 +60,7 @@ private:
         std::size_t end = 0;
     };
     struct Attribute {
-        const char* name;
+        const char* name = nullptr;
         Range value;
     };
 
