@@ -28,6 +28,10 @@ bool SVNOperation::initWithRequest(QuenSourceControlRequestPtr request) {
 void SVNOperation::sanitizeFilenames() {
     StringArray names;
     for (const String& name : request()->files().value_or(StringArray())) {
+        // A host's mistake: no client takes a name that is none.
+        if (name.isNil()) {
+            continue;
+        }
         const bool holdsAt = lastPathComponent(name.view()).find('@') != std::string_view::npos;
         names.push_back(holdsAt ? String(name.str() + "@") : name);
     }

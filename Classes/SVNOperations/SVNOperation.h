@@ -23,7 +23,7 @@ public:
 
     /// Closes each of the request's names that holds an `@` in its last component with another, so
     /// that the client does not take what follows for a peg revision. The request itself changes;
-    /// an absent list becomes an empty one.
+    /// an absent list becomes an empty one, and a nil name goes.
     void sanitizeFilenames();
 
     /// What every command line begins with: `--username` and the user's name, where there is one.

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <sstream>
 
 namespace quen {
@@ -174,6 +175,8 @@ TEST_F(Console, AMissingClientIsAnErrorWithItsPath) {
 struct BadInput {
     const char* input;
     const char* message;
+
+    friend void PrintTo(const BadInput& self, std::ostream* out) { *out << self.message; }
 };
 
 class ConsoleBadInput : public Console, public ::testing::WithParamInterface<BadInput> {};
