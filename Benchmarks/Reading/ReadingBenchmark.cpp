@@ -1,0 +1,127 @@
+#include "Benchmarks/Reports/GeneratedReports.h"
+#include "Classes/SVNController.h"
+#include "Host/HostSourceTrees.h"
+#include "QuenFoundation/QuenSourceControlOperation.h"
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <cstdint>
+#include <expat.h>
+#include <libxml/parser.h>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quen {
+
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+
+template <typename Work> double secondsOf(Work work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return Seconds(std::chrono::steady_clock::now() - start).count();
+}
+
+/// The floor: every byte seen and checked, nothing done with it.
+void passWithExpat(std::string_view report) {
+    const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate(nullptr),
+                                                                         &XML_ParserFree);
+    if (XML_Parse(parser.get(), report.data(), static_cast<int>(report.size()), 1) !=
+        XML_STATUS_OK) {
+        throw std::runtime_error("The report is malformed.");
+    }
+}
+
+/// What others build before they begin to make records.
+void makePlainTree(std::string_view report) {
+    const std::unique_ptr<xmlDoc, void (*)(xmlDocPtr)> tree(
+        xmlReadMemory(report.data(), static_cast<int>(report.size()), nullptr, nullptr,
+                      XML_PARSE_HUGE),
+        &xmlFreeDoc);
+    if (tree == nullptr) {
+        throw std::runtime_error("The report is malformed.");
+    }
+}
+
+QuenSourceControlRequestPtr requestFor(std::string_view kind) {
+    static const std::map<std::string_view, std::int32_t> types{
+        {"status", RequestTypeStatus}, {"log", RequestTypeLog},   {"blame", RequestTypeBlame},
+        {"list", RequestTypeList},     {"info", RequestTypeInfo}, {"summary", RequestTypeDiff}};
+    auto request = std::make_shared<QuenSourceControlRequest>();
+    const auto tree = std::make_shared<HostWorkingTree>(HostWorkingTree::Facts{});
+    request->initWithType(types.at(kind), tree, "/other", StringArray{"/project"}, {});
+    return request;
+}
+
+/// Reads and makes records, as a host's run does once the client has ended.
+double makeRecords(std::string_view kind, const DataPtr& report) {
+    const auto operation = std::dynamic_pointer_cast<QuenSourceControlTaskOperation>(
+        SVNController().operationForRequest(requestFor(kind)));
+    operation->setData(report);
+    const double seconds = secondsOf([&] { operation->parseData(); });
+    if (operation->error() || operation->result().array()->count() < 100) {
+        throw std::runtime_error("The records are not all there.");
+    }
+    return seconds;
+}
+
+double median(std::vector<double> numbers) {
+    std::sort(numbers.begin(), numbers.end());
+    return numbers[numbers.size() / 2];
+}
+
+/// All three in turn, each time, so that what disturbs one disturbs the others too. The times of
+/// the records are the benchmark's own; the ratios are medians of the ratios of each turn.
+void readInTurn(benchmark::State& state, const ReportKind& kind) {
+    const auto size = static_cast<std::size_t>(state.range(0)) * 1000 * 1000;
+    const DataPtr report = std::make_shared<Data>(kind.ofSize(size));
+    const auto megabytes = static_cast<double>(report->size()) / 1e6;
+    std::vector<double> expat;
+    std::vector<double> overExpat;
+    std::vector<double> overTree;
+    for (auto _ : state) {
+        expat.push_back(secondsOf([&] { passWithExpat(report->bytes()); }));
+        const double records = makeRecords(kind.name, report);
+        const double tree = secondsOf([&] { makePlainTree(report->bytes()); });
+        state.SetIterationTime(records);
+        overExpat.push_back(records / expat.back());
+        overTree.push_back(records / tree);
+    }
+    const auto rate = benchmark::Counter::kIsIterationInvariantRate;
+    state.counters["MB/s"] = benchmark::Counter(megabytes, rate);
+    state.counters["expat MB/s"] = megabytes / median(expat);
+    state.counters["over expat"] = median(overExpat);
+    state.counters["over libxml2"] = median(overTree);
+}
+
+} // namespace
+
+} // namespace quen
+
+int main(int argc, char** argv) {
+    for (const quen::ReportKind& kind : quen::reportKinds()) {
+        benchmark::RegisterBenchmark(
+            std::string(kind.name).c_str(),
+            [&kind](benchmark::State& state) { quen::readInTurn(state, kind); })
+            ->ArgName("MB")
+            ->Arg(1)
+            ->Arg(10)
+            ->Arg(33)
+            ->Arg(100)
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond);
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quen {
+
+/// One measured number, with what it may be at most.
+struct Figure {
+    std::string name;
+    double value = 0;
+    std::optional<double> bound = {};
+    /// How it came about, in a few words.
+    std::string detail;
+
+    bool isMet() const { return !bound || value <= *bound; }
+};
+
+using Figures = std::vector<Figure>;
+
+/// A row of the table, written at once: some take long to come.
+void print(const Figure& figure);
+
+double median(std::vector<double> numbers);
+/// `3 decimals`.
+std::string decimals(double number, int count);
+
+} // namespace quen

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quen {
+
+/// What a piece of work took: time on the clock, and the processors' time of this process and of
+/// the children that it waited for.
+struct Cost {
+    double wall = 0;
+    double cpu = 0;
+};
+
+Cost costOf(const std::function<void()>& work);
+
+/// Runs a program with its output thrown away, as the bare client that everything is compared with.
+/// Throws where it fails.
+void runBare(const std::string& program, const std::vector<std::string>& arguments);
+
+/// Runs a program and answers what it wrote. Throws where it fails.
+std::string outputOf(const std::string& program, const std::vector<std::string>& arguments,
+                     const std::string& inputFile = "/dev/null");
+
+/// The client's own program, `svn`, or another of its family.
+std::string clientPath(const std::string& tool = "svn");
+
+} // namespace quen
