@@ -8,9 +8,11 @@
 #include <chrono>
 #include <cstdint>
 #include <expat.h>
+#include <iomanip>
 #include <libxml/parser.h>
 #include <map>
 #include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -100,6 +102,78 @@ void readInTurn(benchmark::State& state, const ReportKind& kind) {
     state.counters["over libxml2"] = median(overTree);
 }
 
+constexpr double boundOverExpat = 1.6;
+constexpr double boundOverTree = 1.0;
+constexpr double boundOfGrowth = 1.15;
+
+/// The kinds that a bound is set for, at the size it is set for.
+bool isBound(const std::string& kind, std::int64_t megabytes) {
+    return (kind == "log" || kind == "status") && megabytes == 33;
+}
+
+/// Rows of a table, and at its end how the time for a megabyte grows with the report.
+class TableReporter : public benchmark::BenchmarkReporter {
+public:
+    bool ReportContext(const Context& /*context*/) override {
+        GetOutputStream() << "| figure | value | bound | met | |\n|---|---|---|---|---|\n";
+        return true;
+    }
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            if (run.error_occurred) {
+                areMet_ = false;
+                GetErrorStream() << run.benchmark_name() << ": " << run.error_message << '\n';
+            } else if (run.run_type == Run::RT_Iteration) {
+                report(run);
+            }
+        }
+    }
+
+    void Finalize() override {
+        for (const auto& [kind, rates] : rates_) {
+            const auto [least, most] = std::minmax_element(rates.begin(), rates.end());
+            row(kind + ", time per MB, slowest size over quickest", *most / *least, boundOfGrowth,
+                "");
+        }
+    }
+
+    bool areMet() const { return areMet_; }
+
+private:
+    void report(const Run& run) {
+        const std::string kind = run.run_name.function_name;
+        const std::int64_t megabytes = std::stoll(run.run_name.args.substr(3));
+        const bool hasBound = isBound(kind, megabytes);
+        const std::string name = kind + ", " + std::to_string(megabytes) + " MB";
+        const double rate = run.counters.at("MB/s");
+        std::ostringstream detail;
+        detail << std::fixed << std::setprecision(0) << rate << " MB/s, expat alone "
+               << run.counters.at("expat MB/s") << " MB/s";
+        row(name + ", reading over bare expat", run.counters.at("over expat"),
+            hasBound ? boundOverExpat : 0, detail.str());
+        row(name + ", reading over libxml2's tree", run.counters.at("over libxml2"),
+            hasBound ? boundOverTree : 0, "");
+        rates_[kind].push_back(rate);
+    }
+
+    /// A bound of 0 is none.
+    void row(const std::string& name, double value, double bound, const std::string& detail) {
+        std::ostream& out = GetOutputStream();
+        out << "| " << name << " | " << std::fixed << std::setprecision(3) << value << " | ";
+        if (bound > 0) {
+            out << std::setprecision(2) << bound << " | " << (value <= bound ? "yes" : "**no**");
+            areMet_ &= value <= bound;
+        } else {
+            out << " | ";
+        }
+        out << " | " << detail << " |" << std::endl;
+    }
+
+    std::map<std::string, std::vector<double>> rates_;
+    bool areMet_ = true;
+};
+
 } // namespace
 
 } // namespace quen
@@ -114,6 +188,7 @@ int main(int argc, char** argv) {
             ->Arg(10)
             ->Arg(33)
             ->Arg(100)
+            ->MinTime(1)
             ->UseManualTime()
             ->Unit(benchmark::kMillisecond);
     }
@@ -121,7 +196,8 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
-    benchmark::RunSpecifiedBenchmarks();
+    quen::TableReporter table;
+    benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
-    return 0;
+    return table.areMet() ? 0 : 1;
 }

@@ -89,7 +89,7 @@ Figures measureStatus(const Sizes& sizes) {
 
 Figures measureLog(const Sizes& sizes) {
     const auto place = TemporaryDirectory::make();
-    const std::string url = makeLongHistory(place->path().str(), sizes.revisions);
+    const std::string url = makeLongHistory(place->path().str(), sizes.revisions) + "/trunk";
     const auto make = [&] {
         return operationOn(RequestTypeLog, url,
                            {{QuenSourceControlRequestOptionLogOutputFilesChanged, true}});

@@ -13,7 +13,20 @@ namespace {
 /// What a pipe holds unless somebody changed it.
 constexpr std::size_t usualPipeSize = 64 * 1024;
 
+/// What a fast client writes while the host leaves the pipe alone must fit in here. Not the most
+/// that could be had, which a user has only for a few dozen pipes.
+constexpr int widePipeSize = 256 * 1024;
+
 } // namespace
+
+void ChildStream::widen() noexcept {
+    static_cast<void>(::fcntl(readEnd_.number(), F_SETPIPE_SZ, widePipeSize));
+}
+
+std::size_t ChildStream::capacity() const noexcept {
+    const int size = ::fcntl(readEnd_.number(), F_GETPIPE_SZ);
+    return size > 0 ? static_cast<std::size_t>(size) : usualPipeSize;
+}
 
 std::size_t ChildStream::read() {
     char* const room = data_->room(usualPipeSize);
@@ -43,8 +56,7 @@ std::size_t ChildStream::readAll() {
     if (!isOpen()) {
         return 0;
     }
-    const int size = ::fcntl(readEnd_.number(), F_GETPIPE_SZ);
-    const std::size_t most = size > 0 ? static_cast<std::size_t>(size) : usualPipeSize;
+    const std::size_t most = capacity();
     std::size_t total = 0;
     std::size_t count = 0;
     do {

@@ -17,6 +17,10 @@ public:
         : data_(std::move(data)), watcher_(watcher) {}
 
     void open(FileDescriptor readEnd) noexcept { readEnd_ = std::move(readEnd); }
+    /// Makes the pipe hold more than usual, where the system allows it.
+    void widen() noexcept;
+    /// How much the pipe holds before who writes into it must wait.
+    std::size_t capacity() const noexcept;
     bool isOpen() const noexcept { return readEnd_.isOpen(); }
     int number() const noexcept { return readEnd_.number(); }
     void close() noexcept { readEnd_.close(); }

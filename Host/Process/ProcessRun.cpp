@@ -18,9 +18,8 @@ using Clock = ProcessRun::Clock;
 constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot tell of the end
 
 /// A child that writes line by line would wake this thread for each, and pay for it. After a piece
-/// as small as this the pipe is left alone for a moment, to gather more; the child's end and the
-/// end of the stream are seen at once all the same.
-constexpr std::size_t smallPiece = 16 * 1024;
+/// that leaves the pipe room enough it is left alone for a moment, to gather more; the child's end
+/// and the end of the stream are seen at once all the same.
 constexpr std::chrono::milliseconds gatheringTime{2};
 
 /// Any limit may be given, the largest number too.
@@ -44,7 +43,8 @@ int pollTimeout(Clock::time_point deadline) noexcept {
 ProcessRun::ProcessRun(const ProcessInvocation& invocation, const CancelWatch& cancel,
                        ChildProcess& child, ChildStream& output, ChildStream& errors,
                        Clock::time_point start) noexcept
-    : invocation_(invocation), cancel_(cancel), child_(child), output_(output), errors_(errors) {
+    : invocation_(invocation), cancel_(cancel), child_(child), output_(output), errors_(errors),
+      outputCapacity_(output.capacity()) {
     if (invocation.totalLimit) {
         totalDeadline_ = after(start, *invocation.totalLimit);
     }
@@ -108,7 +108,7 @@ void ProcessRun::wait() noexcept {
 }
 
 void ProcessRun::takeOutput() noexcept {
-    if (keep([this] { return output_.read(); }) < smallPiece) {
+    if (keep([this] { return output_.read(); }) < outputCapacity_ / 2) {
         outputRest_ = after(Clock::now(), gatheringTime);
     }
 }

@@ -45,6 +45,7 @@ private:
     ChildProcess& child_;
     ChildStream& output_;
     ChildStream& errors_;
+    const std::size_t outputCapacity_;
 
     Phase phase_ = Phase::running;
     Clock::time_point totalDeadline_ = Clock::time_point::max();
