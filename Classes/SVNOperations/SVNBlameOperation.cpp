@@ -26,7 +26,7 @@ public:
 private:
     /// A line that is not committed yet has its number alone; one without a number, which the
     /// client never reports, keeps the rest.
-    void readRecord(const XMLElement& entry) override {
+    void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
         Dictionary record = Dictionary::withCapacity(4);
         if (const auto number = entry.attribute("line-number")) {
             record.set(QuenSourceControlOperationLineNumberKey, String(*number));
@@ -52,10 +52,7 @@ bool SVNBlameOperation::initWithRequest(QuenSourceControlRequestPtr request) {
 }
 
 void SVNBlameOperation::outputArrived(std::string_view piece) {
-    if (reading_ == nullptr) {
-        reading_ = std::make_unique<BlameReading>(_formatter);
-    }
-    reading_->read(piece);
+    readPiece<BlameReading>(reading_, piece, _formatter);
 }
 
 void SVNBlameOperation::parseData() {

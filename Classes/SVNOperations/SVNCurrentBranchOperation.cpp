@@ -1,7 +1,7 @@
 #include "Classes/SVNOperations/SVNCurrentBranchOperation.h"
 
 #include "Classes/SVNOperations/SVNArguments.h"
-#include "Classes/SVNOperations/SVNReport.h"
+#include "Classes/SVNOperations/SVNReading.h"
 #include "Foundation/PathComponents.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
@@ -45,6 +45,25 @@ String branchNameOf(std::string_view url, const QuenSourceControlRepository& rep
     return isBelow(url, branches) ? branchNameIn(url, branches) : String();
 }
 
+class BranchReading : public SVNReading {
+public:
+    /// `repository` is null where it does not count.
+    explicit BranchReading(const QuenSourceControlRepository* repository)
+        : SVNReading({"entry"}), repository_(repository) {}
+
+private:
+    void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
+        const auto url = entry.onlyChild("url");
+        const String name =
+            url && repository_ != nullptr ? branchNameOf(url->text(), *repository_) : String();
+        if (!name.isNil()) {
+            records.append(Dictionary{{QuenSourceControlOperationNameKey, name}});
+        }
+    }
+
+    const QuenSourceControlRepository* repository_;
+};
+
 } // namespace
 
 bool SVNCurrentBranchOperation::initWithRequest(QuenSourceControlRequestPtr request) {
@@ -58,21 +77,13 @@ bool SVNCurrentBranchOperation::initWithRequest(QuenSourceControlRequestPtr requ
 void SVNCurrentBranchOperation::parseData() {
     const QuenSourceControlRepositoryPtr repository = repositoryOf(request()->sourceTree());
     const bool isConfigured = repository != nullptr && repository->isValid();
-    Array records = Array::empty();
-    const Error malformed =
-        readReport(data(), {"entry"}, [&](const XMLElement& entry, std::size_t) {
-            const auto url = entry.onlyChild("url");
-            const String name =
-                url && isConfigured ? branchNameOf(url->text(), *repository) : String();
-            if (!name.isNil()) {
-                records.append(Dictionary{{QuenSourceControlOperationNameKey, name}});
-            }
-        });
-    if (malformed) {
+    BranchReading reading(isConfigured ? repository.get() : nullptr);
+    reading.readWhole(data());
+    if (const Error malformed = reading.finish()) {
         setError(malformed);
         return;
     }
-    setResult(std::move(records));
+    setResult(std::move(reading.records));
 }
 
 } // namespace quen

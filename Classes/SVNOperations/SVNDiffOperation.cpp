@@ -1,7 +1,6 @@
 #include "Classes/SVNOperations/SVNDiffOperation.h"
 
 #include "Classes/SVNOperations/SVNArguments.h"
-#include "Classes/SVNOperations/SVNReport.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "Classes/SVNOperations/SVNStatusVocabulary.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
@@ -48,13 +47,17 @@ StringArray commandFor(const QuenSourceControlRequest& request) {
     return command;
 }
 
-/// Makes the records of one summary.
-class SummaryReader {
+class SummaryReading : public SVNReading {
 public:
-    SummaryReader(const SVNOperation& operation, SVNRemarks& remarks)
-        : operation_(operation), remarks_(remarks) {}
+    explicit SummaryReading(const SVNOperation& operation)
+        : SVNReading({"paths", "path"}), operation_(operation) {}
 
-    Dictionary record(const XMLElement& path) const {
+private:
+    /// Only what the first `paths` holds counts.
+    void readRecord(const XMLElement& path, std::size_t paths) override {
+        if (paths > 0) {
+            return;
+        }
         Dictionary record = Dictionary::withCapacity(3);
         if (const auto item = path.attribute("item")) {
             record.set(QuenSourceControlOperationWCStatusKey, statusValueOf(*item));
@@ -65,15 +68,14 @@ public:
         }
         // An element always has a text; one without content has an empty one, kept as it is.
         record.set(QuenSourceControlOperationPathKey, String(path.text()));
-        return record;
+        records.append(std::move(record));
     }
 
-private:
     /// A word without a value is mapped again later, by the method that complains.
-    std::uint32_t statusValueOf(std::string_view item) const {
+    std::uint32_t statusValueOf(std::string_view item) {
         const auto value = workingCopyStatusValue(item, false);
         if (!value) {
-            remarks_.later([&operation = operation_, word = String(item)] {
+            remarks.later([&operation = operation_, word = String(item)] {
                 operation.statusValueForWorkingCopyStringValue(word, false);
             });
         }
@@ -81,7 +83,6 @@ private:
     }
 
     const SVNOperation& operation_;
-    SVNRemarks& remarks_;
 };
 
 } // namespace
@@ -92,6 +93,12 @@ bool SVNDiffOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     }
     setCommand(commandFor(*this->request()));
     return true;
+}
+
+void SVNDiffOperation::outputArrived(std::string_view piece) {
+    if (!request()->destination().isNil()) {
+        readPiece<SummaryReading>(reading_, piece, *this);
+    }
 }
 
 void SVNDiffOperation::parseData() {
@@ -114,20 +121,11 @@ void SVNDiffOperation::parseText() {
 }
 
 void SVNDiffOperation::parseSummary() {
-    Array records = Array::empty();
-    SVNRemarks remarks;
-    const SummaryReader reader(*this, remarks);
-    const Error malformed =
-        readReport(data(), {"paths", "path"}, [&](const XMLElement& path, std::size_t paths) {
-            // Only what the first `paths` holds counts.
-            if (paths == 0) {
-                records.append(reader.record(path));
-            }
-        });
+    const auto reading = readingOf<SummaryReading>(data(), std::move(reading_), *this);
     // A malformed summary passes in silence: it may be the text of a difference.
-    if (!malformed) {
-        remarks.makeAll();
-        setResult(std::move(records));
+    if (!reading->finish()) {
+        reading->remarks.makeAll();
+        setResult(std::move(reading->records));
     }
 }
 

@@ -1,6 +1,10 @@
 #pragma once
 
 #include "Classes/SVNOperations/SVNOperation.h"
+#include "Classes/SVNOperations/SVNReading.h"
+
+#include <memory>
+#include <string_view>
 
 namespace quen {
 
@@ -14,6 +18,8 @@ class SVNDiffOperation : public SVNOperation {
 public:
     bool initWithRequest(QuenSourceControlRequestPtr request) override;
 
+    void outputArrived(std::string_view piece) override;
+
     /// Leaves a result, or nothing at all for output that is empty, that is no text, or that is a
     /// malformed summary.
     void parseData() override;
@@ -21,6 +27,9 @@ public:
 private:
     void parseText();
     void parseSummary();
+
+    /// What was read of a summary while the client ran.
+    std::unique_ptr<SVNReading> reading_;
 };
 
 } // namespace quen

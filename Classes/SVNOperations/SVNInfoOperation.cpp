@@ -1,10 +1,8 @@
 #include "Classes/SVNOperations/SVNInfoOperation.h"
 
 #include "Classes/SVNOperations/SVNChangeReader.h"
-#include "Classes/SVNOperations/SVNReport.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <optional>
 #include <utility>
 
 namespace quen {
@@ -17,23 +15,37 @@ StringArray commandFor(const QuenSourceControlRequest& request) {
     return command;
 }
 
-/// nullopt for an item that was never committed.
-std::optional<Dictionary> recordFor(const XMLElement& entry, SVNChangeReader& changes) {
-    const auto commit = entry.onlyChild("commit");
-    if (!commit) {
-        return std::nullopt;
-    }
-    Dictionary record = Dictionary::withCapacity(5);
-    if (const auto url = entry.onlyChild("url")) {
-        record.set(QuenSourceControlOperationRemoteOriginKey, String(url->text()));
-    }
-    if (const auto repository = entry.onlyChild("repository")) {
-        if (const auto root = repository->onlyChild("root")) {
-            record.set(QuenSourceControlOperationRepositoryRootKey, String(root->text()));
+class InfoReading : public SVNReading {
+public:
+    explicit InfoReading(const DateFormatter& formatter)
+        : SVNReading({"entry"}), changes_(formatter) {}
+
+private:
+    /// An item that was never committed has no record.
+    void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
+        const auto commit = entry.onlyChild("commit");
+        if (!commit) {
+            return;
         }
+        Dictionary record = Dictionary::withCapacity(5);
+        if (const auto url = entry.onlyChild("url")) {
+            record.set(QuenSourceControlOperationRemoteOriginKey, String(url->text()));
+        }
+        if (const auto repository = entry.onlyChild("repository")) {
+            if (const auto root = repository->onlyChild("root")) {
+                record.set(QuenSourceControlOperationRepositoryRootKey, String(root->text()));
+            }
+        }
+        changes_.read(*commit, record);
+        records.append(std::move(record));
     }
-    changes.read(*commit, record);
-    return record;
+
+    SVNChangeReader changes_;
+};
+
+bool isCheck(const QuenSourceControlRequest& request) {
+    return request.type() == RequestTypeInfoCheck ||
+           request.type() == RequestTypeInfoCheckAlternate;
 }
 
 } // namespace
@@ -47,24 +59,22 @@ bool SVNInfoOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     return true;
 }
 
+void SVNInfoOperation::outputArrived(std::string_view piece) {
+    if (!isCheck(*request())) {
+        readPiece<InfoReading>(reading_, piece, _formatter);
+    }
+}
+
 void SVNInfoOperation::parseData() {
-    const std::int32_t type = request()->type();
-    if (type == RequestTypeInfoCheck || type == RequestTypeInfoCheckAlternate) {
+    if (isCheck(*request())) {
         return;
     }
-    Array records = Array::empty();
-    SVNChangeReader changes(_formatter);
-    const Error malformed =
-        readReport(data(), {"entry"}, [&](const XMLElement& entry, std::size_t) {
-            if (auto record = recordFor(entry, changes)) {
-                records.append(*std::move(record));
-            }
-        });
-    if (malformed) {
+    const auto reading = readingOf<InfoReading>(data(), std::move(reading_), _formatter);
+    if (const Error malformed = reading->finish()) {
         setError(malformed);
         return;
     }
-    setResult(std::move(records));
+    setResult(std::move(reading->records));
 }
 
 } // namespace quen

@@ -2,7 +2,6 @@
 
 #include "Classes/SVNDiagnostics.h"
 #include "Classes/SVNOperations/SVNArguments.h"
-#include "Classes/SVNOperations/SVNReport.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
 #include <utility>
@@ -35,14 +34,24 @@ Error branchesNotLocated() {
           "Check that the local repository is configured properly and try again."}});
 }
 
-Dictionary recordFor(const XMLElement& entry) {
-    Dictionary record = Dictionary::withCapacity(2);
-    record.set(QuenSourceControlOperationIsLeafKey, entry.attribute("kind") != "dir");
-    if (const auto name = entry.onlyChild("name")) {
-        record.set(QuenSourceControlOperationNameKey, String(name->text()));
+class ListReading : public SVNReading {
+public:
+    ListReading() : SVNReading({"list", "entry"}) {}
+
+private:
+    /// Only what the first list holds counts.
+    void readRecord(const XMLElement& entry, std::size_t list) override {
+        if (list > 0) {
+            return;
+        }
+        Dictionary record = Dictionary::withCapacity(2);
+        record.set(QuenSourceControlOperationIsLeafKey, entry.attribute("kind") != "dir");
+        if (const auto name = entry.onlyChild("name")) {
+            record.set(QuenSourceControlOperationNameKey, String(name->text()));
+        }
+        records.append(std::move(record));
     }
-    return record;
-}
+};
 
 } // namespace
 
@@ -60,20 +69,17 @@ bool SVNListOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     return true;
 }
 
+void SVNListOperation::outputArrived(std::string_view piece) {
+    readPiece<ListReading>(reading_, piece);
+}
+
 void SVNListOperation::parseData() {
-    Array records = Array::empty();
-    const Error malformed =
-        readReport(data(), {"list", "entry"}, [&](const XMLElement& entry, std::size_t list) {
-            // Only what the first list holds counts.
-            if (list == 0) {
-                records.append(recordFor(entry));
-            }
-        });
-    if (malformed) {
+    const auto reading = readingOf<ListReading>(data(), std::move(reading_));
+    if (const Error malformed = reading->finish()) {
         setError(malformed);
         return;
     }
-    setResult(std::move(records));
+    setResult(std::move(reading->records));
 }
 
 } // namespace quen

@@ -1,6 +1,10 @@
 #pragma once
 
 #include "Classes/SVNOperations/SVNOperation.h"
+#include "Classes/SVNOperations/SVNReading.h"
+
+#include <memory>
+#include <string_view>
 
 namespace quen {
 
@@ -12,8 +16,14 @@ public:
     /// set all the same, without a location.
     bool initWithRequest(QuenSourceControlRequestPtr request) override;
 
+    void outputArrived(std::string_view piece) override;
+
     /// Leaves a result or, for a malformed report, an error.
     void parseData() override;
+
+private:
+    /// What was read while the client ran.
+    std::unique_ptr<SVNReading> reading_;
 };
 
 } // namespace quen

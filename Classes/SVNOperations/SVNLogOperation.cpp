@@ -47,7 +47,7 @@ public:
         : SVNReading({"logentry"}), operation_(operation), changes_(formatter) {}
 
 private:
-    void readRecord(const XMLElement& entry) override {
+    void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
         Dictionary record = Dictionary::withCapacity(5);
         changes_.read(entry, record);
         if (const auto paths = entry.onlyChild("paths")) {
@@ -94,10 +94,7 @@ bool SVNLogOperation::initWithRequest(QuenSourceControlRequestPtr request) {
 }
 
 void SVNLogOperation::outputArrived(std::string_view piece) {
-    if (reading_ == nullptr) {
-        reading_ = std::make_unique<LogReading>(*this, _formatter);
-    }
-    reading_->read(piece);
+    readPiece<LogReading>(reading_, piece, *this, _formatter);
 }
 
 void SVNLogOperation::parseData() {

@@ -4,7 +4,7 @@
 #include "Classes/SVNOperations/SVNArguments.h"
 #include "Classes/SVNOperations/SVNIgnoreList.h"
 #include "Classes/SVNOperations/SVNPropertyEdits.h"
-#include "Classes/SVNOperations/SVNReport.h"
+#include "Classes/SVNOperations/SVNReading.h"
 #include "Foundation/PathComponents.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
@@ -79,6 +79,21 @@ Error unignore(const String& name, StringArray list, const QuenSourceControlRequ
     return {};
 }
 
+/// Of several properties the last counts.
+class IgnoreListReading : public SVNReading {
+public:
+    IgnoreListReading() : SVNReading({"target", "property"}) {}
+
+    String text;
+
+private:
+    void readRecord(const XMLElement& property, std::size_t /*target*/) override {
+        if (property.attribute("name") == ignoreProperty) {
+            text = property.text();
+        }
+    }
+};
+
 } // namespace
 
 bool SVNPropGetOperation::initWithRequest(QuenSourceControlRequestPtr request) {
@@ -101,14 +116,9 @@ bool SVNPropGetOperation::initWithRequest(QuenSourceControlRequestPtr request) {
 }
 
 void SVNPropGetOperation::parseData() {
-    String text;
-    const Error malformed =
-        readReport(data(), {"target", "property"}, [&](const XMLElement& property, std::size_t) {
-            if (property.attribute("name") == ignoreProperty) {
-                text = property.text();
-            }
-        });
-    if (malformed) {
+    IgnoreListReading reading;
+    reading.readWhole(data());
+    if (const Error malformed = reading.finish()) {
         setError(malformed);
         return;
     }
@@ -119,9 +129,9 @@ void SVNPropGetOperation::parseData() {
     const String file = firstFileOf(*query);
     const String name = lastPathComponent(file.view());
     if (query->type() == RequestTypeIgnore) {
-        ignore(name, ignoreListFromText(text.view()), *query);
+        ignore(name, ignoreListFromText(reading.text.view()), *query);
     } else if (query->type() == RequestTypeUnignore) {
-        if (Error notFound = unignore(name, ignoreListFromText(text.view()), query)) {
+        if (Error notFound = unignore(name, ignoreListFromText(reading.text.view()), query)) {
             setError(std::move(notFound));
         }
     }

@@ -1,11 +1,28 @@
 #include "Classes/SVNOperations/SVNReading.h"
 
+#include "Foundation/Format.h"
+
 #include <exception>
 
 namespace quen {
 
+namespace {
+
+/// The error of a report that could not be read for want of memory, which is all that can go wrong
+/// beside its form.
+Error errorOfReading(const std::exception& exception) {
+    return {XMLParserErrorDomain,
+            1,
+            {{NSLocalizedDescriptionKey,
+              formatText("The report could not be read: %s.", {String(exception.what())})}}};
+}
+
+} // namespace
+
 SVNReading::SVNReading(std::initializer_list<std::string_view> path)
-    : reader_(path, [this](const XMLElement& element, std::size_t) { readRecord(element); }) {}
+    : reader_(path, [this](const XMLElement& element, std::size_t container) {
+          readRecord(element, container);
+      }) {}
 
 void SVNReading::read(std::string_view piece) noexcept {
     size_ += piece.size();
@@ -16,6 +33,12 @@ void SVNReading::read(std::string_view piece) noexcept {
         reader_.read(piece);
     } catch (const std::exception& exception) {
         failure_ = errorOfReading(exception);
+    }
+}
+
+void SVNReading::readWhole(const DataPtr& data) noexcept {
+    if (data != nullptr) {
+        read(data->bytes());
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Classes/SVNOperations/SVNReport.h"
+#include "Foundation/Data.h"
 
 #include <cstddef>
 #include <initializer_list>
@@ -10,7 +11,7 @@
 namespace quen {
 
 /// The records of one report in the making: read while the client still writes it, piece by piece,
-/// or afterwards, whole. For the queries whose reports are large; a subclass makes the records.
+/// or afterwards, whole. A subclass makes the records.
 ///
 /// Threads: one at a time.
 class SVNReading {
@@ -23,6 +24,8 @@ public:
 
     /// The next piece. What goes wrong is told by `finish`.
     void read(std::string_view piece) noexcept;
+    /// The whole report; no data is an empty one.
+    void readWhole(const DataPtr& data) noexcept;
     /// Whether the pieces so far are as long as the whole report. A host that shows pieces shows
     /// all of them; one that shows none, or stopped in between, is served from the data.
     bool hasRead(const DataPtr& data) const noexcept;
@@ -34,7 +37,8 @@ public:
     SVNRemarks remarks;
 
 protected:
-    virtual void readRecord(const XMLElement& element) = 0;
+    /// `container` counts the elements that hold records, see XMLReportReader.
+    virtual void readRecord(const XMLElement& element, std::size_t container) = 0;
 
 private:
     XMLReportReader reader_;
@@ -42,13 +46,23 @@ private:
     Error failure_;
 };
 
+/// Reads the next piece of what the client writes; the reading begins with the first one. `parts`
+/// are what it is made with.
+template <typename Reading, typename... Parts>
+void readPiece(std::unique_ptr<SVNReading>& reading, std::string_view piece, Parts&... parts) {
+    if (reading == nullptr) {
+        reading = std::make_unique<Reading>(parts...);
+    }
+    reading->read(piece);
+}
+
 /// The reading that was begun while the client ran, if it has the whole report; otherwise a new one
-/// of it. `parts` are what a new one is made with.
+/// of it.
 template <typename Reading, typename... Parts> std::unique_ptr<SVNReading>
 readingOf(const DataPtr& data, std::unique_ptr<SVNReading> begun, Parts&... parts) {
     if (begun == nullptr || !begun->hasRead(data)) {
         begun = std::make_unique<Reading>(parts...);
-        begun->read(data == nullptr ? std::string_view() : data->bytes());
+        begun->readWhole(data);
     }
     return begun;
 }

@@ -1,13 +1,9 @@
 #pragma once
 
-#include "Foundation/Data.h"
 #include "Foundation/XMLReport.h"
 
 #include <chrono>
-#include <exception>
 #include <functional>
-#include <initializer_list>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -25,16 +21,6 @@ public:
 private:
     std::vector<std::function<void()>> remarks_;
 };
-
-/// Hands each record of a client's report to `handler` (see XMLReportReader). nil when the report
-/// was well-formed; otherwise the reader's error, and what the handler gathered is void. No data
-/// is an empty report.
-Error readReport(const DataPtr& data, std::initializer_list<std::string_view> path,
-                 const XMLReportReader::RecordHandler& handler);
-
-/// The error of a report that could not be read for want of memory, which is all that can go wrong
-/// beside its form.
-Error errorOfReading(const std::exception& exception);
 
 /// How long a report took, for the log.
 class SVNStopwatch {

@@ -27,7 +27,7 @@ public:
 private:
     using Word = std::optional<std::string_view>;
 
-    void readRecord(const XMLElement& entry) override {
+    void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
         Dictionary record = Dictionary::withCapacity(3);
         // An entry without a path is kept, under an empty one: its status may still be told.
         record.set(QuenSourceControlOperationPathKey, String(entry.attribute("path").value_or("")));
@@ -93,10 +93,7 @@ bool SVNStatusOperation::initWithRequest(QuenSourceControlRequestPtr request) {
 }
 
 void SVNStatusOperation::outputArrived(std::string_view piece) {
-    if (reading_ == nullptr) {
-        reading_ = std::make_unique<StatusReading>(*this);
-    }
-    reading_->read(piece);
+    readPiece<StatusReading>(reading_, piece, *this);
 }
 
 void SVNStatusOperation::parseData() {
