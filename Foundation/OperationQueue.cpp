@@ -38,6 +38,15 @@ RunningHere::~RunningHere() {
     innermost = outer;
 }
 
+} // namespace
+
+void Operation::skip() noexcept {
+    isCancelled_.store(true);
+    wasSkipped_.store(true);
+}
+
+namespace {
+
 void runGuarded(Operation& operation) noexcept {
     try {
         operation.main();
@@ -76,12 +85,13 @@ public:
         nothingToDo_.wait(lock, [this] { return waiting_.empty() && running_.empty(); });
     }
 
-    void cancelAll() {
+    void cancelAll(bool forGood) {
         std::deque<Waiting> dropped;
         std::vector<OperationPtr> running;
         {
             const std::lock_guard lock(mutex_);
-            dropped.swap(waiting_);
+            isCancelled_ = isCancelled_ || forGood;
+            dropWaiting(dropped);
             running = running_;
             notifyWhenIdle();
         }
@@ -95,7 +105,7 @@ public:
         std::deque<Waiting> dropped;
         {
             const std::lock_guard lock(mutex_);
-            dropped.swap(waiting_);
+            dropWaiting(dropped);
             isEnding_ = true;
             threads.swap(threads_);
         }
@@ -156,8 +166,11 @@ private:
     void runWaiting(std::unique_lock<std::mutex>& lock, const RunningHere* runner) {
         while (OperationPtr operation = takeWaiting(runner)) {
             running_.push_back(operation);
+            const bool isSkipped = isCancelled_ || operation->isCancelled();
             lock.unlock();
-            if (!operation->isCancelled()) {
+            if (isSkipped) {
+                operation->skip();
+            } else {
                 runGuarded(*operation);
             }
             lock.lock();
@@ -168,6 +181,15 @@ private:
             lock.unlock();
             operation.reset();
             lock.lock();
+        }
+    }
+
+    /// They are let go outside the lock, like all operations. Whoever waits for the queue finds
+    /// them skipped.
+    void dropWaiting(std::deque<Waiting>& dropped) {
+        dropped.swap(waiting_);
+        for (const Waiting& each : dropped) {
+            each.operation->skip();
         }
     }
 
@@ -196,6 +218,7 @@ private:
     std::vector<OperationPtr> running_;
     std::vector<std::thread> threads_;
     std::size_t idleThreads_ = 0;
+    bool isCancelled_ = false;
     bool isEnding_ = false;
 };
 
@@ -231,7 +254,11 @@ void OperationQueue::waitUntilAllOperationsAreFinished() {
 }
 
 void OperationQueue::cancelAllOperations() {
-    state_->cancelAll();
+    state_->cancelAll(false);
+}
+
+void OperationQueue::cancel() {
+    state_->cancelAll(true);
 }
 
 std::size_t OperationQueue::width() const noexcept {

@@ -23,8 +23,16 @@ public:
     virtual void cancel() { isCancelled_.store(true); }
     bool isCancelled() const noexcept { return isCancelled_.load(); }
 
+    /// Whether a queue has let it go without calling `main`: it was cancelled before its turn came,
+    /// or dropped with its queue. It counts as cancelled then.
+    bool wasSkipped() const noexcept { return wasSkipped_.load(); }
+
 private:
+    friend class OperationQueue;
+    void skip() noexcept;
+
     std::atomic<bool> isCancelled_ = false;
+    std::atomic<bool> wasSkipped_ = false;
 };
 
 using OperationPtr = std::shared_ptr<Operation>;
@@ -60,6 +68,8 @@ public:
     void waitUntilAllOperationsAreFinished();
     /// Cancels what is running and drops what has not started.
     void cancelAllOperations();
+    /// The same, for good: what is added from then on is skipped.
+    void cancel();
 
     std::size_t width() const noexcept;
 

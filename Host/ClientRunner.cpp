@@ -35,8 +35,8 @@ Watcher watcherOf(const Watcher& first, const Watcher& second) {
 ToolEnd endOf(ProcessEnd end) {
     switch (end) {
     case ProcessEnd::cancelled: return ToolEnd::cancelled;
-    case ProcessEnd::timedOut:
-    case ProcessEnd::fellSilent: return ToolEnd::timedOut;
+    case ProcessEnd::timedOut: return ToolEnd::timedOut;
+    case ProcessEnd::fellSilent: return ToolEnd::fellSilent;
     case ProcessEnd::outputLost:
     case ProcessEnd::statusUnknown: return ToolEnd::failed;
     case ProcessEnd::couldNotStart: return ToolEnd::couldNotStart;
@@ -61,6 +61,7 @@ ToolRun ClientRunner::run(const ToolInvocation& invocation, ToolCanceller& cance
     process.ownSession = !options_.keepsTerminal;
     process.totalLimit = options_.totalLimit;
     process.silenceLimit = options_.silenceLimit;
+    process.politeness = options_.politeness;
     process.outputWatcher = watcherOf(invocation.outputWatcher, options_.outputWatcher);
 
     ProcessOutcome outcome = runProcess(process, dynamic_cast<ClientCanceller&>(canceller).process);

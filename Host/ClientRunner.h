@@ -17,6 +17,9 @@ public:
         /// The longest run, and the longest time without a word; none by default.
         std::optional<std::chrono::milliseconds> totalLimit;
         std::optional<std::chrono::milliseconds> silenceLimit;
+        /// How long a client that is asked to end, by a cancel or a limit, may take to tidy up
+        /// before it is killed.
+        std::chrono::milliseconds politeness{2000};
         /// Leaves the client the host's terminal, so that it may ask for a password there. Only for
         /// a host that is itself a person's command line.
         bool keepsTerminal = false;

@@ -1,3 +1,4 @@
+#include "Host/TaskErrors.h"
 #include "QuenFoundation/QuenSourceControlOperation.h"
 
 #include <utility>
@@ -32,7 +33,9 @@ void QuenSourceControlOperation::setResult(Value result) {
 }
 
 const Error& QuenSourceControlOperation::error() const {
-    return state_->error;
+    // Nobody has set an error, because nobody has run it; it must not look like a success.
+    static const Error skipped = cancelledError();
+    return wasSkipped() && !state_->error ? skipped : state_->error;
 }
 
 void QuenSourceControlOperation::setError(Error error) {

@@ -75,6 +75,14 @@ bool tellsOnlyOfAbsence(const Error& error) {
            });
 }
 
+Error withLockSuggestion(const Error& error) {
+    Dictionary userInfo = error.userInfo();
+    userInfo.set(NSLocalizedRecoverySuggestionErrorKey,
+                 "The working copy may have been left locked. If it was, clean it up and try "
+                 "again.");
+    return {error.domain(), error.code(), std::move(userInfo)};
+}
+
 } // namespace
 
 Error taskError(std::int64_t code, const String& description) {
@@ -93,23 +101,31 @@ Error genericError(const String& message, const RunFacts& facts) {
                        facts.numbers);
 }
 
-Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run) {
+Error cancelledError() {
+    return taskError(TaskErrorCancelled, "The operation was cancelled before it had finished.");
+}
+
+Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run, bool writes) {
+    const auto broken = [&](const Error& error) {
+        const bool mayHaveLeftLock = writes && (run.signal || run.exitStatus.value_or(0) != 0);
+        return mayHaveLeftLock ? withLockSuggestion(error) : error;
+    };
     switch (run.end) {
     case ToolEnd::ended: return {};
     case ToolEnd::couldNotStart:
         return taskError(TaskErrorCouldNotStart,
                          formatText("The client \"%@\" could not be started: %@.",
                                     {invocation.launchPath, run.reason}));
-    case ToolEnd::cancelled:
-        return taskError(TaskErrorCancelled, "The operation was cancelled before it had finished.");
+    case ToolEnd::cancelled: return broken(cancelledError());
     case ToolEnd::timedOut:
-        return taskError(
-            TaskErrorTimedOut,
-            formatText("The client was ended because it took too long: %@.", {run.reason}));
+    case ToolEnd::fellSilent:
+        return broken(taskError(
+            run.end == ToolEnd::timedOut ? TaskErrorTimedOut : TaskErrorFellSilent,
+            formatText("The client was ended because it took too long: %@.", {run.reason})));
     case ToolEnd::failed:
-        return taskError(
+        return broken(taskError(
             TaskErrorFailed,
-            formatText("The client's run could not be followed to its end: %@.", {run.reason}));
+            formatText("The client's run could not be followed to its end: %@.", {run.reason})));
     }
     return {};
 }

@@ -2,6 +2,7 @@
 
 #include "Foundation/Value.h"
 #include "Host/ClientMessage.h"
+#include "Host/TaskFailure.h"
 #include "Host/ToolRunner.h"
 
 #include <cstdint>
@@ -9,21 +10,6 @@
 #include <vector>
 
 namespace quen {
-
-/// The domain of the errors that the host itself makes about a run. The code is the client's first
-/// number (155007 for E155007), or its exit status, or 128 and the signal's number, or one of the
-/// negative codes below.
-extern const String QuenSourceControlTaskErrorDomain;
-/// User info: all the client's numbers, an array of integers in the order printed.
-extern const String QuenSourceControlTaskErrorCodesKey;
-
-enum TaskErrorCode : std::int64_t {
-    TaskErrorCouldNotStart = -1,
-    TaskErrorCancelled = -2,
-    TaskErrorTimedOut = -3,
-    /// The host could not keep or read what the tool wrote.
-    TaskErrorFailed = -4,
-};
 
 /// How a run ended, as far as the translation of its complaint needs to know.
 struct RunFacts {
@@ -41,8 +27,12 @@ Error taskError(std::int64_t code, const String& description);
 /// level 2.
 Error genericError(const String& message, const RunFacts& facts);
 
-/// The error of a run that did not come to its own end; nil for one that did.
-Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run);
+/// The error of what was cancelled.
+Error cancelledError();
+
+/// The error of a run that did not come to its own end; nil for one that did. Where the tool was
+/// writing to a working copy (`writes`), the recovery suggestion says what that may have left.
+Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run, bool writes);
 
 /// The error of a run that failed and said nothing that counts; nil where it did not fail, and for
 /// an absent property.

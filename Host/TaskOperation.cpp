@@ -2,6 +2,7 @@
 #include "Host/ClientMessage.h"
 #include "Host/HostServices.h"
 #include "Host/TaskErrors.h"
+#include "Host/WorkingCopyCleanup.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "QuenFoundation/QuenSourceControlOperation.h"
 
@@ -113,7 +114,8 @@ void QuenSourceControlTaskOperation::main() {
         task_->canceller = nullptr;
     }
 
-    const Error interrupted = errorOfInterruptedRun(invocation, run);
+    const Error interrupted =
+        errorOfInterruptedRun(invocation, run, writesWorkingCopy(request()->type()));
     if (run.end == ToolEnd::couldNotStart) {
         setError(interrupted);
         return;

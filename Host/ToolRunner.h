@@ -30,8 +30,10 @@ enum class ToolEnd {
     couldNotStart,
     /// `cancel` was called; `exitStatus` or `signal` say how the tool then ended.
     cancelled,
-    /// It took longer, or was silent longer, than its limits allow; `reason` says which.
+    /// It took longer than its limit allows; `reason` names it.
     timedOut,
+    /// It was silent longer than its limit allows; `reason` names it.
+    fellSilent,
     /// The host could not keep what the tool wrote, or lost track of it; `reason` says why.
     failed,
 };

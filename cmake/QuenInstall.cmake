@@ -40,7 +40,9 @@ install(FILES
     Host/HostServices.h
     Host/HostSourceTrees.h
     Host/PlugInLoader.h
+    Host/TaskFailure.h
     Host/ToolRunner.h
+    Host/WorkingCopyCleanup.h
     DESTINATION ${QUEN_HEADER_DIRECTORY}/Host)
 
 install(EXPORT quen-targets NAMESPACE quen:: DESTINATION ${QUEN_PACKAGE_DIRECTORY})

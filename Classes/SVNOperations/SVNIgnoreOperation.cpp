@@ -49,20 +49,47 @@ void runOnQueue(OperationQueue& queue, const std::shared_ptr<SVNPropGetOperation
 
 } // namespace
 
+void SVNIgnoreOperation::cancel() {
+    const std::lock_guard lock(mutex_);
+    if (_operationQueue != nullptr) {
+        _operationQueue->cancel();
+    }
+    // Behind the queue: `main` takes this for a queue that starts nothing any more.
+    Operation::cancel();
+}
+
+void SVNIgnoreOperation::setOperationQueue(OperationQueuePtr queue) {
+    const std::lock_guard lock(mutex_);
+    _operationQueue = std::move(queue);
+    if (isCancelled() && _operationQueue != nullptr) {
+        _operationQueue->cancel();
+    }
+}
+
+/// Null where there can be no query.
+std::shared_ptr<SVNPropGetOperation> SVNIgnoreOperation::runQuery(const String& file) {
+    auto query = std::make_shared<SVNPropGetOperation>();
+    if (!query->initWithRequest(requestForFile(*request(), file))) {
+        return nullptr;
+    }
+    runOnQueue(*operationQueue(), query);
+    if (isCancelled() && !query->error() && !query->wasSkipped()) {
+        // Its edit may have been cut short. The next query is skipped, and says so.
+        return runQuery(file);
+    }
+    return query;
+}
+
 void SVNIgnoreOperation::main() {
     setOperationQueue(OperationQueue::make());
     const StringArray files = request()->files().value_or(StringArray());
     Array results = Array::empty();
     Array errors = Array::empty();
     for (const String& file : files) {
-        if (isCancelled()) {
-            break;
-        }
-        const auto query = std::make_shared<SVNPropGetOperation>();
-        if (!query->initWithRequest(requestForFile(*request(), file))) {
+        const auto query = runQuery(file);
+        if (query == nullptr) {
             continue;
         }
-        runOnQueue(*operationQueue(), query);
         if (!query->result().isNothing()) {
             results.append(query->result());
         }

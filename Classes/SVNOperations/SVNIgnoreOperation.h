@@ -2,9 +2,12 @@
 
 #include "QuenFoundation/QuenSourceControlOperation.h"
 
-#include <utility>
+#include <memory>
+#include <mutex>
 
 namespace quen {
+
+class SVNPropGetOperation;
 
 /// Adds the request's files to the ignore lists of the directories that hold them, or takes them
 /// out, one file after another: each query reads the list as the previous file's edit left it. It
@@ -12,16 +15,22 @@ namespace quen {
 ///
 /// `result` is always set: the results of the queries, of which there are none. A query that fails
 /// adds to `error`, and the other files are still served; how an edit ends is not looked at.
-/// Cancelled, it starts with no further file.
+///
+/// Cancelled, it ends the client that is running and starts no other: each file that was not served
+/// to its end adds the error of a cancelled query.
 class SVNIgnoreOperation : public QuenSourceControlOperation {
 public:
     void main() override;
+    void cancel() override;
 
     /// The queue that the queries and the edits run on; made anew by `main`, null before.
     const OperationQueuePtr& operationQueue() const { return _operationQueue; }
-    void setOperationQueue(OperationQueuePtr queue) { _operationQueue = std::move(queue); }
+    void setOperationQueue(OperationQueuePtr queue);
 
 private:
+    std::shared_ptr<SVNPropGetOperation> runQuery(const String& file);
+
+    std::mutex mutex_; // between `cancel` and the change of the queue
     OperationQueuePtr _operationQueue;
 };
 

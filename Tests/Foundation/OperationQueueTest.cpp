@@ -259,9 +259,24 @@ TEST_P(OperationQueueOfAnyWidth, CancelReachesTheRunningAndDropsTheWaiting) {
     EXPECT_TRUE(patient->wasCancelledInTime);
     EXPECT_TRUE(patient->isCancelled());
     EXPECT_EQ(journal_.names(), Names{});
+    EXPECT_FALSE(patient->wasSkipped());
     queue_->addOperation(journal_.entry("after"));
     EXPECT_TRUE(finishes(queue_));
     EXPECT_EQ(journal_.names(), Names{"after"});
+}
+
+TEST_P(OperationQueueOfAnyWidth, SkipsWhatIsAddedOnceItIsCancelledForGood) {
+    const OperationPtr before = journal_.entry("before");
+    queue_->addOperation(before);
+    EXPECT_TRUE(finishes(queue_));
+    queue_->cancel();
+    const OperationPtr after = journal_.entry("after");
+    queue_->addOperation(after);
+    EXPECT_TRUE(finishes(queue_));
+    EXPECT_EQ(journal_.names(), Names{"before"});
+    EXPECT_FALSE(before->wasSkipped());
+    EXPECT_TRUE(after->wasSkipped());
+    EXPECT_TRUE(after->isCancelled());
 }
 
 // Width 0
@@ -291,9 +306,12 @@ TEST(OperationQueueOfWidthZeroTest, RunsWhatIsAddedFromInsideRightAfter) {
 TEST(OperationQueueOfWidthZeroTest, DropsWhatWasAddedFromInsideWhenCancelled) {
     const OperationQueuePtr queue = OperationQueue::make(0);
     Journal journal;
+    const OperationPtr dropped = journal.entry("dropped");
     queue->addOperation(operation([&] {
-        queue->addOperation(journal.entry("dropped"));
+        queue->addOperation(dropped);
         queue->cancelAllOperations();
+        EXPECT_TRUE(dropped->wasSkipped());
+        EXPECT_TRUE(dropped->isCancelled());
     }));
     EXPECT_EQ(journal.names(), Names{});
 }

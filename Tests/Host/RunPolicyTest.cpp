@@ -53,6 +53,16 @@ Error parserError() {
     return describedError("QuenXMLParserErrorDomain", 3, "no element found");
 }
 
+/// The error of a client that was ended while it wrote to a working copy.
+Error mayHaveLeftLock(std::int64_t code, const String& description) {
+    return {
+        "QuenSourceControlTaskErrorDomain",
+        code,
+        {{NSLocalizedDescriptionKey, description},
+         {NSLocalizedRecoverySuggestionErrorKey,
+          "The working copy may have been left locked. If it was, clean it up and try again."}}};
+}
+
 /// An error of the provider's own words.
 Error providerError(std::int64_t code) {
     return describedError(QuenSourceControlErrorDomain, code, "The provider says why.");
@@ -61,6 +71,7 @@ Error providerError(std::int64_t code) {
 struct Case {
     const char* name;
     PreparedRun run;
+    std::int32_t type = RequestTypeAdd;
     Error parseError = {};
     Translation translation = Translation::inherited;
     Error ownError = {};
@@ -78,6 +89,7 @@ protected:
 TEST_P(RunPolicy, DecidesTheError) {
     recorder_.replay({GetParam().run});
     ScriptedOperation operation;
+    operation.initWithRequest(Request{.type = GetParam().type}.make());
     operation.parseError = GetParam().parseError;
     operation.translation = GetParam().translation;
     operation.ownError = GetParam().ownError;
@@ -228,16 +240,32 @@ INSTANTIATE_TEST_SUITE_P(
              .expected = taskErrorWith(TaskErrorCouldNotStart,
                                        "The client \"/tools/svn\" could not be started: No such "
                                        "file or directory.")},
-        Case{.name = "cancelled",
-             .run = {.standardError = outOfDate, .signal = SIGTERM, .end = ToolEnd::cancelled},
+        Case{.name = "cancelled before it started",
+             .run = {.end = ToolEnd::cancelled},
              .expected = taskErrorWith(TaskErrorCancelled,
                                        "The operation was cancelled before it had finished.")},
+        Case{.name = "cancelled",
+             .run = {.standardError = outOfDate, .signal = SIGTERM, .end = ToolEnd::cancelled},
+             .expected = mayHaveLeftLock(TaskErrorCancelled,
+                                         "The operation was cancelled before it had finished.")},
         Case{
             .name = "timed out",
             .run = {.signal = SIGKILL, .end = ToolEnd::timedOut, .reason = "its limit is 1 second"},
-            .expected = taskErrorWith(TaskErrorTimedOut,
-                                      "The client was ended because it took too long: its limit "
-                                      "is 1 second.")},
+            .expected = mayHaveLeftLock(TaskErrorTimedOut,
+                                        "The client was ended because it took too long: its limit "
+                                        "is 1 second.")},
+        Case{.name = "fell silent",
+             .run = {.exitStatus = 1,
+                     .end = ToolEnd::fellSilent,
+                     .reason = "it wrote nothing for 1 second"},
+             .expected = mayHaveLeftLock(TaskErrorFellSilent,
+                                         "The client was ended because it took too long: it wrote "
+                                         "nothing for 1 second.")},
+        Case{.name = "a query cancelled",
+             .run = {.signal = SIGTERM, .end = ToolEnd::cancelled},
+             .type = RequestTypeStatus,
+             .expected = taskErrorWith(TaskErrorCancelled,
+                                       "The operation was cancelled before it had finished.")},
         Case{.name = "lost",
              .run = {.end = ToolEnd::failed, .reason = "memory is at its end"},
              .expected = taskErrorWith(TaskErrorFailed,

@@ -106,6 +106,17 @@ TEST_F(TaskOperation, ThatWasCancelledBeforeSaysSo) {
               taskError(TaskErrorCancelled, "The operation was cancelled before it had finished."));
 }
 
+TEST_F(TaskOperation, ThatAQueueSkippedSaysSoWithoutARun) {
+    const OperationQueuePtr queue = OperationQueue::make(0);
+    queue->cancel();
+    const auto operation = std::make_shared<ScriptedOperation>();
+    queue->addOperation(operation);
+    EXPECT_EQ(operation->calls, Calls());
+    EXPECT_EQ(operation->error(),
+              taskError(TaskErrorCancelled, "The operation was cancelled before it had finished."));
+    EXPECT_TRUE(recorder_.invocations().empty());
+}
+
 TEST_F(TaskOperation, ThatIsCancelledAfterwardsStaysAsItIs) {
     recorder_.replay({{.standardOutput = "report"}});
     operation_.main();

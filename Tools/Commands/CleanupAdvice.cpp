@@ -1,7 +1,6 @@
 #include "Tools/Commands/CleanupAdvice.h"
 
-#include "Host/TaskErrors.h"
-#include "Tools/Commands/ErrorTexts.h"
+#include "Host/TaskFailure.h"
 #include "Tools/Commands/Locations.h"
 #include "Tools/Commands/SettingsFile.h"
 
@@ -11,16 +10,6 @@ namespace quen {
 
 namespace {
 
-/// SVN_ERR_WC_LOCKED and SVN_ERR_WC_CLEANUP_REQUIRED of the client's libraries.
-bool isLockNumber(const Value& value) {
-    return value == Value(155004) || value == Value(155037);
-}
-
-bool holdsLockNumber(const Error& error) {
-    const Array* const numbers = error.userInfo()[QuenSourceControlTaskErrorCodesKey].array();
-    return numbers != nullptr && std::any_of(numbers->begin(), numbers->end(), isLockNumber);
-}
-
 bool isPlain(unsigned char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
            std::string_view("/._-+,:@%=").find(static_cast<char>(c)) != std::string_view::npos;
@@ -29,8 +18,7 @@ bool isPlain(unsigned char c) {
 } // namespace
 
 bool saysLocked(const Error& error) {
-    const std::vector<Error> errors = withUnderlyingErrors(error);
-    return std::any_of(errors.begin(), errors.end(), holdsLockNumber);
+    return taskFailureOf(error) == TaskFailure::locked;
 }
 
 std::string shellWord(std::string_view text) {

@@ -7,8 +7,8 @@
 
 namespace quen {
 
-/// Whether an error, or one that caused it, says that an earlier write left the working copy locked
-/// or unfinished (E155004, E155037).
+/// Whether an error, or one that caused it, says that a working copy is in use, or that an earlier
+/// write left it locked or unfinished (E155004, E155037, E200033).
 bool saysLocked(const Error& error);
 
 /// A text as one word of a shell's command line, quoted only where that is needed.

@@ -63,7 +63,7 @@ bool tellOfUnusableNames(const Session& session, const Edit& edit, const Options
 
 /// How a client run failed; nil where it did not.
 Error errorOfRun(const RecordedRun& recorded) {
-    if (const Error interrupted = errorOfInterruptedRun(recorded.invocation, recorded.run)) {
+    if (const Error interrupted = errorOfInterruptedRun(recorded.invocation, recorded.run, true)) {
         return interrupted;
     }
     const ClientMessage message = readClientMessage(recorded.run.errors->bytes());

@@ -1,5 +1,7 @@
 #include "Tools/Commands/SettingsFile.h"
 
+#include "Host/WorkingCopyCleanup.h"
+
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -98,12 +100,8 @@ std::optional<Settings> settingsFor(const std::filesystem::path& path, std::stri
 }
 
 std::filesystem::path topDirectoryOf(const std::filesystem::path& path) {
-    std::error_code error;
-    const auto whole = std::filesystem::absolute(path, error).lexically_normal();
-    const auto holdsClientData = [](const std::filesystem::path& at) {
-        return isThere(at / ".svn");
-    };
-    return error ? std::filesystem::path() : firstFrom(whole, holdsClientData);
+    const String top = topOfWorkingCopy(path.string());
+    return top.isNil() ? std::filesystem::path() : std::filesystem::path(top.str());
 }
 
 } // namespace quen

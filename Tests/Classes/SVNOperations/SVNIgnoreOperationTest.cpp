@@ -1,4 +1,5 @@
 #include "Classes/SVNOperations/SVNIgnoreOperation.h"
+#include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tests/Classes/SVNOperations/IgnoreListReport.h"
 #include "Tests/Support/CaseName.h"
@@ -57,6 +58,12 @@ Error wrappedAmongMany(const Error& error) {
 
 Error aggregate(const Array& errors) {
     return {QuenSourceControlErrorDomain, -1, {{QuenSourceControlUnderlyingErrorsKey, errors}}};
+}
+
+Error cancelledError() {
+    return {QuenSourceControlTaskErrorDomain,
+            TaskErrorCancelled,
+            {{NSLocalizedDescriptionKey, "The operation was cancelled before it had finished."}}};
 }
 
 const Error notFound(QuenSourceControlErrorDomain, -11);
@@ -275,6 +282,48 @@ TEST(SVNIgnoreOperationTest, CancelledItStartsWithNoFurtherFile) {
     operation->main();
     EXPECT_EQ(recorder.invocations().size(), 0U);
     EXPECT_EQ(operation->result(), Value(Array::empty()));
+    EXPECT_EQ(operation->error(),
+              aggregate({wrappedAmongMany(cancelledError()), wrappedAmongMany(cancelledError())}));
+}
+
+/// Cancels the whole operation while one of its clients runs.
+class CancellingRunner : public ReplayRunner {
+public:
+    CancellingRunner(QuenSourceControlOperation& operation, String victim)
+        : ReplayRunner({listRun("c\n"), editRun()}), operation_(operation),
+          victim_(std::move(victim)) {}
+
+    ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) override {
+        if (invocation.operation == victim_) {
+            operation_.cancel();
+        }
+        return ReplayRunner::run(invocation, canceller);
+    }
+
+private:
+    QuenSourceControlOperation& operation_;
+    const String victim_;
+};
+
+/// Also of the file whose edit ran nobody knows how far it came.
+TEST(SVNIgnoreOperationTest, CancelledMeanwhileItCancelsItsClient) {
+    struct Case {
+        const char* victim;
+        std::vector<StringArray> asked;
+    };
+    for (const auto& [victim, expected] :
+         {Case{"SVNPropGetOperation", {get("/w")}},
+          Case{"SVNPropSetOperation", {get("/w"), set("a\nc", "/w")}}}) {
+        const HostRecorder recorder;
+        const auto operation =
+            makeOperation<SVNIgnoreOperation>(ignoring(StringArray{"/w/a", "/w/b"}));
+        const auto runner = std::make_shared<CancellingRunner>(*operation, victim);
+        HostServices::shared().setToolRunner(runner);
+        operation->main();
+        EXPECT_EQ(asked(runner->invocations()), expected);
+        EXPECT_EQ(operation->error(), aggregate({wrappedAmongMany(cancelledError()),
+                                                 wrappedAmongMany(cancelledError())}));
+    }
 }
 
 TEST(SVNIgnoreOperationTest, WithoutARequestThereIsNoOperation) {

@@ -3,14 +3,25 @@
 //
 //     FaultChild MODE[:NUMBER] [argument ...]
 //     QUEN_FAULT=MODE[:NUMBER] FaultChild [whatever the client would get ...]
+//     DIRECTORY/svn            [whatever the client would get ...]
 //
-// QUEN_FAULT counts where it is set. NUMBER is 0 where it is absent. Whatever the mode, the program
-// is gone after a minute.
+// QUEN_FAULT counts where it is set. Called by another name, such as that of a symbolic link in a
+// directory of tools, it finds what it needs in files beside that name:
+//
+//     svn.fault      lines of `MODE[:NUMBER]`, or `WORD=MODE[:NUMBER]` for a command line that
+//                    holds that word; the first line that fits counts
+//     svn.told       a pipe with a name: where a mode tells (see below), a line with the number of
+//                    the process goes there
+//     svn.output, svn.errors, or svn.WORD.output and svn.WORD.errors
+//                    what `replay` says
+//
+// NUMBER is 0 where it is absent. Whatever the mode, the program is gone after a minute.
 //
 //     exit:STATUS            says nothing, ends with STATUS
 //     say:STATUS             a line on either stream, then STATUS
-//     replay:STATUS          the files QUEN_FAULT_OUTPUT and QUEN_FAULT_ERRORS, where set, on the
-//                            streams of these names, then STATUS
+//     replay:STATUS          what was prepared (QUEN_FAULT_OUTPUT and QUEN_FAULT_ERRORS name files
+//                            too) on the streams of these names, then STATUS
+//     replay-drip:STATUS     the same, one write for each byte
 //     die-before:SIGNAL      dies by SIGNAL before it says anything,
 //     die-middle:SIGNAL      in the middle of its line,
 //     die-after:SIGNAL       after it
@@ -21,21 +32,23 @@
 //     half-character         text that ends within a character
 //     zero-bytes             text with zero bytes in it
 //     close-output:STATUS    closes its streams, lives on for 50 ms, then STATUS
-//     hang                   says "ready", waits to be ended
+//     hang                   says "ready", tells, waits to be ended
 //     hang-deaf              the same, ignoring SIGTERM
-//     hang-closed            closes its streams, waits to be ended
-//     last-words:STATUS      says "ready", waits to be asked to end, says so, then STATUS
+//     hang-closed            closes its streams, tells, waits to be ended
+//     last-words:STATUS      says "ready", tells, waits to be asked to end, says so, then STATUS
 //     on-request:STATUS      says its number, waits for SIGUSR1, then a line on either stream, then
 //                            STATUS
 //     stop                   says "ready", stops itself (SIGSTOP)
-//     chatter                a byte every millisecond, until ended
+//     chatter                a byte every millisecond, until ended; tells at the tenth
 //     grandchild:STATUS      leaves a grandchild that keeps the streams, says its number, then
-//     STATUS grandchild-flood:STATUS   the same; the grandchild writes as fast as it can family has
-//     a grandchild, says its number, both wait to be ended family-deaf            the same; the
-//     grandchild ignores SIGTERM read-input             says how many bytes standard input had
-//     terminal               says whether it could open the terminal; if so, the line it reads
-//     there state                  says its descriptors, signal sets, and whether session and group
-//     are
+//                            STATUS; the grandchild tells once it is alone
+//     grandchild-flood:STATUS  the same; the grandchild writes as fast as it can
+//     family                 has a grandchild, says its number, both wait to be ended
+//     family-deaf            the same; the grandchild ignores SIGTERM
+//     read-input             says how many bytes standard input had
+//     terminal               says whether it could open the terminal; if so, the line that it reads
+//                            there
+//     state                  says its descriptors, signal sets, and whether session and group are
 //                            its own
 //     environment            says its environment, each variable followed by a zero byte
 //     arguments              says its arguments, each followed by a zero byte
@@ -111,6 +124,18 @@ void pauseFor(int milliseconds) {
     waitToBeEnded();
 }
 
+/// The name that the program was called by; what tests prepare lies beside it.
+std::string calledAs; // NOLINT(*-avoid-non-const-global-variables)
+
+/// Says on the pipe beside, where there is one, that the state has been reached.
+void tell() {
+    const int descriptor = ::open((calledAs + ".told").c_str(), O_WRONLY | O_CLOEXEC);
+    if (descriptor >= 0) {
+        write(descriptor, std::to_string(::getpid()) + "\n");
+        ::close(descriptor);
+    }
+}
+
 void closeStreams() {
     ::close(STDOUT_FILENO);
     ::close(STDERR_FILENO);
@@ -146,15 +171,39 @@ int sayLines(int number, Arguments) {
     return number;
 }
 
-void replayFile(const char* variable, int descriptor) {
-    if (const char* const name = std::getenv(variable); name != nullptr) {
-        write(descriptor, readToEnd(::open(name, O_RDONLY | O_CLOEXEC)));
-    }
+std::string fileText(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    return descriptor < 0 ? std::string() : readToEnd(descriptor);
 }
 
-int replay(int number, Arguments) {
-    replayFile("QUEN_FAULT_OUTPUT", STDOUT_FILENO);
-    replayFile("QUEN_FAULT_ERRORS", STDERR_FILENO);
+/// What was prepared for a stream.
+std::string prepared(const char* variable, const std::string& ending, Arguments arguments) {
+    if (const char* const name = std::getenv(variable); name != nullptr) {
+        return fileText(name);
+    }
+    for (const char* const word : arguments) {
+        const std::string path = calledAs + "." + word + ending;
+        if (std::string_view(word).find('/') == std::string_view::npos &&
+            ::access(path.c_str(), F_OK) == 0) {
+            return fileText(path);
+        }
+    }
+    return fileText(calledAs + ending);
+}
+
+int replay(int number, Arguments arguments) {
+    say(prepared("QUEN_FAULT_OUTPUT", ".output", arguments));
+    complain(prepared("QUEN_FAULT_ERRORS", ".errors", arguments));
+    return number;
+}
+
+int replayDrip(int number, Arguments arguments) {
+    for (const char byte : prepared("QUEN_FAULT_OUTPUT", ".output", arguments)) {
+        say({&byte, 1});
+    }
+    for (const char byte : prepared("QUEN_FAULT_ERRORS", ".errors", arguments)) {
+        complain({&byte, 1});
+    }
     return number;
 }
 
@@ -214,6 +263,7 @@ int closeOutput(int number, Arguments) {
 
 int hang(int, Arguments) {
     say("ready\n");
+    tell();
     waitToBeEnded();
 }
 
@@ -225,6 +275,7 @@ int hangDeaf(int, Arguments) {
 
 int hangClosed(int, Arguments) {
     closeStreams();
+    tell();
     waitToBeEnded();
 }
 
@@ -247,6 +298,7 @@ void waitForSignal(int number) {
 int lastWords(int number, Arguments) {
     blockSignal(SIGTERM);
     say("ready\n");
+    tell();
     waitForSignal(SIGTERM);
     say("asked to end\n");
     return number;
@@ -266,8 +318,11 @@ int stop(int, Arguments) {
 }
 
 int chatter(int, Arguments) {
-    for (;;) {
+    for (int count = 1;; ++count) {
         say(".");
+        if (count == 10) {
+            tell();
+        }
         pauseFor(1);
     }
 }
@@ -285,7 +340,12 @@ template <typename Work> pid_t haveGrandchild(Work work) {
 }
 
 int leaveGrandchild(int number, Arguments) {
-    haveGrandchild([] {});
+    haveGrandchild([child = ::getpid()] {
+        while (::getppid() == child) {
+            pauseFor(1);
+        }
+        tell();
+    });
     return number;
 }
 
@@ -381,6 +441,7 @@ constexpr Mode modes[] = {
     {"exit", exitSilently},
     {"say", sayLines},
     {"replay", replay},
+    {"replay-drip", replayDrip},
     {"die-before", dieBefore},
     {"die-middle", dieMiddle},
     {"die-after", dieAfter},
@@ -409,24 +470,45 @@ constexpr Mode modes[] = {
     {"arguments", sayArguments},
 };
 
+/// What is to be done, as the line or the argument says it; empty where nothing does. Takes what
+/// says it out of the arguments.
+std::string wantedFault(Arguments& arguments) {
+    calledAs = arguments[0];
+    arguments = arguments.subspan(1);
+    if (const char* const fault = std::getenv("QUEN_FAULT"); fault != nullptr) {
+        return fault;
+    }
+    std::ifstream lines(calledAs + ".fault");
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t end = line.find('=');
+        if (end == std::string::npos) {
+            return line;
+        }
+        if (std::find(arguments.begin(), arguments.end(), line.substr(0, end)) != arguments.end()) {
+            return line.substr(end + 1);
+        }
+    }
+    if (arguments.empty()) {
+        return {};
+    }
+    const std::string mode = arguments.front();
+    arguments = arguments.subspan(1);
+    return mode;
+}
+
 } // namespace
 
 int main(int count, char** vector) {
     ::alarm(60);
-    const Arguments arguments(vector, static_cast<std::size_t>(count));
-    const char* const fault = std::getenv("QUEN_FAULT");
-    if (fault == nullptr && count < 2) {
-        std::cerr << "FaultChild: no mode given\n";
-        return 98;
-    }
-    const std::string_view wanted = fault != nullptr ? fault : arguments[1];
-    const std::string_view name = wanted.substr(0, wanted.find(':'));
-    const std::string number(wanted.substr(std::min(wanted.size(), name.size() + 1)));
+    Arguments arguments(vector, static_cast<std::size_t>(count));
+    const std::string wanted = wantedFault(arguments);
+    const std::string name = wanted.substr(0, wanted.find(':'));
+    const std::string number = wanted.substr(std::min(wanted.size(), name.size() + 1));
     for (const Mode& mode : modes) {
         if (mode.name == name) {
-            return mode.run(std::atoi(number.c_str()), arguments.subspan(fault != nullptr ? 1 : 2));
+            return mode.run(std::atoi(number.c_str()), arguments);
         }
     }
-    std::cerr << "FaultChild: there is no mode " << name << "\n";
+    std::cerr << "FaultChild: there is no mode \"" << name << "\"\n";
     return 98;
 }

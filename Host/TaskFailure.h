@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Foundation/Value.h"
+
+#include <cstdint>
+
+namespace quen {
+
+/// The domain of the errors that the host itself makes about a run. The code is the client's first
+/// number (155007 for E155007), or its exit status, or 128 and the signal's number, or one of the
+/// negative codes below.
+extern const String QuenSourceControlTaskErrorDomain;
+/// User info: all the client's numbers, an array of integers in the order printed.
+extern const String QuenSourceControlTaskErrorCodesKey;
+
+enum TaskErrorCode : std::int64_t {
+    TaskErrorCouldNotStart = -1,
+    TaskErrorCancelled = -2,
+    /// The client took longer than the limit of the whole run.
+    TaskErrorTimedOut = -3,
+    /// The host could not keep or read what the tool wrote.
+    TaskErrorFailed = -4,
+    /// The client wrote nothing for longer than the limit of its silence.
+    TaskErrorFellSilent = -5,
+};
+
+/// What an error tells a host to do.
+enum class TaskFailure {
+    /// There is no error.
+    none,
+    /// See to the client's installation.
+    couldNotStart,
+    /// Nothing: it was wanted.
+    cancelled,
+    /// Try again, with a longer limit.
+    timedOut,
+    fellSilent,
+    /// See to the host's own memory, descriptors and signal handling.
+    lost,
+    /// Somebody else killed the client, or it crashed. Try again.
+    killed,
+    /// The server cannot be reached: work offline, or try again later.
+    offline,
+    /// The server does not let this person in, or not there: ask for credentials.
+    notAuthorised,
+    /// A client is at work in the working copy, or was killed there: wait, or clean it up with
+    /// `WorkingCopyCleanup`.
+    locked,
+    /// Show it.
+    other,
+};
+
+/// What the error of an operation tells, whoever made it: the provider, the host, or the client. An
+/// error that says nothing by itself is looked into for the ones that caused it. From any thread.
+TaskFailure taskFailureOf(const Error& error);
+
+} // namespace quen

@@ -1,0 +1,94 @@
+#include "Host/WorkingCopyCleanup.h"
+
+#include "Foundation/PathComponents.h"
+#include "Host/HostServices.h"
+#include "Host/TaskFailure.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace quen {
+
+namespace {
+
+/// No provider's, and none that counts as a write: a cleanup that is killed leaves what was there.
+constexpr std::int32_t cleanupType = -1;
+
+/// Closed with an `@` where the client would otherwise take its end for a revision.
+String clientPath(const String& path) {
+    const bool holdsAt = lastPathComponent(path.view()).find('@') != std::string_view::npos;
+    return holdsAt ? String(path.str() + "@") : path;
+}
+
+bool isInterruption(TaskFailure failure) {
+    switch (failure) {
+    case TaskFailure::cancelled:
+    case TaskFailure::timedOut:
+    case TaskFailure::fellSilent:
+    case TaskFailure::lost:
+    case TaskFailure::killed: return true;
+    default: return false;
+    }
+}
+
+} // namespace
+
+bool writesWorkingCopy(std::int32_t requestType) noexcept {
+    switch (requestType) {
+    case RequestTypeAdd:
+    case RequestTypeCommit:
+    case RequestTypeIgnore:
+    case RequestTypeRemove:
+    case RequestTypeResolve:
+    case RequestTypeRevert:
+    case RequestTypeMakeDirectory:
+    case RequestTypeMerge:
+    case RequestTypeCopy:
+    case RequestTypeMove:
+    case RequestTypeUnignore:
+    case RequestTypeUpdate:
+    case RequestTypeSwitch:
+    case RequestTypeCheckout: return true;
+    default: return false;
+    }
+}
+
+bool mayHaveLeftLock(const QuenSourceControlOperation& operation) {
+    return operation.request() != nullptr && writesWorkingCopy(operation.request()->type()) &&
+           !operation.wasSkipped() && isInterruption(taskFailureOf(operation.error()));
+}
+
+String topOfWorkingCopy(const String& path) {
+    std::error_code error;
+    auto at = std::filesystem::absolute(path.str(), error).lexically_normal();
+    if (!at.has_filename() && at.has_relative_path()) {
+        at = at.parent_path(); // a slash at the end
+    }
+    while (!error && !at.empty()) {
+        // An error here says that there is nothing to be seen.
+        std::error_code ignored;
+        if (std::filesystem::exists(at / ".svn", ignored)) {
+            return at.string();
+        }
+        if (at == at.parent_path()) {
+            break;
+        }
+        at = at.parent_path();
+    }
+    return {};
+}
+
+std::shared_ptr<WorkingCopyCleanup> WorkingCopyCleanup::make(const String& path) {
+    const String top = topOfWorkingCopy(path);
+    const String target = top.isNil() ? path : top;
+    auto request = std::make_shared<QuenSourceControlRequest>();
+    request->initWithType(cleanupType, nullptr, StringArray{target}, Dictionary());
+    auto operation = std::make_shared<WorkingCopyCleanup>();
+    operation->initWithRequest(std::move(request));
+    operation->setLaunchPath(
+        appendingPathComponent(HostServices::shared().toolsDirectory().view(), "svn"));
+    operation->setArguments(StringArray{"cleanup", clientPath(target)});
+    return operation;
+}
+
+} // namespace quen
