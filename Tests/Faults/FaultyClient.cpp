@@ -1,0 +1,127 @@
+#include "Tests/Faults/FaultyClient.h"
+
+#include "Host/HostServices.h"
+#include "Host/Process/ChildProcess.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace quen {
+
+namespace {
+
+constexpr std::chrono::seconds bound{20};
+
+FileDescriptor makePipeWithName(const String& path) {
+    if (::mkfifo(path.c_str(), 0600) != 0) {
+        throw std::runtime_error("There can be no pipe at " + path.str() + ".");
+    }
+    // Open for writing too, so that a child's end does not end the stream.
+    return FileDescriptor(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+}
+
+std::string textOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+} // namespace
+
+FaultyClient::FaultyClient() : told_(makePipeWithName(tools_.pathOf("svn.told"))) {
+    putBack();
+    HostServices::shared().setToolsDirectory(tools_.path());
+    HostServices::shared().setTemporaryDirectory(temporary_.path());
+}
+
+FaultyClient::~FaultyClient() {
+    endLeftProcesses();
+    HostServices::shared().setToolsDirectory(nullptr);
+    HostServices::shared().setTemporaryDirectory(nullptr);
+}
+
+void FaultyClient::misbehave(std::string_view lines) const {
+    tools_.write("svn.fault", lines);
+}
+
+void FaultyClient::prepare(const std::string& ending, std::string_view text) const {
+    tools_.write("svn" + ending, text);
+}
+
+void FaultyClient::takeAway() const {
+    std::filesystem::remove_all(path().str());
+}
+
+void FaultyClient::takeRightToRun() const {
+    takeAway();
+    ::chmod(tools_.write("svn", "#!/bin/sh\n").c_str(), 0600);
+}
+
+void FaultyClient::replaceByDirectory() const {
+    takeAway();
+    std::filesystem::create_directory(path().str());
+}
+
+void FaultyClient::replaceByText() const {
+    takeAway();
+    ::chmod(tools_.write("svn", "no program at all\n").c_str(), 0700);
+}
+
+void FaultyClient::replaceByDeadLink() const {
+    takeAway();
+    std::filesystem::create_symlink(tools_.pathOf("nowhere").str(), path().str());
+}
+
+void FaultyClient::putBack() const {
+    takeAway();
+    std::filesystem::create_symlink(QUEN_FAULT_CHILD, path().str());
+}
+
+bool FaultyClient::waitUntilTold(std::size_t children) {
+    const auto lines = [this] {
+        return static_cast<std::size_t>(std::count(heard_.begin(), heard_.end(), '\n'));
+    };
+    const auto deadline = std::chrono::steady_clock::now() + bound;
+    while (lines() < children && std::chrono::steady_clock::now() < deadline) {
+        pollfd told{told_.number(), POLLIN, 0};
+        ::poll(&told, 1, 100);
+        std::array<char, 4096> piece{};
+        const ssize_t count = ::read(told_.number(), piece.data(), piece.size());
+        heard_.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    const bool isEnough = lines() >= children;
+    heard_.clear();
+    return isEnough;
+}
+
+std::vector<pid_t> FaultyClient::leftProcesses() const {
+    std::vector<pid_t> numbers;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") == std::string::npos &&
+            textOf(entry.path() / "cmdline").starts_with(path().str() + '\0')) {
+            numbers.push_back(std::stoi(name));
+        }
+    }
+    return numbers;
+}
+
+void FaultyClient::endLeftProcesses() const {
+    for (const pid_t number : leftProcesses()) {
+        const FileDescriptor process = openProcess(number);
+        ::kill(number, SIGKILL);
+        pollfd end{process.number(), POLLIN, 0};
+        ::poll(&end, 1, 10'000);
+    }
+}
+
+} // namespace quen

@@ -1,0 +1,70 @@
+#include "Host/TaskFailure.h"
+#include "Tests/Faults/ExpectedErrors.h"
+#include "Tests/Faults/FaultyClient.h"
+#include "Tests/Faults/LeftBehind.h"
+#include "Tests/Faults/Running.h"
+
+#include <gtest/gtest.h>
+
+namespace quen {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+enum class Limit { total, silence };
+
+struct LimitCase {
+    const char* fault;
+    Limit limit;
+};
+
+ClientRunner::Options optionsFor(Limit limit) {
+    ClientRunner::Options options;
+    (limit == Limit::total ? options.totalLimit : options.silenceLimit) = milliseconds(400);
+    options.politeness = milliseconds(200);
+    return options;
+}
+
+Error errorOf(Limit limit) {
+    const std::string words = "The client was ended because it took too long: ";
+    return limit == Limit::total
+               ? hostError(TaskErrorTimedOut, words + "its limit is 0.4 seconds.")
+               : hostError(TaskErrorFellSilent, words + "it wrote nothing for 0.4 seconds.");
+}
+
+TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {
+    const ScratchDirectory existing;
+    const std::vector<OperationKind> kinds = operationKinds(existing.path());
+    const FaultyClient client;
+    const LeftBehind left;
+    Tally tally("Limits");
+    for (const auto& [fault, limit] :
+         {LimitCase{"hang", Limit::total}, LimitCase{"hang", Limit::silence},
+          LimitCase{"hang-deaf", Limit::total}, LimitCase{"hang-deaf", Limit::silence},
+          LimitCase{"hang-closed", Limit::total}, LimitCase{"hang-closed", Limit::silence},
+          LimitCase{"chatter", Limit::total}, LimitCase{"stop", Limit::total},
+          LimitCase{"stop", Limit::silence}, LimitCase{"family", Limit::total},
+          LimitCase{"family-deaf", Limit::silence}, LimitCase{"flood:1000000", Limit::total}}) {
+        const bool floods = std::string_view(fault).starts_with("flood");
+        const RunnerWith runner(optionsFor(limit));
+        client.misbehave(fault);
+        const auto start = std::chrono::steady_clock::now();
+        for (const KindRun& run : runAll(kinds, floods ? 4 : kinds.size())) {
+            const std::string expected =
+                expectedLine(*run.kind, {.interruption = errorOf(limit), .wasEnded = true});
+            const std::string actual = actualLine(*run.operation);
+            tally.count(std::string(fault) + ", " + run.kind->name,
+                        actual == expected ? "" : actual + "\ninstead of\n" + expected);
+        }
+        tally.countGroup();
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)) << fault;
+        EXPECT_EQ(left.since(), "") << fault;
+        EXPECT_TRUE(client.leftProcesses().empty()) << fault;
+        EXPECT_FALSE(client.hasTemporaryFiles()) << fault;
+    }
+}
+
+} // namespace
+
+} // namespace quen
