@@ -19,7 +19,7 @@ struct Numbers {
 /// first: behind "unable to connect" a refused login is told as well as a name that does not
 /// resolve.
 struct Meaning {
-    TaskFailure failure;
+    TaskFailure failure = TaskFailure::other;
     std::initializer_list<Numbers> numbers;
 };
 

@@ -39,7 +39,7 @@ public:
     const Value& result() const;
     void setResult(Value result);
 
-    /// nil while there is none.
+    /// nil while there is none. Of one that a queue skipped: that it was cancelled.
     const Error& error() const;
     void setError(Error error);
 

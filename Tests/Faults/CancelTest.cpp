@@ -69,7 +69,7 @@ protected:
 
     void TearDown() override {
         EXPECT_EQ(left_.since(), "");
-        EXPECT_TRUE(client_.leftProcesses().empty());
+        EXPECT_TRUE(client_.leavesNoProcess());
         EXPECT_FALSE(client_.hasTemporaryFiles());
     }
 

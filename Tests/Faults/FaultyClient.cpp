@@ -30,6 +30,12 @@ FileDescriptor makePipeWithName(const String& path) {
     return FileDescriptor(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
 }
 
+bool endsSoon(pid_t number) {
+    const FileDescriptor process = openProcess(number);
+    pollfd end{process.number(), POLLIN, 0};
+    return !process.isOpen() || ::poll(&end, 1, 10'000) == 1;
+}
+
 std::string textOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -115,12 +121,15 @@ std::vector<pid_t> FaultyClient::leftProcesses() const {
     return numbers;
 }
 
+bool FaultyClient::leavesNoProcess() const {
+    const std::vector<pid_t> left = leftProcesses();
+    return std::all_of(left.begin(), left.end(), endsSoon) && leftProcesses().empty();
+}
+
 void FaultyClient::endLeftProcesses() const {
     for (const pid_t number : leftProcesses()) {
-        const FileDescriptor process = openProcess(number);
         ::kill(number, SIGKILL);
-        pollfd end{process.number(), POLLIN, 0};
-        ::poll(&end, 1, 10'000);
+        endsSoon(number);
     }
 }
 

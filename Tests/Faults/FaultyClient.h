@@ -42,7 +42,9 @@ public:
     bool hasTemporaryFiles() const { return !temporary_.isEmpty(); }
     /// What still runs of all that was started from here, by the system's numbers.
     std::vector<pid_t> leftProcesses() const;
-    /// Ends that, and waits until it is gone.
+    /// Whether all of that ends by itself: what was killed may not be gone at once.
+    bool leavesNoProcess() const;
+    /// Ends it, and waits until it is gone.
     void endLeftProcesses() const;
 
 private:

@@ -60,7 +60,7 @@ TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {
         tally.countGroup();
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)) << fault;
         EXPECT_EQ(left.since(), "") << fault;
-        EXPECT_TRUE(client.leftProcesses().empty()) << fault;
+        EXPECT_TRUE(client.leavesNoProcess()) << fault;
         EXPECT_FALSE(client.hasTemporaryFiles()) << fault;
     }
 }
