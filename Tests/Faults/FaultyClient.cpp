@@ -9,11 +9,10 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace quen {
@@ -36,9 +35,15 @@ bool endsSoon(pid_t number) {
     return !process.isOpen() || ::poll(&end, 1, 10'000) == 1;
 }
 
-std::string textOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+/// The program's name as it was started; empty for a process that is gone by now.
+std::string nameOfProcess(const std::string& number) {
+    const FileDescriptor file(
+        ::open(("/proc/" + number + "/cmdline").c_str(), O_RDONLY | O_CLOEXEC));
+    std::array<char, 4096> start{};
+    const ssize_t count = ::read(file.number(), start.data(), start.size());
+    const std::string_view words(start.data(),
+                                 static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return std::string(words.substr(0, words.find('\0')));
 }
 
 } // namespace
@@ -114,7 +119,7 @@ std::vector<pid_t> FaultyClient::leftProcesses() const {
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
         const std::string name = entry.path().filename();
         if (name.find_first_not_of("0123456789") == std::string::npos &&
-            textOf(entry.path() / "cmdline").starts_with(path().str() + '\0')) {
+            nameOfProcess(name) == path().str()) {
             numbers.push_back(std::stoi(name));
         }
     }
@@ -128,8 +133,12 @@ bool FaultyClient::leavesNoProcess() const {
 
 void FaultyClient::endLeftProcesses() const {
     for (const pid_t number : leftProcesses()) {
-        ::kill(number, SIGKILL);
-        endsSoon(number);
+        // By its descriptor: the number may be a stranger's by now.
+        const FileDescriptor process = openProcess(number);
+        if (nameOfProcess(std::to_string(number)) == path().str()) {
+            ::syscall(SYS_pidfd_send_signal, process.number(), SIGKILL, nullptr, 0);
+            endsSoon(number);
+        }
     }
 }
 

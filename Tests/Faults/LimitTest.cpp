@@ -27,10 +27,11 @@ ClientRunner::Options optionsFor(Limit limit) {
 }
 
 Error errorOf(Limit limit) {
-    const std::string words = "The client was ended because it took too long: ";
     return limit == Limit::total
-               ? hostError(TaskErrorTimedOut, words + "its limit is 0.4 seconds.")
-               : hostError(TaskErrorFellSilent, words + "it wrote nothing for 0.4 seconds.");
+               ? hostError(TaskErrorTimedOut, "The client was ended because it took too long: its "
+                                              "limit is 0.4 seconds.")
+               : hostError(TaskErrorFellSilent, "The client was ended because it took too long: it "
+                                                "wrote nothing for 0.4 seconds.");
 }
 
 TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {
