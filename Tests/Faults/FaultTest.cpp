@@ -148,11 +148,10 @@ TEST_F(FaultTest, OutputOfEveryKind) {
 TEST_F(FaultTest, TheClientFindsNoTerminalAndNothingToRead) {
     const auto output = [&](const char* fault) {
         client_.misbehave(fault);
-        Request request;
-        request.type = RequestTypeDiff;
-        request.startingRevision = "1";
-        request.files = StringArray{"a.c"};
-        const auto operation = loadedProvider()->operationForRequest(request.make());
+        const auto kind = std::find_if(kinds_.begin(), kinds_.end(), [](const OperationKind& each) {
+            return each.name == "diff text";
+        });
+        const auto operation = operationOf(*kind);
         operation->main();
         return (*operation->result().array())[0]
             .dictionary()
