@@ -3,7 +3,7 @@
 #
 # A need is written PACKAGE=PROOF: the package's name on Debian, and what shows that it is there
 # where the package is not known, be it a system without dpkg or a tool that came another way:
-# a command, or a header in angle brackets.
+# a command, a file by its whole path, or a header in angle brackets.
 
 # shellcheck disable=SC2034 # read by name
 quen_needs_build=(
@@ -22,6 +22,10 @@ quen_needs_check=(
     'libgtest-dev=<gtest/gtest.h>'
     'libgmock-dev=<gmock/gmock.h>'
     'libxml2-dev=<libxml2/libxml/parser.h>'
+    apache2-bin=/usr/sbin/apache2
+    libapache2-mod-svn=/usr/lib/apache2/modules/mod_dav_svn.so
+    openssh-server=/usr/sbin/sshd
+    openssh-client=ssh
 )
 # shellcheck disable=SC2034
 quen_needs_ci=(
@@ -41,9 +45,10 @@ quen_say() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
 }
 
-# Whether the proof, a command or a header, is there.
+# Whether the proof, a command, a file or a header, is there.
 quen_is_there() {
     case $1 in
+        /*) [[ -e $1 ]] ;;
         '<'*) "${CXX:-g++}" -E -x c++ - >/dev/null 2>&1 <<<"#include $1" ;;
         *) command -v -- "$1" >/dev/null ;;
     esac
@@ -94,6 +99,11 @@ quen_install_missing() {
     quen_say "Installing ${quen_missing[*]} (once)..."
     # The lists may be old or absent; whether that matters, the installation tells.
     "${as_root[@]}" "${apt[@]}" update </dev/null >"$log" 2>&1
+    if [[ " ${quen_missing[*]} " == *' openssh-server '* ]]; then
+        # The tests start their own. By this file the package leaves the machine's own alone, now
+        # and when the machine starts.
+        "${as_root[@]}" install -D -m 644 /dev/null /etc/ssh/sshd_not_to_be_run </dev/null >>"$log" 2>&1
+    fi
     "${as_root[@]}" "${apt[@]}" install --no-install-recommends "${quen_missing[@]}" \
         </dev/null >>"$log" 2>&1 || {
         quen_say_missing "$(grep -m 1 '^E: ' "$log" || echo "apt-get failed, see $log")"

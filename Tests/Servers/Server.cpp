@@ -1,0 +1,82 @@
+#include "Tests/Servers/Server.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace quen {
+
+namespace {
+
+constexpr std::chrono::seconds patience{20};
+
+void waitUntilListening(const Loopback& place, RunningProgram& program, const std::string& name) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (!isListening(place)) {
+        if (program.endsWithin(std::chrono::milliseconds(5)) ||
+            std::chrono::steady_clock::now() > deadline) {
+            throw std::runtime_error("The server does not start: " + name + ": " + program.end());
+        }
+    }
+}
+
+/// An entry of the client's own files.
+std::string keptEntry(const std::string& key, const std::string& value) {
+    return "K " + std::to_string(key.size()) + "\n" + key + "\nV " + std::to_string(value.size()) +
+           "\n" + value + "\n";
+}
+
+} // namespace
+
+std::string nameOf(ServerKind kind) {
+    switch (kind) {
+    case ServerKind::files: return "files";
+    case ServerKind::svnserve: return "svnserve";
+    case ServerKind::svnserveWithPassword: return "svnserveWithPassword";
+    case ServerKind::httpd: return "httpd";
+    case ServerKind::sshd: return "sshd";
+    }
+    return "";
+}
+
+Server::Server(const Sandbox& sandbox, ServerKind kind)
+    : sandbox_(sandbox), kind_(kind), place_(Loopback::free()),
+      plan_(planServer(sandbox, kind, place_)) {
+    if (!plan_.realm.empty()) {
+        keepPassword(password);
+    }
+    if (!plan_.command.empty()) {
+        program_ = std::make_unique<RunningProgram>(sandbox, plan_.command);
+        waitUntilListening(place_, *program_, plan_.command.front());
+    }
+}
+
+std::string Server::url(std::string_view path) const {
+    return plan_.url + (path.empty() ? "" : "/") + std::string(path);
+}
+
+std::string Server::author() const {
+    return kind_ == ServerKind::svnserve ? "" : user;
+}
+
+/// The client names such a file by the realm's MD5. It does not write passwords in the clear any
+/// more, and still reads them.
+std::string Server::keptPasswordFile() const {
+    sandbox_.write(sandbox_.root() / "realm", plan_.realm);
+    const Ran ran = sandbox_.run({"md5sum", "realm"}, sandbox_.root());
+    return (sandbox_.root() / "home/.subversion/auth/svn.simple" /
+            ran.out.substr(0, ran.out.find(' ')))
+        .string();
+}
+
+void Server::keepPassword(const std::string& kept) const {
+    sandbox_.write(keptPasswordFile(), keptEntry("passtype", "simple") +
+                                           keptEntry("password", kept) +
+                                           keptEntry("svn:realmstring", plan_.realm) +
+                                           keptEntry("username", user) + "END\n");
+}
+
+void Server::forgetPassword() const {
+    std::filesystem::remove(keptPasswordFile());
+}
+
+} // namespace quen
