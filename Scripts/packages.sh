@@ -40,6 +40,9 @@ quen_needs_ci=(
 
 quen_status_unavailable=69
 
+# Where the system's files lie; the tests play another.
+quen_root=
+
 # Prints a line of the calling script on standard error.
 quen_say() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
@@ -48,7 +51,7 @@ quen_say() {
 # Whether the proof, a command, a file or a header, is there.
 quen_is_there() {
     case $1 in
-        /*) [[ -e $1 ]] ;;
+        /*) [[ -e $quen_root$1 ]] ;;
         '<'*) "${CXX:-g++}" -E -x c++ - >/dev/null 2>&1 <<<"#include $1" ;;
         *) command -v -- "$1" >/dev/null ;;
     esac
@@ -102,7 +105,8 @@ quen_install_missing() {
     if [[ " ${quen_missing[*]} " == *' openssh-server '* ]]; then
         # The tests start their own. By this file the package leaves the machine's own alone, now
         # and when the machine starts.
-        "${as_root[@]}" install -D -m 644 /dev/null /etc/ssh/sshd_not_to_be_run </dev/null >>"$log" 2>&1
+        "${as_root[@]}" install -D -m 644 /dev/null /etc/ssh/sshd_not_to_be_run \
+            </dev/null >>"$log" 2>&1
     fi
     "${as_root[@]}" "${apt[@]}" install --no-install-recommends "${quen_missing[@]}" \
         </dev/null >>"$log" 2>&1 || {

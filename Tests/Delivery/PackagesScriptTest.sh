@@ -29,6 +29,7 @@ make_system() {
     printf '%s\n' ${2:+$2} >"$scratch/installed"
     play id "echo $1"
     play dpkg-query "while read -r p; do echo \"installed \$p\"; done <$scratch/installed"
+    play install 'exit 0'
     play apt-get "[[ \$* == *\ install\ * ]] && printf '%s\n' \"\$@\" >>$scratch/installed; exit 0"
 }
 
@@ -37,8 +38,8 @@ require() {
     : >"$scratch/calls"
     # shellcheck disable=SC2016 # for the inner shell
     said=$(PATH=$scratch/bin "$BASH" -c \
-        '. "$1"; shift; quen_require "$@"' check "$source_tree/Scripts/packages.sh" \
-        "$scratch/log" "$@" 2>&1 </dev/null)
+        '. "$1"; quen_root=$2; shift 2; quen_require "$@"' check \
+        "$source_tree/Scripts/packages.sh" "$scratch/root" "$scratch/log" "$@" 2>&1 </dev/null)
     status=$?
     calls=$(grep -v '^id ' "$scratch/calls")
 }
@@ -65,7 +66,11 @@ expect 'root: the second call installs nothing' "$said $status" ' 0'
 make_system 0 "$all_build"
 require build check
 expect 'purposes add up' "$said" \
-    'check: Installing libgtest-dev libgmock-dev libxml2-dev (once)...'
+    "check: Installing libgtest-dev libgmock-dev libxml2-dev apache2-bin libapache2-mod-svn\
+ openssh-server openssh-client (once)..."
+expect_like 'a server is told not to run before it comes' "$calls" \
+    "*install -D -m 644 /dev/null /etc/ssh/sshd_not_to_be_run
+apt-get *install*openssh-server*"
 
 make_system 1000 "${all_build/subversion/}"
 require build

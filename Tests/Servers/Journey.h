@@ -19,6 +19,7 @@ public:
 
     const Sandbox& sandbox() const { return sandbox_; }
     const Server& server() const { return server_; }
+    Server& server() { return server_; }
 
     std::filesystem::path place(const std::string& name) const { return sandbox_.root() / name; }
     /// Where the relative paths of requests begin: a checkout that the journey makes first.

@@ -1,0 +1,38 @@
+#include "Tests/Servers/ClosingServer.h"
+
+#include <array>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
+
+namespace quen {
+
+ClosingServer::ClosingServer(std::string words)
+    : words_(std::move(words)), socket_(bindLoopback(place_)) {
+    if (listen(socket_.number(), SOMAXCONN) != 0) {
+        throw std::runtime_error("Nobody can listen at " + place_.text() + ".");
+    }
+    thread_ = std::thread([this] { serve(); });
+}
+
+ClosingServer::~ClosingServer() {
+    shutdown(socket_.number(), SHUT_RDWR); // ends the waiting for callers
+    thread_.join();
+}
+
+void ClosingServer::serve() const {
+    for (;;) {
+        const FileDescriptor caller(accept4(socket_.number(), nullptr, nullptr, SOCK_CLOEXEC));
+        if (!caller.isOpen()) {
+            return;
+        }
+        send(caller.number(), words_.data(), words_.size(), MSG_NOSIGNAL);
+        shutdown(caller.number(), SHUT_WR);
+        std::array<char, 4096> unheard{};
+        while (read(caller.number(), unheard.data(), unheard.size()) > 0) {
+        }
+    }
+}
+
+} // namespace quen
