@@ -25,7 +25,7 @@ Json Journey::serve(const Json& request, RequestType type, const Json& tree) con
     whole["type"] = type;
     whole["sourceTree"] = tree;
     whole["repositoryToAuthenticate"] = repository();
-    sandbox_.write(place("input.json"), Json{{"request", whole}}.dump());
+    sandbox_.write(place("input.json"), Json{{"request", whole}, {"logLevel", 9}}.dump());
     const auto directory = std::filesystem::exists(workingCopy()) ? workingCopy() : sandbox_.root();
     const Ran ran = sandbox_.run({Sandbox::program(), "request", place("input.json").string()},
                                  directory, server_.variables());

@@ -213,6 +213,26 @@ INSTANTIATE_TEST_SUITE_P(
              "svn+ssh://nowhere.invalid/repository"}),
     ::testing::PrintToStringParamName());
 
+/// What is kept for the client is the client's alone.
+TEST(Passwords, AreInNoArgumentLogOrError) {
+    for (const ServerKind kind : {ServerKind::svnserveWithPassword, ServerKind::httpd}) {
+        const Journey journey(kind);
+        const auto textOfInfo = [&](const std::string& password) {
+            journey.server().keepPassword(password);
+            return journey
+                .serve({{"files", {journey.server().url("trunk")}}}, RequestTypeInfo,
+                       journey.repository())
+                .dump();
+        };
+        const std::string good = textOfInfo(Server::password);
+        EXPECT_THAT(good, HasSubstr("\"error\":null"));
+        EXPECT_THAT(good, ::testing::Not(HasSubstr(Server::password)));
+        const std::string bad = textOfInfo("waterland");
+        EXPECT_THAT(bad, HasSubstr(credentials));
+        EXPECT_THAT(bad, ::testing::Not(HasSubstr("waterland")));
+    }
+}
+
 // Servers that go in the middle.
 
 struct Cut {

@@ -21,6 +21,14 @@ TEST(BranchName, HasPartsThatStandForThemselves) {
     }
 }
 
+/// Behind `--` a word that begins with `-` arrives as a path.
+TEST(BranchName, MayBeginWithADash) {
+    EXPECT_EQ(branchNameSaid("./-x"), "-x");
+    EXPECT_EQ(branchNameSaid("-x"), "-x");
+    EXPECT_EQ(branchNameSaid("./x"), "./x");
+    EXPECT_EQ(branchNameSaid("a/./-x"), "a/./-x");
+}
+
 struct URLCase {
     std::string name;
     std::string branch;

@@ -86,8 +86,10 @@ CLI::App* addEdit(CommandLine& line, CLI::App& branch, const Edit& edit, const s
     options->message.addTo(*command);
     options->layout.addTo(*command);
     options->common.addTo(*command);
-    command->callback(
-        [&line, edit, options] { line.run = [edit, options] { return runEdit(edit, *options); }; });
+    command->callback([&line, edit, options] {
+        options->name = branchNameSaid(options->name);
+        line.run = [edit, options] { return runEdit(edit, *options); };
+    });
     return command;
 }
 

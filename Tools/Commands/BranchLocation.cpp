@@ -34,6 +34,10 @@ bool isBranchName(std::string_view name) {
     }
 }
 
+std::string branchNameSaid(const std::string& word) {
+    return word.starts_with("./-") ? word.substr(2) : word;
+}
+
 String branchNameInURL(std::string_view name) {
     std::string encoded;
     for (const char c : name) {
@@ -48,7 +52,8 @@ String branchNameInURL(std::string_view name) {
 
 std::optional<String> branchLocation(Session& session, const CommonOptions& common,
                                      const LayoutOptions& layout, const std::string& place,
-                                     const std::string& branch) {
+                                     const std::string& word) {
+    const std::string branch = branchNameSaid(word);
     if (isRepositoryURL(branch) || branch.starts_with("^/")) {
         return closedClientPath(branch);
     }

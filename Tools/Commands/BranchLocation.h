@@ -12,6 +12,10 @@ namespace quen {
 /// Anything else would stand for the folder of the branches, or for something outside it.
 bool isBranchName(std::string_view name);
 
+/// The branch that a person named. Behind `--` a word that begins with `-` has been given the form
+/// of a path, `./-name`; as no branch can be named like that, the name is clear.
+std::string branchNameSaid(const std::string& word);
+
 /// The name as it stands behind the URL of the branches, for what a plug-in hands to the client as
 /// it is: percent-encoded, and closed like a name that holds an `@`.
 String branchNameInURL(std::string_view name);

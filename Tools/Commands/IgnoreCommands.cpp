@@ -3,6 +3,7 @@
 #include "Host/HostServices.h"
 #include "Host/TaskErrors.h"
 #include "Tools/Commands/Change.h"
+#include "Tools/Commands/IgnoreListGuard.h"
 #include "Tools/Commands/Locations.h"
 #include "Tools/Commands/SourceTreeFinder.h"
 #include "Tools/Request/RunRecorder.h"
@@ -93,7 +94,8 @@ int runEdit(const Edit& edit, const Options& options) {
     if (!source) {
         return ExitFailure;
     }
-    const auto recorder = std::make_shared<RunRecorder>(HostServices::shared().toolRunner());
+    const auto recorder = std::make_shared<RunRecorder>(
+        std::make_shared<IgnoreListGuard>(HostServices::shared().toolRunner()));
     HostServices::shared().setToolRunner(recorder);
     StringArray names;
     std::transform(options.paths.begin(), options.paths.end(), std::back_inserter(names),
