@@ -21,6 +21,11 @@ namespace {
 /// from ever holding a large piece twice, and fit its lengths, which are ints.
 constexpr std::size_t sliceSize = 64 * 1024;
 
+/// Engines before 2.6 begin again with a token that has not ended, each time that more of it
+/// arrives: a name of 100 MB in pieces would take hours. From this size on they are given more of
+/// it only when it is as much again.
+constexpr std::size_t longToken = 1024;
+
 /// The report may be in order and still not be read.
 bool isAboutForm(XML_Error code) noexcept {
     constexpr std::array others = {XML_ERROR_NO_MEMORY,
@@ -89,6 +94,10 @@ private:
     std::size_t depth_ = 0;
     std::size_t matched_ = 0;
     std::size_t containersBegun_ = 0;
+    /// What the engine was given, what of it belongs to a token that has not ended, and what waits.
+    std::size_t given_ = 0;
+    std::size_t unended_ = 0;
+    std::string waiting_;
     bool isEmpty_ = true;
     bool isDeclaredOutside_ = false;
     bool hasStopped_ = false;
@@ -256,21 +265,31 @@ void XMLReportReader::Engine::parse(std::string_view slice, bool isLast) {
         hasStopped_ = true;
         error_ = errorHere(XML_GetErrorCode(parser_.get()));
     }
+    given_ += slice.size();
+    const XML_Index reached = XML_GetCurrentByteIndex(parser_.get());
+    unended_ = reached < 0 ? 0 : given_ - std::min(given_, static_cast<std::size_t>(reached));
 }
 
 bool XMLReportReader::Engine::read(std::string_view piece) {
     isEmpty_ = isEmpty_ && piece.empty();
     while (!piece.empty() && !hasStopped_) {
         const std::string_view slice = piece.substr(0, sliceSize);
-        parse(slice, false);
         piece.remove_prefix(slice.size());
+        if (unended_ <= longToken) {
+            parse(slice, false);
+            continue;
+        }
+        waiting_ += slice;
+        if (waiting_.size() >= unended_) {
+            parse(std::exchange(waiting_, {}), false);
+        }
     }
     return !hasStopped_;
 }
 
 Error XMLReportReader::Engine::finish() {
     if (!hasStopped_) {
-        parse("", true);
+        parse(waiting_, true);
     } else if (!error_) {
         error_ = errorHere(XML_ERROR_ABORTED);
     }
