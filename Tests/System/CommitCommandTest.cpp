@@ -126,6 +126,8 @@ TEST_F(CommitCommandTest, KeepsTheMessageOfACommitThatFails) {
     std::string file = ran.err.substr(ran.err.find(told) + told.size());
     file.erase(file.find('\n'));
     EXPECT_EQ(sandbox_.read(file), "Precious\n");
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
 }
 
 } // namespace

@@ -25,6 +25,6 @@ String branchNameInURL(std::string_view name);
 /// given it; nullopt where it cannot be found out, which has then been told.
 std::optional<String> branchLocation(Session& session, const CommonOptions& common,
                                      const LayoutOptions& layout, const std::string& place,
-                                     const std::string& branch);
+                                     const std::string& word);
 
 } // namespace quen

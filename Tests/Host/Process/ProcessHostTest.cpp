@@ -46,6 +46,18 @@ TEST_F(ProcessHostTest, HandsNothingOfItselfToTheChild) {
               cleanState);
 }
 
+TEST_F(ProcessHostTest, KeepsItsInputToItself) {
+    EXPECT_EQ(inForkedHost([]() -> std::string {
+                  std::array<int, 2> input{};
+                  if (::pipe(input.data()) != 0 || ::write(input[1], "secret\n", 7) != 7 ||
+                      ::dup2(input[0], STDIN_FILENO) != STDIN_FILENO) {
+                      return "there is no input to be had";
+                  }
+                  return std::string(outputOf(run(faultChild("read-input"))));
+              }),
+              "0 bytes\n");
+}
+
 TEST_F(ProcessHostTest, MayStartOtherProgramsMeanwhile) {
     const std::vector<int> before = openDescriptors();
     int opened = 0;
