@@ -26,6 +26,9 @@ constexpr std::size_t sliceSize = 64 * 1024;
 /// it only when it is as much again.
 constexpr std::size_t longToken = 1024;
 
+/// The engine guesses the encoding by so many bytes; from fewer it makes another guess.
+constexpr std::size_t headSize = 2;
+
 /// The report may be in order and still not be read.
 bool isAboutForm(XML_Error code) noexcept {
     constexpr std::array others = {XML_ERROR_NO_MEMORY,
@@ -83,6 +86,7 @@ private:
     void refuseUnseenEntity();
     void fail(XML_Error code);
     void stop() noexcept;
+    std::size_t leastToGive() const noexcept;
     void parse(std::string_view slice, bool isLast);
     Error errorHere(XML_Error code) const;
 
@@ -270,17 +274,22 @@ void XMLReportReader::Engine::parse(std::string_view slice, bool isLast) {
     unended_ = reached < 0 ? 0 : given_ - std::min(given_, static_cast<std::size_t>(reached));
 }
 
+/// How much there must be before the engine is given more.
+std::size_t XMLReportReader::Engine::leastToGive() const noexcept {
+    return given_ == 0 ? headSize : unended_ > longToken ? unended_ : 0;
+}
+
 bool XMLReportReader::Engine::read(std::string_view piece) {
     isEmpty_ = isEmpty_ && piece.empty();
     while (!piece.empty() && !hasStopped_) {
         const std::string_view slice = piece.substr(0, sliceSize);
         piece.remove_prefix(slice.size());
-        if (unended_ <= longToken) {
+        if (waiting_.empty() && slice.size() >= leastToGive()) {
             parse(slice, false);
             continue;
         }
         waiting_ += slice;
-        if (waiting_.size() >= unended_) {
+        if (waiting_.size() >= leastToGive()) {
             parse(std::exchange(waiting_, {}), false);
         }
     }

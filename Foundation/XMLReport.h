@@ -82,8 +82,9 @@ private:
 };
 
 /// Reads a report of one root with many small records, whole or in pieces as they arrive, with the
-/// same results. Memory does not grow with the report: each finished record is handed over as a
-/// small tree and its memory is used again for the next.
+/// same results (but for the words about junk behind the root). Memory does not grow with the
+/// report: each finished record is handed over as a small tree and its memory is used again for the
+/// next.
 ///
 /// The reader is strict. Anything that is not well-formed is an error, down to an undefined entity
 /// or a doubled attribute; so is an empty report, and so are entities nested to blow up a small

@@ -253,6 +253,8 @@ std::string inUTF16(std::string_view ascii, bool bigEndian) {
 TEST(XMLReportTest, ReadsOtherEncodingsAsUTF8) {
     const std::string declared = "<?xml version='1.0' encoding='UTF-16'?>"
                                  "<r><e path='a&#xfc;'>b&#xfc;</e></r>";
+    // Without a mark, and not even a bracket in front, the first two bytes alone tell.
+    const std::string undeclared = " <r><e path='a&#xfc;'>b&#xfc;</e></r>";
     const std::string reports[] = {
         "<r><e path='aü'>bü</e></r>",
         "\xef\xbb\xbf<r><e path='aü'>bü</e></r>",
@@ -261,6 +263,8 @@ TEST(XMLReportTest, ReadsOtherEncodingsAsUTF8) {
         "<?xml version='1.0' encoding='US-ASCII'?><r><e path='a&#252;'>b&#252;</e></r>",
         inUTF16(declared, true),
         inUTF16(declared, false),
+        inUTF16(undeclared, true).substr(2),
+        inUTF16(undeclared, false).substr(2),
     };
     const Description describe = [](const XMLElement& record) {
         return pathOf(record) + " " + textOf(record);
