@@ -33,14 +33,13 @@ struct LeadingNumber {
 
 /// `E210002: ` or `W155007: ` at the start.
 std::optional<LeadingNumber> leadingNumber(std::string_view text) {
-    if (text.empty() || (text.front() != 'E' && text.front() != 'W')) {
+    if (text.size() < 2 || (text[0] != 'E' && text[0] != 'W') || text[1] == '-') {
         return std::nullopt;
     }
     LeadingNumber leading{{text.front() == 'W', 0}, 0};
     const char* const end = text.data() + text.size();
     const auto [rest, status] = std::from_chars(text.data() + 1, end, leading.number.number);
-    if (status != std::errc() || leading.number.number < 0 ||
-        !std::string_view(rest, end).starts_with(": ")) {
+    if (status != std::errc() || !std::string_view(rest, end).starts_with(": ")) {
         return std::nullopt;
     }
     leading.length = static_cast<std::size_t>(rest - text.data()) + 2;

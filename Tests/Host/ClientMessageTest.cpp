@@ -73,9 +73,9 @@ INSTANTIATE_TEST_SUITE_P(
         MessageCase{"a number further in stays", "svn: see E210002: x", "svn: see E210002: x", {}},
         MessageCase{"what only looks like a number stays",
                     "svn: E: a\nsvn: Error: b\nsvn: E12 c\nsvn: E12:d\nsvn: E12x: e\nsvn: F12: "
-                    "f\nsvn: E-1: g\nsvn: e12: h\nsvn: E12",
+                    "f\nsvn: E-1: g\nsvn: E-0: g\nsvn: e12: h\nsvn: E12",
                     "svn: E: a\nsvn: Error: b\nsvn: E12 c\nsvn: E12:d\nsvn: E12x: e\nsvn: F12: "
-                    "f\nsvn: E-1: g\nsvn: e12: h\nsvn: E12",
+                    "f\nsvn: E-1: g\nsvn: E-0: g\nsvn: e12: h\nsvn: E12",
                     {}},
         MessageCase{"a number that is too large stays",
                     "svn: E99999999999999999999: x",
