@@ -66,6 +66,10 @@ struct Fields {
     }
 
     std::optional<Date> date() const noexcept {
+        // The calendar's types would take what is too large for them as something else.
+        if (year > static_cast<int>(std::chrono::year::max()) || month > 12 || day > 31) {
+            return std::nullopt;
+        }
         const std::chrono::year_month_day calendar{std::chrono::year(year),
                                                    std::chrono::month(static_cast<unsigned>(month)),
                                                    std::chrono::day(static_cast<unsigned>(day))};
