@@ -3,7 +3,8 @@
 #
 # A need is written PACKAGE=PROOF: the package's name on Debian, and what shows that it is there
 # where the package is not known, be it a system without dpkg or a tool that came another way:
-# a command, a file by its whole path, or a header in angle brackets.
+# a command, a file by its whole path, a header in angle brackets, or an option that clang can link
+# with.
 
 # shellcheck disable=SC2034 # read by name
 quen_needs_build=(
@@ -32,7 +33,7 @@ quen_needs_ci=(
     clang=clang++
     clang-tidy=run-clang-tidy
     clang-format=clang-format
-    'libclang-rt-dev=<sanitizer/common_interface_defs.h>'
+    'libclang-rt-dev=-fsanitize=fuzzer,address'
     'libbenchmark-dev=<benchmark/benchmark.h>'
     shellcheck=shellcheck
     git=git
@@ -48,10 +49,12 @@ quen_say() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
 }
 
-# Whether the proof, a command, a file or a header, is there.
+# Whether the proof, a command, a file, a header or an option, is there.
 quen_is_there() {
     case $1 in
         /*) [[ -e $quen_root$1 ]] ;;
+        -*) clang++ "$1" -x c++ - -o /dev/null >/dev/null 2>&1 \
+            <<<'extern "C" int LLVMFuzzerTestOneInput(const char*, unsigned long) { return 0; }' ;;
         '<'*) "${CXX:-g++}" -E -x c++ - >/dev/null 2>&1 <<<"#include $1" ;;
         *) command -v -- "$1" >/dev/null ;;
     esac
