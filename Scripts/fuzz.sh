@@ -46,44 +46,71 @@ read_arguments() {
     done
 }
 
-# Writes a seed of the target $1: standard input.
+# Writes a seed of the target $1; $2 is a format of printf, its arguments follow.
 write_seed() {
-    cat >"$(mktemp "$out/seeds/$1/XXXXXX")"
+    seeds=$((seeds + 1))
+    # shellcheck disable=SC2059 # escapes make bytes that choose
+    printf "$2" "${@:3}" >"$out/seeds/$1/$seeds"
 }
 
 # Seeds of the target $1: each of the files ($3...) behind the text $2 and the bytes that choose
-# options and cuts. Escapes of printf are understood.
+# options and cuts; a report of XML also with declarations of its own, which the client never makes.
 seed_reports() {
-    local target=$1 head=$2 file choices
+    local target=$1 head=$2 file text choices
+    local inside='<!DOCTYPE r [<!ENTITY e "v"><!ENTITY f SYSTEM "f">]>'
+    local outside='<!DOCTYPE r SYSTEM "r" [<!ENTITY e "v"><!ATTLIST entry kind CDATA "&e;">]>'
     shift 2
     for file in "$@"; do
+        text=$(<"$file")
         for choices in '\0\0\200' '\1\5\0' '\2\0\100' '\3\200\1' '\4\37\0' '\7\0\300'; do
-            # shellcheck disable=SC2059 # it is the format that is wanted
-            { printf "$head$choices" && cat "$file"; } | write_seed "$target"
+            write_seed "$target" "$head$choices%s\n" "$text"
         done
+        [[ $file == *.xml ]] || continue
+        write_seed "$target" "$head\2\40\0%s\n" "${text/'?>'/"?>$inside"}"
+        text=${text//'</'/'&f;</'}
+        write_seed "$target" "$head\2\40\0%s\n" "${text/'?>'/"?>$inside"}"
+        write_seed "$target" "$head\2\40\0%s\n" "${text/'?>'/"?>$outside"}"
     done
 }
 
-json_text() {
-    sed -e 's/\\/\\\\/g; s/"/\\"/g; s/\t/\\t/g' "$1" | awk '{ printf "%s\\n", $0 }'
+# Sets `json`, a string of JSON, to the text $1.
+to_json() {
+    json=${1//\\/\\\\}
+    json=${json//'"'/'\"'}
+    json=${json//$'\t'/'\t'}
+    json=\"${json//$'\n'/'\n'}\"
 }
 
-# The console replays every report, for a request of the type $1.
+# The console replays every report, for a request of the type that its directory tells, and makes a
+# request of every type from all that a request can hold.
 seed_console() {
-    local type=$1 file tree
-    shift
-    tree='{"kind": "repository", "location": "file:///r", "trunkLocation": "file:///r/trunk"'
-    tree+=', "branchesLocation": "file:///r/branches", "user": "jane"}'
-    for file in "$@"; do
-        printf '{"request": {"type": "%s", "sourceTree": %s, "files": ["a.c"]}, "replay": [{' \
-            "$type" "$tree"
-        printf '"stdout": "%s", "stderr": "", "exitStatus": 0}, {"stdoutBase64": "YQ=="}]}' \
-            "$(json_text "$file")"
-    done | write_seed RequestConsole
+    local file type json
+    local tree='{"kind": "repository", "location": "file:///r", "user": "jane",
+        "trunkLocation": "file:///r/trunk", "branchesLocation": "file:///r/branches"}'
+    local replayed='{"request": {"type": "RequestType%s", "sourceTree": %s, "files": ["a.c"]},
+        "replay": [{"stdout": %s}, {"stdoutBase64": "YQ==", "exitStatus": 1}]}'
+    local full='{"request": {"type": %d, "files": ["/w/a", "/w/b@2"], "destination": "/w/c",
+        "sourceTree": {"kind": "workingTree", "location": "/w", "repository": %s},
+        "startingRevision": {"constant": "QuenSourceControlBASERevisionName"},
+        "endingRevision": "7", "repositoryToAuthenticate": %s,
+        "options": {"QuenSourceControlRequestOptionMessage": "why",
+            "QuenSourceControlRequestOptionLogOutputLimit": 3,
+            "QuenSourceControlRequestOptionSupplyDirectRevision": true}},
+        "logLevel": 3, "replay": [{"stderr": "svn: E155007: is not a working copy\\n"}]}'
+    for file in "$reports"/*/*.{xml,txt}; do
+        type=${file%/*}
+        type=${type##*/}
+        [[ $type == propget ]] && type=ignore
+        to_json "$(<"$file")"
+        write_seed RequestConsole "$replayed" "${type^}" "$tree" "$json"
+    done
+    for type in {0..39}; do
+        write_seed RequestConsole "$full" "$type" "$tree" "$tree"
+    done
 }
 
 seed_one() {
-    local target=$1 file date
+    local target=$1 seeds=0 file date
     rm -rf "${out:?}/seeds/$target"
     mkdir -p "$out/seeds/$target" "$out/corpus/$target"
     case $target in
@@ -96,25 +123,13 @@ seed_one() {
         Ignore) seed_reports "$target" 'a.txt\n' "$reports"/propget/*.xml ;;
         ClientMessage | ErrorTranslation)
             for file in "$reports"/*/*.stderr; do
-                { printf '\1\1' && cat "$file"; } | write_seed "$target"
+                write_seed "$target" '\1\1%s\n' "$(<"$file")"
             done ;;
         Date)
-            grep -hro '[0-9-]*T[0-9:.]*Z' "$reports" | sort -u | while read -r date; do
-                printf '%s' "$date" | write_seed "$target"
-            done ;;
-        RequestConsole)
-            for file in "$reports"/*/*.{xml,txt}; do
-                seed_console "$(type_of "$file")" "$file"
-            done ;;
-    esac
-}
-
-# The request type that a report belongs to, by its directory.
-type_of() {
-    local directory=${1%/*}
-    case ${directory##*/} in
-        propget) echo RequestTypeIgnore ;;
-        *) directory=${directory##*/} && echo "RequestType${directory^}" ;;
+            while read -r date; do
+                write_seed "$target" '%s' "$date"
+            done < <(grep -hro '[0-9-]*T[0-9:.]*Z' "$reports" | sort -u) ;;
+        RequestConsole) seed_console ;;
     esac
 }
 
