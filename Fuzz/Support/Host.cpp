@@ -62,9 +62,10 @@ private:
     const QuenSourceControlOperationPtr operation_;
 };
 
-/// The host for the life of the process.
+/// The host for the life of the process, in place before the first operation is made.
 struct PlayingHost {
-    std::shared_ptr<PlayingRunner> runner = std::make_shared<PlayingRunner>();
+    const std::shared_ptr<PlayingRunner> runner = std::make_shared<PlayingRunner>();
+    const OperationQueuePtr queue = OperationQueue::make(0);
     std::vector<String> remarks;
 
     PlayingHost() {
@@ -82,6 +83,8 @@ struct PlayingHost {
         QuenSourceControlManager::sourceControlLogAspect()->_logLevel = 2;
     }
 };
+
+PlayingHost host;
 
 } // namespace
 
@@ -103,11 +106,9 @@ void PrintTo(const Outcome& outcome, std::ostream* out) {
 }
 
 Outcome outcomeOf(const QuenSourceControlOperationPtr& operation, std::vector<PlayedRun> runs) {
-    static PlayingHost host;
-    static const OperationQueuePtr queue = OperationQueue::make(0);
     host.runner->play(std::move(runs));
     host.remarks.clear();
-    queue->addOperation(std::make_shared<Guarded>(operation));
+    host.queue->addOperation(std::make_shared<Guarded>(operation));
     const auto* const task = dynamic_cast<const QuenSourceControlTaskOperation*>(operation.get());
     return {operation->result(), operation->error(), task == nullptr || task->data() == nullptr,
             std::exchange(host.remarks, {}), host.runner->takeAsked()};
