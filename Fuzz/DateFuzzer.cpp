@@ -5,6 +5,7 @@
 #include <charconv>
 #include <ctime>
 #include <optional>
+#include <string>
 
 namespace quen {
 
@@ -55,12 +56,42 @@ std::optional<Date> dateFrom(std::string_view pattern, std::string_view text) {
     return formatter.dateFromString(text);
 }
 
-/// Any pattern: a date that was read must be one that the client's pattern reads too.
+/// The digits that stand where a pattern without quotes has its last run of the letter.
+std::string digitsFor(char letter, std::string_view pattern, std::string_view text) {
+    const std::size_t end = pattern.rfind(letter);
+    if (end == std::string_view::npos) {
+        return {};
+    }
+    const std::size_t before = pattern.find_last_not_of(letter, end);
+    const std::size_t begin = before == std::string_view::npos ? 0 : before + 1;
+    return std::string(text.substr(begin, end + 1 - begin));
+}
+
+void requireField(int value, int otherwise, const std::string& digits) {
+    require(value == (digits.empty() ? otherwise : std::stoi(digits)), "another number was read");
+}
+
+/// Any pattern: a date that was read has the very numbers of its text.
 void fuzzPattern(FuzzInput input) {
     const std::string_view pattern = input.line();
-    if (const auto date = dateFrom(pattern, input.rest()); date && dateText(*date).size() == 27) {
-        require(dateFrom(clientPattern, dateText(*date)) == date, "a date prints as another");
+    const std::string_view text = input.rest();
+    const auto date = dateFrom(pattern, text);
+    if (!date || pattern.find('\'') != std::string_view::npos) {
+        return;
     }
+    const auto second = std::chrono::floor<std::chrono::seconds>(*date);
+    const std::time_t seconds = second.time_since_epoch().count();
+    std::tm calendar{};
+    gmtime_r(&seconds, &calendar);
+    requireField(calendar.tm_year + 1900, 1970, digitsFor('y', pattern, text));
+    requireField(calendar.tm_mon + 1, 1, digitsFor('M', pattern, text));
+    requireField(calendar.tm_mday, 1, digitsFor('d', pattern, text));
+    requireField(calendar.tm_hour, 0, digitsFor('H', pattern, text));
+    requireField(calendar.tm_min, 0, digitsFor('m', pattern, text));
+    requireField(calendar.tm_sec, 0, digitsFor('s', pattern, text));
+    std::string fraction = digitsFor('S', pattern, text);
+    fraction.resize(6, '0');
+    requireField(static_cast<int>((*date - second).count()), 0, fraction);
 }
 
 } // namespace

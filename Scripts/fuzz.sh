@@ -128,6 +128,7 @@ seed_one() {
         Date)
             while read -r date; do
                 write_seed "$target" '%s' "$date"
+                write_seed "$target" '%%yyyyy-MM-dd HHHmm ss.SSSSSSS\n0%s' "${date:0:10} 012233 44.1234567"
             done < <(grep -hro '[0-9-]*T[0-9:.]*Z' "$reports" | sort -u) ;;
         RequestConsole) seed_console ;;
     esac
