@@ -6,6 +6,7 @@
 #include <array>
 #include <exception>
 #include <expat.h>
+#include <limits>
 #include <new>
 #include <string>
 #include <utility>
@@ -66,6 +67,7 @@ public:
     Engine(std::initializer_list<std::string_view> path, RecordHandler handler);
 
     bool read(std::string_view piece);
+    Error readAll(std::string_view report);
     Error finish();
 
 private:
@@ -296,6 +298,16 @@ bool XMLReportReader::Engine::read(std::string_view piece) {
     return !hasStopped_;
 }
 
+Error XMLReportReader::Engine::readAll(std::string_view report) {
+    if (report.size() > std::numeric_limits<int>::max()) {
+        read(report);
+        return finish();
+    }
+    isEmpty_ = report.empty();
+    parse(report, true);
+    return error_;
+}
+
 Error XMLReportReader::Engine::finish() {
     if (!hasStopped_) {
         parse(waiting_, true);
@@ -315,6 +327,10 @@ XMLReportReader::~XMLReportReader() = default;
 
 bool XMLReportReader::read(std::string_view piece) {
     return engine_->read(piece);
+}
+
+Error XMLReportReader::readAll(std::string_view report) {
+    return engine_->readAll(report);
 }
 
 Error XMLReportReader::finish() {

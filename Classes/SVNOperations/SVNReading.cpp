@@ -37,8 +37,11 @@ void SVNReading::read(std::string_view piece) noexcept {
 }
 
 void SVNReading::readWhole(const DataPtr& data) noexcept {
-    if (data != nullptr) {
-        read(data->bytes());
+    isFinished_ = true;
+    try {
+        failure_ = reader_.readAll(data == nullptr ? std::string_view() : data->bytes());
+    } catch (const std::exception& exception) {
+        failure_ = errorOfReading(exception);
     }
 }
 
@@ -47,7 +50,7 @@ bool SVNReading::hasRead(const DataPtr& data) const noexcept {
 }
 
 Error SVNReading::finish() {
-    if (failure_) {
+    if (isFinished_ || failure_) {
         return failure_;
     }
     try {

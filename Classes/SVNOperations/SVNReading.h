@@ -24,7 +24,7 @@ public:
 
     /// The next piece. What goes wrong is told by `finish`.
     void read(std::string_view piece) noexcept;
-    /// The whole report; no data is an empty one.
+    /// The whole report, instead of pieces; no data is an empty one.
     void readWhole(const DataPtr& data) noexcept;
     /// Whether the pieces so far are as long as the whole report. A host that shows pieces shows
     /// all of them; one that shows none, or stopped in between, is served from the data.
@@ -43,6 +43,7 @@ protected:
 private:
     XMLReportReader reader_;
     std::size_t size_ = 0;
+    bool isFinished_ = false;
     Error failure_;
 };
 

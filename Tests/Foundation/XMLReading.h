@@ -3,6 +3,7 @@
 #include "Foundation/XMLReport.h"
 
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -31,15 +32,29 @@ using Description = std::string (*)(const XMLElement& record);
 using Path = std::initializer_list<std::string_view>;
 using Pieces = std::vector<std::string_view>;
 
-inline Reading reading(Path path, Description describe, const Pieces& pieces) {
+/// What `read` gives, which is handed the reader.
+template <typename Read> Reading readingBy(Read read, Path path, Description describe) {
     Reading result;
     XMLReportReader reader(path, [&](const XMLElement& record, std::size_t container) {
         result.records.push_back(std::to_string(container) + " " + describe(record));
     });
-    for (const std::string_view piece : pieces) {
-        reader.read(piece);
+    result.error = Error(read(reader)).description().str();
+    return result;
+}
+
+/// A report of one piece is also read at once, which must make no difference.
+inline Reading reading(Path path, Description describe, const Pieces& pieces) {
+    const auto inTurn = [&](XMLReportReader& reader) {
+        for (const std::string_view piece : pieces) {
+            reader.read(piece);
+        }
+        return reader.finish();
+    };
+    Reading result = readingBy(inTurn, path, describe);
+    if (pieces.size() == 1) {
+        const auto atOnce = [&](XMLReportReader& reader) { return reader.readAll(pieces.front()); };
+        EXPECT_EQ(readingBy(atOnce, path, describe), result);
     }
-    result.error = reader.finish().description().str();
     return result;
 }
 

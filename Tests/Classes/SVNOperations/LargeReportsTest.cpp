@@ -1,7 +1,7 @@
+#include "Benchmarks/Reports/GeneratedReports.h"
 #include "Classes/SVNOperations/SVNBlameOperation.h"
 #include "Classes/SVNOperations/SVNLogOperation.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Benchmarks/Reports/GeneratedReports.h"
 #include "Tests/Support/HostRecorder.h"
 #include "Tests/Support/Operations.h"
 
