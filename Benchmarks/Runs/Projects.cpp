@@ -144,8 +144,8 @@ std::string makeLongFile(const std::string& place, std::size_t lines) {
     for (std::size_t revision = 1; revision <= revisions; ++revision) {
         std::string text;
         for (std::size_t line = 0; line < lines; ++line) {
-            // Each line gets its last text at a revision of its own.
-            const std::size_t last = 1 + (line * 7919) / 64 % revisions;
+            // Each revision has a last word on a share of the lines.
+            const std::size_t last = 1 + line * revisions / lines;
             text += "line " + std::to_string(line) + " of " +
                     std::to_string(revision < last ? 0 : last) + "\n";
         }
