@@ -18,7 +18,7 @@ quen_alone() {
 quen_show_progress() {
     local line
     if [[ ! -t 2 ]]; then
-        quen_say 'Building (once, about a minute)...'
+        quen_say 'Building (once, a few minutes)...'
         cat >>"$1"
         return
     fi

@@ -8,7 +8,7 @@ source_tree=$1 scratch=$2
 # shellcheck source=Tests/Delivery/Expect.sh
 . "$source_tree/Tests/Delivery/Expect.sh"
 
-building='quen: Building (once, about a minute)...'
+building='quen: Building (once, a few minutes)...'
 tree=$scratch/tree
 
 make_tree() {
