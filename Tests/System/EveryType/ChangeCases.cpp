@@ -7,26 +7,12 @@ namespace quen {
 
 namespace {
 
-using Make = std::function<Request(const Sandbox&)>;
-
 Dictionary saying(const String& message) {
     return {{QuenSourceControlRequestOptionMessage, message}};
 }
 
-/// A request about files of the working copy.
-Make about(std::int32_t type, std::vector<std::string> names, Dictionary options = {}) {
-    return [type, names = std::move(names), options = std::move(options)](const Sandbox& sandbox) {
-        StringArray files;
-        for (const std::string& name : names) {
-            files.push_back(inTree(sandbox, name));
-        }
-        return Request{
-            .type = type, .sourceTree = treeOf(sandbox), .files = files, .options = options};
-    };
-}
-
 /// The same, with a destination in the working copy.
-Make to(Make make, std::string destination) {
+MakeRequest to(MakeRequest make, std::string destination) {
     return [make = std::move(make), destination = std::move(destination)](const Sandbox& sandbox) {
         Request request = make(sandbox);
         request.destination = inTree(sandbox, destination);
@@ -35,7 +21,7 @@ Make to(Make make, std::string destination) {
 }
 
 /// The same, with a destination in the repository.
-Make toPlace(Make make, std::string place) {
+MakeRequest toPlace(MakeRequest make, std::string place) {
     return [make = std::move(make), place = std::move(place)](const Sandbox& sandbox) {
         Request request = make(sandbox);
         request.destination = sandbox.url(place);
@@ -44,11 +30,22 @@ Make toPlace(Make make, std::string place) {
 }
 
 /// A request of the repository itself about a branch.
-Request onBranch(std::int32_t type, const Sandbox& sandbox, const char* branch) {
-    return Request{.type = type,
-                   .sourceTree = repositoryOf(sandbox),
-                   .destination = branch,
-                   .options = saying("Branches")};
+MakeRequest onBranch(std::int32_t type, const char* branch) {
+    return [type, branch](const Sandbox& sandbox) {
+        return Request{.type = type,
+                       .sourceTree = repositoryOf(sandbox),
+                       .destination = branch,
+                       .options = saying("Branches")};
+    };
+}
+
+/// The same, of a repository without the usual places.
+MakeRequest onUnknownBranches(std::int32_t type, const char* branch) {
+    return [make = onBranch(type, branch)](const Sandbox& sandbox) {
+        Request request = make(sandbox);
+        request.sourceTree = repository({.name = "project"});
+        return request;
+    };
 }
 
 Request checkoutOf(const Sandbox& sandbox, const std::string& place) {
@@ -231,8 +228,7 @@ std::vector<TypeCase> repositoryEdits() {
          .type = RequestTypeRemoteCopy,
          .className = "SVNCopyOperation",
          .prepare = {},
-         .request =
-             [](const Sandbox& sandbox) { return onBranch(RequestTypeRemoteCopy, sandbox, "two"); },
+         .request = onBranch(RequestTypeRemoteCopy, "two"),
          .effects = {{{"list", "^/branches"}, "one/\ntwo/\n"},
                      {{"list", "^/branches/two"}, "a.txt\nb.txt\ndir/\n"},
                      {{"propget", "--revprop", "-r", "4", "svn:log", "^/"}, "Branches\n"},
@@ -241,12 +237,7 @@ std::vector<TypeCase> repositoryEdits() {
          .type = RequestTypeRemoteCopy,
          .className = "SVNCopyOperation",
          .prepare = {},
-         .request =
-             [](const Sandbox& sandbox) {
-                 Request request = onBranch(RequestTypeRemoteCopy, sandbox, "two");
-                 request.sourceTree = repository({.name = "project"});
-                 return request;
-             },
+         .request = onUnknownBranches(RequestTypeRemoteCopy, "two"),
          .error = {-23, true, "has not been configured"},
          .effects = {{{"list", "^/branches"}, "one/\n"}}},
         {.name = "copy to a branch what is not there",
@@ -255,7 +246,7 @@ std::vector<TypeCase> repositoryEdits() {
          .prepare = {},
          .request =
              [](const Sandbox& sandbox) {
-                 Request request = onBranch(RequestTypeRemoteCopy, sandbox, "two");
+                 Request request = onBranch(RequestTypeRemoteCopy, "two")(sandbox);
                  request.options.set(QuenSourceControlRequestOptionSourceLocation,
                                      String(sandbox.url("none")));
                  return request;
@@ -266,32 +257,21 @@ std::vector<TypeCase> repositoryEdits() {
          .type = RequestTypeRemoteRemove,
          .className = "SVNRemoveOperation",
          .prepare = {},
-         .request =
-             [](const Sandbox& sandbox) {
-                 return onBranch(RequestTypeRemoteRemove, sandbox, "one");
-             },
+         .request = onBranch(RequestTypeRemoteRemove, "one"),
          .effects = {{{"list", "^/branches"}, ""},
                      {{"propget", "--revprop", "-r", "4", "svn:log", "^/"}, "Branches\n"}}},
         {.name = "remove from branches that nobody configured",
          .type = RequestTypeRemoteRemove,
          .className = "SVNRemoveOperation",
          .prepare = {},
-         .request =
-             [](const Sandbox& sandbox) {
-                 Request request = onBranch(RequestTypeRemoteRemove, sandbox, "one");
-                 request.sourceTree = repository({.name = "project"});
-                 return request;
-             },
+         .request = onUnknownBranches(RequestTypeRemoteRemove, "one"),
          .error = {-23, true, "has not been configured"},
          .effects = {{{"list", "^/branches"}, "one/\n"}}},
         {.name = "remove a branch that is not there",
          .type = RequestTypeRemoteRemove,
          .className = "SVNRemoveOperation",
          .prepare = {},
-         .request =
-             [](const Sandbox& sandbox) {
-                 return onBranch(RequestTypeRemoteRemove, sandbox, "none");
-             },
+         .request = onBranch(RequestTypeRemoteRemove, "none"),
          .error = {160013, false, "branches/none"},
          .effects = {{{"list", "^/branches"}, "one/\n"}}},
     };
@@ -332,12 +312,7 @@ std::vector<TypeCase> transfers() {
          .type = RequestTypeUpdate,
          .className = "SVNUpdateOperation",
          .prepare = {},
-         .request =
-             [](const Sandbox& sandbox) {
-                 Request request = about(RequestTypeUpdate, {"."})(sandbox);
-                 request.startingRevision = "99";
-                 return request;
-             },
+         .request = atRevision(about(RequestTypeUpdate, {"."}), "99"),
          .error = {160006, false, "No such revision"},
          .effects = {untouched, {{"info", "--show-item", "revision"}, "3\n"}}},
         {.name = "switch to a branch",
@@ -387,6 +362,14 @@ std::vector<TypeCase> transfers() {
     };
 }
 
+std::string thousandNames() {
+    std::string names;
+    for (int i = 0; i < 1000; ++i) {
+        names += "name" + std::to_string(i) + "\n";
+    }
+    return names;
+}
+
 std::vector<TypeCase> ignoreEdits() {
     return {
         {.name = "ignore where nothing is ignored",
@@ -413,24 +396,10 @@ std::vector<TypeCase> ignoreEdits() {
         {.name = "ignore one of many names",
          .type = RequestTypeIgnore,
          .className = "SVNIgnoreOperation",
-         .prepare =
-             [](const Sandbox& sandbox) {
-                 std::string names;
-                 for (int i = 0; i < 1000; ++i) {
-                     names += "name" + std::to_string(i) + "\n";
-                 }
-                 ignore(sandbox, names + "last\n");
-             },
+         .prepare = [](const Sandbox& sandbox) { ignore(sandbox, thousandNames() + "last\n"); },
          .request = about(RequestTypeIgnore, {"last"}),
          .result = "[]",
-         .effects = {{{"propget", "--no-newline", "svn:ignore"},
-                      [] {
-                          std::string names = "last\n";
-                          for (int i = 0; i < 1000; ++i) {
-                              names += "name" + std::to_string(i) + "\n";
-                          }
-                          return names;
-                      }()}}},
+         .effects = {{{"propget", "--no-newline", "svn:ignore"}, "last\n" + thousandNames()}}},
         {.name = "ignore names that are not ASCII",
          .type = RequestTypeIgnore,
          .className = "SVNIgnoreOperation",

@@ -179,6 +179,27 @@ QuenSourceControlSourceTreePtr treeOf(const Sandbox& sandbox) {
                         .repository = repositoryOf(sandbox)});
 }
 
+MakeRequest about(std::int32_t type, std::vector<std::string> names, Dictionary options) {
+    return [type, names = std::move(names), options = std::move(options)](const Sandbox& sandbox) {
+        StringArray files;
+        for (const std::string& name : names) {
+            files.push_back(inTree(sandbox, name));
+        }
+        return Request{
+            .type = type, .sourceTree = treeOf(sandbox), .files = files, .options = options};
+    };
+}
+
+MakeRequest atRevision(MakeRequest make, String start, String end) {
+    return [make = std::move(make), start = std::move(start),
+            end = std::move(end)](const Sandbox& sandbox) {
+        Request request = make(sandbox);
+        request.startingRevision = start;
+        request.endingRevision = end;
+        return request;
+    };
+}
+
 String inTree(const Sandbox& sandbox, std::string_view name) {
     return (sandbox.workingCopy() / name).string();
 }

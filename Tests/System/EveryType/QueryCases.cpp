@@ -5,34 +5,11 @@ namespace quen {
 
 namespace {
 
-using Make = std::function<Request(const Sandbox&)>;
-
-/// A request about files of the working copy.
-Make about(std::int32_t type, std::vector<std::string> names) {
-    return [type, names = std::move(names)](const Sandbox& sandbox) {
-        StringArray files;
-        for (const std::string& name : names) {
-            files.push_back(inTree(sandbox, name));
-        }
-        return Request{.type = type, .sourceTree = treeOf(sandbox), .files = files};
-    };
-}
-
 /// A request about a place in the repository.
-Make at(std::int32_t type, std::string place) {
+MakeRequest at(std::int32_t type, std::string place) {
     return [type, place = std::move(place)](const Sandbox& sandbox) {
         return Request{
             .type = type, .sourceTree = treeOf(sandbox), .files = StringArray{sandbox.url(place)}};
-    };
-}
-
-Make atRevision(Make make, String start, String end = {}) {
-    return [make = std::move(make), start = std::move(start),
-            end = std::move(end)](const Sandbox& sandbox) {
-        Request request = make(sandbox);
-        request.startingRevision = start;
-        request.endingRevision = end;
-        return request;
     };
 }
 

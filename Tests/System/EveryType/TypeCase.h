@@ -33,6 +33,8 @@ struct ExpectedError {
     const char* text = "";
 };
 
+using MakeRequest = std::function<Request(const Sandbox&)>;
+
 /// One request to the loaded module, run by the real client on a repository of its own.
 struct TypeCase {
     std::string name;
@@ -41,7 +43,7 @@ struct TypeCase {
     const char* className;
     /// What goes before the request, beyond `makeProject`.
     std::function<void(const Sandbox&)> prepare;
-    std::function<Request(const Sandbox&)> request;
+    MakeRequest request;
     /// The result as tests print values, without what differs from run to run.
     std::string result = "nothing";
     ExpectedError error = {};
@@ -64,6 +66,11 @@ QuenSourceControlRepositoryPtr repositoryOf(const Sandbox& sandbox);
 QuenSourceControlSourceTreePtr treeOf(const Sandbox& sandbox);
 /// A file of the working copy, as a path from the root.
 String inTree(const Sandbox& sandbox, std::string_view name);
+
+/// A request about files of the working copy.
+MakeRequest about(std::int32_t type, std::vector<std::string> names, Dictionary options = {});
+/// The same, from a revision on, or for a range.
+MakeRequest atRevision(MakeRequest make, String start, String end = {});
 
 std::vector<TypeCase> queryCases();
 std::vector<TypeCase> changeCases();
