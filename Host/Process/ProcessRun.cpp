@@ -30,11 +30,11 @@ Clock::time_point after(Clock::time_point time, std::chrono::milliseconds span) 
 }
 
 /// In whole milliseconds, upwards: a timeout cut short would only be waited for again.
-int pollTimeout(Clock::time_point deadline) noexcept {
+int pollTimeout(Clock::time_point now, Clock::time_point deadline) noexcept {
     if (deadline == Clock::time_point::max()) {
         return -1;
     }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - now).count();
     return static_cast<int>(std::clamp<decltype(left)>(left, 0, std::numeric_limits<int>::max()));
 }
 
@@ -70,22 +70,27 @@ bool ProcessRun::isOver() const noexcept {
            ((!output_.isOpen() && !errors_.isOpen()) || Clock::now() >= phaseDeadline_);
 }
 
-ProcessRun::Clock::time_point ProcessRun::nextDeadline() const noexcept {
-    const Clock::time_point deadline =
+/// The latest time to look again, if nothing happens before.
+ProcessRun::Clock::time_point ProcessRun::nextLook(Clock::time_point now) const noexcept {
+    Clock::time_point next =
         phase_ == Phase::running ? std::min(totalDeadline_, silenceDeadline_) : phaseDeadline_;
-    const Clock::time_point now = Clock::now();
-    const Clock::time_point rest = now < outputRest_ ? outputRest_ : Clock::time_point::max();
-    if (phase_ == Phase::ended || child_.endDescriptor() >= 0) {
-        return std::min(deadline, rest);
+    if (isResting(now)) {
+        next = std::min(next, outputRest_);
     }
-    return std::min({deadline, rest, after(now, lookInterval)});
+    if (phase_ != Phase::ended && child_.endDescriptor() < 0) {
+        next = std::min(next, after(now, lookInterval));
+    }
+    return next;
 }
 
 /// Waits for the next thing to happen, and takes in what has.
 void ProcessRun::wait() noexcept {
     // poll passes over negative numbers. What has happened for good is not asked for again. The end
-    // of a stream is told without being asked for.
-    const short wanted = Clock::now() < outputRest_ ? 0 : POLLIN;
+    // of a stream is told without being asked for. One reading of the clock decides all: a rest
+    // that is over for the timeout and not for the output would never end, with the child before a
+    // full pipe.
+    const Clock::time_point now = Clock::now();
+    const short wanted = isResting(now) ? 0 : POLLIN;
     std::array<pollfd, 4> events = {{
         {output_.number(), wanted, 0},
         {errors_.number(), POLLIN, 0},
@@ -93,7 +98,7 @@ void ProcessRun::wait() noexcept {
         {phase_ == Phase::running ? cancel_.number() : -1, POLLIN, 0},
     }};
     const auto& [output, errors, end, cancel] = events;
-    if (::poll(events.data(), events.size(), pollTimeout(nextDeadline())) < 0) {
+    if (::poll(events.data(), events.size(), pollTimeout(now, nextLook(now))) < 0) {
         return errno == EINTR ? void() : giveUp(errno);
     }
     if (output.revents != 0) {

@@ -27,7 +27,8 @@ private:
     enum class Phase { running, asked, killed, ended };
 
     bool isOver() const noexcept;
-    Clock::time_point nextDeadline() const noexcept;
+    bool isResting(Clock::time_point now) const noexcept { return now < outputRest_; }
+    Clock::time_point nextLook(Clock::time_point now) const noexcept;
     void wait() noexcept;
     void takeOutput() noexcept;
     template <typename Read> std::size_t keep(Read read) noexcept;
