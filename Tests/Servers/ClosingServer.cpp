@@ -1,7 +1,6 @@
 #include "Tests/Servers/ClosingServer.h"
 
 #include <array>
-#include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
@@ -9,12 +8,7 @@
 namespace quen {
 
 ClosingServer::ClosingServer(std::string words)
-    : words_(std::move(words)), socket_(bindLoopback(place_)) {
-    if (listen(socket_.number(), SOMAXCONN) != 0) {
-        throw std::runtime_error("Nobody can listen at " + place_.text() + ".");
-    }
-    thread_ = std::thread([this] { serve(); });
-}
+    : words_(std::move(words)), socket_(listenOnLoopback(place_)), thread_([this] { serve(); }) {}
 
 ClosingServer::~ClosingServer() {
     shutdown(socket_.number(), SHUT_RDWR); // ends the waiting for callers

@@ -27,8 +27,7 @@ FileDescriptor makeSocket() {
     return FileDescriptor(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
 }
 
-} // namespace
-
+/// A socket bound to a port of this process's address that was free, with the place's name.
 FileDescriptor bindLoopback(Loopback& place) {
     sockaddr_in address = socketAddress(addressOfThisProcess(), 0);
     socklen_t size = sizeof address;
@@ -43,17 +42,30 @@ FileDescriptor bindLoopback(Loopback& place) {
     return socket;
 }
 
+} // namespace
+
 Loopback Loopback::free() {
     Loopback place;
     bindLoopback(place);
     return place;
 }
 
-bool isListening(const Loopback& place) {
+FileDescriptor listenOnLoopback(Loopback& place) {
+    FileDescriptor socket = bindLoopback(place);
+    if (listen(socket.number(), SOMAXCONN) != 0) {
+        throw std::runtime_error("Nobody can listen at " + place.text() + ".");
+    }
+    return socket;
+}
+
+FileDescriptor connectTo(const Loopback& place) {
     const sockaddr_in address = socketAddress(inet_addr(place.address.c_str()), place.port);
-    const FileDescriptor socket = makeSocket();
-    return connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) ==
-           0;
+    FileDescriptor socket = makeSocket();
+    if (connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
+        0) {
+        socket.close();
+    }
+    return socket;
 }
 
 } // namespace quen

@@ -21,10 +21,11 @@ struct Loopback {
     std::string text() const { return address + ":" + std::to_string(port); }
 };
 
-/// A socket bound to a port of this process's address that was free, with the place's name.
-FileDescriptor bindLoopback(Loopback& place);
+/// A socket that listens on a port of this process's address that was free, with the place's name.
+/// Throws where none can be had.
+FileDescriptor listenOnLoopback(Loopback& place);
 
-/// Whether somebody listens there now.
-bool isListening(const Loopback& place);
+/// A connection to who listens there now; not open where nobody does.
+FileDescriptor connectTo(const Loopback& place);
 
 } // namespace quen

@@ -11,7 +11,7 @@ constexpr std::chrono::seconds patience{20};
 
 void waitUntilListening(const Loopback& place, RunningProgram& program, const std::string& name) {
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!isListening(place)) {
+    while (!connectTo(place).isOpen()) {
         if (program.endsWithin(std::chrono::milliseconds(5)) ||
             std::chrono::steady_clock::now() > deadline) {
             throw std::runtime_error("The server does not start: " + name + ": " + program.end());
@@ -47,6 +47,22 @@ Server::Server(const Sandbox& sandbox, ServerKind kind)
     if (!plan_.command.empty()) {
         program_ = std::make_unique<RunningProgram>(sandbox, plan_.command);
         waitUntilListening(place_, *program_, plan_.command.front());
+    }
+}
+
+void Server::reachThrough(const Loopback& passage) {
+    const std::string old = place_.text();
+    for (std::string* const text : {&plan_.url, &plan_.realm}) {
+        if (const std::size_t at = text->find(old); at != std::string::npos) {
+            text->replace(at, old.size(), passage.text());
+        }
+    }
+    if (!plan_.realm.empty()) {
+        keepPassword(password);
+    }
+    if (kind_ == ServerKind::sshd) {
+        plan_.variables = {"SVN_SSH=ssh -F " + (sandbox_.root() / "server/ssh_config").string() +
+                           " -p " + std::to_string(passage.port)};
     }
 }
 

@@ -54,6 +54,11 @@ public:
     Server(const Sandbox& sandbox, ServerKind kind);
 
     std::string url(std::string_view path = {}) const;
+    /// Where it listens.
+    const Loopback& place() const { return place_; }
+    /// Lets the client take another way from now on, which must lead here.
+    void reachThrough(const Loopback& passage);
+
     /// What the client needs in its environment, beside the sandbox's.
     const Sandbox::Words& variables() const { return plan_.variables; }
 

@@ -1,5 +1,5 @@
 #include "Tests/Servers/ClosingServer.h"
-#include "Tests/Servers/Journey.h"
+#include "Tests/Servers/Failure.h"
 #include "Tests/System/Terminal.h"
 
 #include <array>
@@ -22,28 +22,8 @@ using ::testing::HasSubstr;
 const std::string credentials = "QuenSourceControlAuthenticationCredentialsIncorrect";
 const std::string connection = "QuenSourceControlSSHConnectionErrorKey";
 
-/// What a host reads from an error.
-struct Failure {
-    std::int64_t code = 0;
-    /// All of the client's own numbers; none where the provider knew the text.
-    Json numbers;
-    /// Whether a host may ask again; empty where that does not help.
-    std::string authenticationType;
-    std::string text;
-};
-
 void expectFailure(const Json& answer, const Failure& failure) {
-    const Json& error = answer.at("error");
-    ASSERT_FALSE(error.is_null()) << answer.dump(1);
-    const Json& info = error.at("userInfo");
-    const bool isKnown = failure.numbers.is_null();
-    EXPECT_EQ(error.at("domain"),
-              isKnown ? "QuenSourceControlErrorDomain" : "QuenSourceControlTaskErrorDomain");
-    EXPECT_EQ(error.at("code"), failure.code);
-    EXPECT_EQ(info.value("QuenSourceControlTaskErrorCodesKey", Json()), failure.numbers);
-    EXPECT_EQ(info.value("QuenSourceControlAuthenticationErrorTypeKey", ""),
-              failure.authenticationType);
-    EXPECT_THAT(info.at("NSLocalizedDescriptionKey").get<std::string>(), HasSubstr(failure.text));
+    expectError(answer, failure);
     EXPECT_TRUE(answer.at("result").is_null()) << answer.at("result");
 }
 
@@ -259,23 +239,13 @@ TEST_P(CutConnections, AreToldAndNeverWaitedFor) {
     expectNoQuestion(journey, url);
 }
 
-/// A svnserve that hangs up is taken for one that refuses.
-const Failure closedOnAsked = {-21, {}, credentials, "the name or password was incorrect"};
-
-/// Reset or ended: that is up to what the dying server had not read yet.
-void expectLostConnection(const Json& answer) {
-    EXPECT_THAT(answer.at("error").at("code"), ::testing::AnyOf(104, 120108)) << answer.dump(1);
-    EXPECT_FALSE(
-        answer.at("error").at("userInfo").contains("QuenSourceControlAuthenticationErrorTypeKey"));
-}
-
 INSTANTIATE_TEST_SUITE_P(
     OfA, CutConnections,
     ::testing::Values(
-        Cut{"svnserveAtOnce", "svn://", "", closedOnAsked},
-        Cut{"svnserveInTheGreeting", "svn://", "( success ( 2 2 ( ) ( edit-", closedOnAsked},
+        Cut{"svnserveAtOnce", "svn://", "", takenForRefused()},
+        Cut{"svnserveInTheGreeting", "svn://", "( success ( 2 2 ( ) ( edit-", takenForRefused()},
         Cut{"svnserveAfterTheGreeting", "svn://",
-            "( success ( 2 2 ( ) ( edit-pipeline svndiff1 ) ) ) ", closedOnAsked},
+            "( success ( 2 2 ( ) ( edit-pipeline svndiff1 ) ) ) ", takenForRefused()},
         Cut{"httpdAtOnce", "http://", "", {170013, {170013, 120108}, "", "closed the connection"}}),
     ::testing::PrintToStringParamName());
 
@@ -323,9 +293,9 @@ TEST_P(KilledServer, EndsACommitWithAnError) {
     killServer();
 
     if (GetParam() == ServerKind::httpd) {
-        expectLostConnection(answer.get());
+        expectLostReply(answer.get());
     } else {
-        expectFailure(answer.get(), closedOnAsked);
+        expectFailure(answer.get(), takenForRefused());
     }
     EXPECT_EQ(journey_.sandbox().svn({"list", journey_.sandbox().url("trunk")}), "");
 }
