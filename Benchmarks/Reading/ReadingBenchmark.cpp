@@ -1,3 +1,4 @@
+#include "Benchmarks/Figures/Figure.h"
 #include "Benchmarks/Reports/GeneratedReports.h"
 #include "Classes/SVNController.h"
 #include "Host/HostSourceTrees.h"
@@ -8,11 +9,9 @@
 #include <chrono>
 #include <cstdint>
 #include <expat.h>
-#include <iomanip>
 #include <libxml/parser.h>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -73,11 +72,6 @@ double makeRecords(std::string_view kind, const DataPtr& report) {
     return seconds;
 }
 
-double median(std::vector<double> numbers) {
-    std::sort(numbers.begin(), numbers.end());
-    return numbers[numbers.size() / 2];
-}
-
 /// All three in turn, each time, so that what disturbs one disturbs the others too. The times of
 /// the records are the benchmark's own; the ratios are medians of the ratios of each turn.
 void readInTurn(benchmark::State& state, const ReportKind& kind) {
@@ -115,7 +109,7 @@ bool isBound(const std::string& kind, std::int64_t megabytes) {
 class TableReporter : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context& /*context*/) override {
-        GetOutputStream() << "| figure | value | bound | met | |\n|---|---|---|---|---|\n";
+        printHeadOfTable();
         return true;
     }
 
@@ -133,8 +127,9 @@ public:
     void Finalize() override {
         for (const auto& [kind, rates] : rates_) {
             const auto [least, most] = std::minmax_element(rates.begin(), rates.end());
-            row(kind + ", time per MB, slowest size over quickest", *most / *least, boundOfGrowth,
-                "");
+            add({.name = kind + ", time per MB, slowest size over quickest",
+                 .value = *most / *least,
+                 .bound = boundOfGrowth});
         }
     }
 
@@ -144,30 +139,26 @@ private:
     void report(const Run& run) {
         const std::string kind = run.run_name.function_name;
         const std::int64_t megabytes = std::stoll(run.run_name.args.substr(3));
-        const bool hasBound = isBound(kind, megabytes);
         const std::string name = kind + ", " + std::to_string(megabytes) + " MB";
         const double rate = run.counters.at("MB/s");
-        std::ostringstream detail;
-        detail << std::fixed << std::setprecision(0) << rate << " MB/s, expat alone "
-               << run.counters.at("expat MB/s") << " MB/s";
-        row(name + ", reading over bare expat", run.counters.at("over expat"),
-            hasBound ? boundOverExpat : 0, detail.str());
-        row(name + ", reading over libxml2's tree", run.counters.at("over libxml2"),
-            hasBound ? boundOverTree : 0, "");
+        Figure overExpat{.name = name + ", reading over bare expat",
+                         .value = run.counters.at("over expat"),
+                         .detail = decimals(rate, 0) + " MB/s, expat alone " +
+                                   decimals(run.counters.at("expat MB/s"), 0) + " MB/s"};
+        Figure overTree{.name = name + ", reading over libxml2's tree",
+                        .value = run.counters.at("over libxml2")};
+        if (isBound(kind, megabytes)) {
+            overExpat.bound = boundOverExpat;
+            overTree.bound = boundOverTree;
+        }
+        add(overExpat);
+        add(overTree);
         rates_[kind].push_back(rate);
     }
 
-    /// A bound of 0 is none.
-    void row(const std::string& name, double value, double bound, const std::string& detail) {
-        std::ostream& out = GetOutputStream();
-        out << "| " << name << " | " << std::fixed << std::setprecision(3) << value << " | ";
-        if (bound > 0) {
-            out << std::setprecision(2) << bound << " | " << (value <= bound ? "yes" : "**no**");
-            areMet_ &= value <= bound;
-        } else {
-            out << " | ";
-        }
-        out << " | " << detail << " |" << std::endl;
+    void add(const Figure& figure) {
+        print(figure);
+        areMet_ &= figure.isMet();
     }
 
     std::map<std::string, std::vector<double>> rates_;

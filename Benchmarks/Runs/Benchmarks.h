@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Benchmarks/Runs/Figure.h"
+#include "Benchmarks/Figures/Figure.h"
 
 #include <cstddef>
 #include <string>

@@ -1,4 +1,5 @@
 #include "Benchmarks/Runs/Benchmarks.h"
+#include "Benchmarks/Runs/Floors.h"
 #include "Benchmarks/Runs/Projects.h"
 #include "Benchmarks/Runs/Requests.h"
 #include "Benchmarks/Runs/Timing.h"
@@ -16,8 +17,9 @@ struct Subject {
     std::function<QuenSourceControlOperationPtr()> make;
     std::size_t records = 0;
     double wallBound = 0;
-    /// None for a run so short that the clock of the processors is too coarse.
-    std::optional<double> cpuBound;
+    std::optional<double> cpuBound = {};
+    /// In a short run the clock of the processors is too coarse.
+    bool isLong = true;
 };
 
 std::vector<std::string> argumentsOf(const QuenSourceControlOperation& operation) {
@@ -38,36 +40,79 @@ Cost costOfOperation(const Subject& subject) {
     return cost;
 }
 
-Figures compare(const Subject& subject, std::size_t pairs) {
-    const std::vector<std::string> arguments = argumentsOf(*subject.make());
-    const auto bare = [&] { runBare(clientPath(), arguments); };
+/// One way to have the client's answer, and what it may cost over the bare client.
+struct Way {
+    std::string name;
+    std::function<Cost()> run;
+    std::optional<double> wallBound = {};
+    std::optional<double> cpuBound = {};
+    bool showsCpu = true;
+};
+
+/// The ratios of one way over the bare client, one of each turn.
+struct Ratios {
+    std::vector<double> wall;
+    std::vector<double> cpu;
+};
+
+void add(Figures& figures, Figure figure) {
+    print(figure);
+    figures.push_back(std::move(figure));
+}
+
+/// Runs the bare client and each way in turn, and again.
+Figures compare(const std::string& subject, const std::function<void()>& bare,
+                const std::vector<Way>& ways, std::size_t turns, const std::string& answer) {
     bare(); // the first run reads the disk
     std::vector<double> walls;
-    std::vector<double> wallRatios;
-    std::vector<double> cpuRatios;
-    for (std::size_t pair = 0; pair < pairs; ++pair) {
+    std::vector<Ratios> ratios(ways.size());
+    for (std::size_t turn = 0; turn < turns; ++turn) {
         const Cost alone = costOf(bare);
-        const Cost within = costOfOperation(subject);
         walls.push_back(alone.wall);
-        wallRatios.push_back(within.wall / alone.wall);
-        cpuRatios.push_back(within.cpu / alone.cpu);
+        for (std::size_t way = 0; way < ways.size(); ++way) {
+            const Cost cost = ways[way].run();
+            ratios[way].wall.push_back(cost.wall / alone.wall);
+            ratios[way].cpu.push_back(cost.cpu / alone.cpu);
+        }
     }
-    const std::string detail = std::to_string(subject.records) + " records; the client alone " +
-                               decimals(median(walls) * 1000, 1) + " ms";
-    Figures figures{{.name = subject.name + ", wall over bare client",
-                     .value = median(wallRatios),
-                     .bound = subject.wallBound,
-                     .detail = detail}};
-    if (subject.cpuBound) {
-        figures.push_back({.name = subject.name + ", CPU of both over bare client",
-                           .value = median(cpuRatios),
-                           .bound = subject.cpuBound,
-                           .detail = detail});
-    }
-    for (const Figure& figure : figures) {
-        print(figure);
+    const std::string detail =
+        answer + "; the client alone " + decimals(median(walls) * 1000, 1) + " ms";
+    Figures figures;
+    for (std::size_t way = 0; way < ways.size(); ++way) {
+        const std::string name = subject + ways[way].name;
+        add(figures, {.name = name + ", wall over bare client",
+                      .value = median(ratios[way].wall),
+                      .bound = ways[way].wallBound,
+                      .detail = detail});
+        if (ways[way].showsCpu) {
+            add(figures, {.name = name + ", CPU of both over bare client",
+                          .value = median(ratios[way].cpu),
+                          .bound = ways[way].cpuBound,
+                          .detail = detail});
+        }
     }
     return figures;
+}
+
+/// The operation beside the bare client; of a long one also what any host would cost.
+Figures measure(const Subject& subject, std::size_t turns) {
+    const std::vector<std::string> arguments = argumentsOf(*subject.make());
+    const auto bare = [&] { runBare(clientPath(), arguments); };
+    std::vector<Way> ways{{.name = "",
+                           .run = [&] { return costOfOperation(subject); },
+                           .wallBound = subject.wallBound,
+                           .cpuBound = subject.cpuBound,
+                           .showsCpu = subject.isLong}};
+    if (subject.isLong) {
+        ways.push_back({.name = ", output only kept",
+                        .run = [&] { return costOf([&] { runAndKeep(arguments); }); }});
+        ways.push_back({.name = ", output through bare expat",
+                        .run = [&] { return costOf([&] { runAndCheck(arguments); }); }});
+        ways.push_back({.name = ", bare client beside a busy processor",
+                        .run = [&] { return costBesideNeighbour(bare); },
+                        .showsCpu = false});
+    }
+    return compare(subject.name, bare, ways, turns, std::to_string(subject.records) + " records");
 }
 
 constexpr double largeWallBound = 1.02;
@@ -79,7 +124,7 @@ constexpr double cpuBound = 1.15;
 Figures measureStatus(const Sizes& sizes) {
     const auto place = TemporaryDirectory::make();
     const std::string workingCopy = makeChangedFiles(place->path().str(), sizes.files);
-    return compare({.name = "status",
+    return measure({.name = "status",
                     .make = [&] { return operationOn(RequestTypeStatus, workingCopy); },
                     .records = sizes.files,
                     .wallBound = largeWallBound,
@@ -94,7 +139,7 @@ Figures measureLog(const Sizes& sizes) {
         return operationOn(RequestTypeLog, url,
                            {{QuenSourceControlRequestOptionLogOutputFilesChanged, true}});
     };
-    return compare({.name = "log with files",
+    return measure({.name = "log with files",
                     .make = make,
                     .records = sizes.revisions,
                     .wallBound = largeWallBound,
@@ -105,7 +150,7 @@ Figures measureLog(const Sizes& sizes) {
 Figures measureBlame(const Sizes& sizes) {
     const auto place = TemporaryDirectory::make();
     const std::string url = makeLongFile(place->path().str(), sizes.lines);
-    return compare({.name = "blame",
+    return measure({.name = "blame",
                     .make = [&] { return operationOn(RequestTypeBlame, url); },
                     .records = sizes.lines,
                     .wallBound = largeWallBound,
@@ -117,11 +162,11 @@ Figures measureInfo(const Sizes& sizes) {
     constexpr std::size_t pairsForOne = 20;
     const auto place = TemporaryDirectory::make();
     const std::string file = makeChangedFiles(place->path().str(), 1) + "/part0/file0.txt";
-    return compare({.name = "info of one file",
+    return measure({.name = "info of one file",
                     .make = [&] { return operationOn(RequestTypeInfo, file); },
                     .records = 1,
                     .wallBound = smallWallBound,
-                    .cpuBound = {}},
+                    .isLong = false},
                    sizes.pairs * pairsForOne);
 }
 

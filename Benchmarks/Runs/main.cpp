@@ -30,7 +30,7 @@ int run(std::vector<std::string> words) {
         return hostStarts(std::stoul(words.back()));
     }
     const Sizes sizes = std::erase(words, "--small") > 0 ? Sizes::small() : Sizes();
-    std::cout << "| figure | value | bound | met | |\n|---|---|---|---|---|\n";
+    printHeadOfTable();
     bool areMet = true;
     for (const Benchmark& benchmark : benchmarks) {
         if (words.empty() || std::ranges::find(words, benchmark.name) != words.end()) {

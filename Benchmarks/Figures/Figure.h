@@ -12,18 +12,20 @@ struct Figure {
     double value = 0;
     std::optional<double> bound = {};
     /// How it came about, in a few words.
-    std::string detail;
+    std::string detail = {};
 
     bool isMet() const { return !bound || value <= *bound; }
 };
 
 using Figures = std::vector<Figure>;
 
+void printHeadOfTable();
 /// A row of the table, written at once: some take long to come.
 void print(const Figure& figure);
 
+/// Of at least one number.
 double median(std::vector<double> numbers);
-/// `3 decimals`.
+/// `decimals(1.25, 1)` is `1.2`.
 std::string decimals(double number, int count);
 
 } // namespace quen
