@@ -43,7 +43,7 @@ private:
 } // namespace
 
 bool SVNBlameOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
+    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
         return false;
     }
     setCommand(commandFor(*this->request()));
@@ -51,13 +51,13 @@ bool SVNBlameOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     return true;
 }
 
-void SVNBlameOperation::outputArrived(std::string_view piece) {
-    readPiece<BlameReading>(reading_, piece, _formatter);
+std::unique_ptr<SVNReading> SVNBlameOperation::makeReading() const {
+    return std::make_unique<BlameReading>(_formatter);
 }
 
 void SVNBlameOperation::parseData() {
     const SVNStopwatch stopwatch;
-    const auto reading = readingOf<BlameReading>(data(), std::move(reading_), _formatter);
+    const auto reading = readingOfData();
     if (const Error malformed = reading->finish()) {
         setError(malformed);
         reading->records = Array::empty();

@@ -88,17 +88,15 @@ private:
 } // namespace
 
 bool SVNDiffOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
+    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
         return false;
     }
     setCommand(commandFor(*this->request()));
     return true;
 }
 
-void SVNDiffOperation::outputArrived(std::string_view piece) {
-    if (!request()->destination().isNil()) {
-        readPiece<SummaryReading>(reading_, piece, *this);
-    }
+std::unique_ptr<SVNReading> SVNDiffOperation::makeReading() const {
+    return request()->destination().isNil() ? nullptr : std::make_unique<SummaryReading>(*this);
 }
 
 void SVNDiffOperation::parseData() {
@@ -121,7 +119,7 @@ void SVNDiffOperation::parseText() {
 }
 
 void SVNDiffOperation::parseSummary() {
-    const auto reading = readingOf<SummaryReading>(data(), std::move(reading_), *this);
+    const auto reading = readingOfData();
     // A malformed summary passes in silence: it may be the text of a difference.
     if (!reading->finish()) {
         reading->remarks.makeAll();

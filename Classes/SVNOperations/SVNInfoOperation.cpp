@@ -51,7 +51,7 @@ bool isCheck(const QuenSourceControlRequest& request) {
 } // namespace
 
 bool SVNInfoOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
+    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
         return false;
     }
     setCommand(commandFor(*this->request()));
@@ -59,17 +59,15 @@ bool SVNInfoOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     return true;
 }
 
-void SVNInfoOperation::outputArrived(std::string_view piece) {
-    if (!isCheck(*request())) {
-        readPiece<InfoReading>(reading_, piece, _formatter);
-    }
+std::unique_ptr<SVNReading> SVNInfoOperation::makeReading() const {
+    return isCheck(*request()) ? nullptr : std::make_unique<InfoReading>(_formatter);
 }
 
 void SVNInfoOperation::parseData() {
     if (isCheck(*request())) {
         return;
     }
-    const auto reading = readingOf<InfoReading>(data(), std::move(reading_), _formatter);
+    const auto reading = readingOfData();
     if (const Error malformed = reading->finish()) {
         setError(malformed);
         return;

@@ -56,7 +56,7 @@ private:
 } // namespace
 
 bool SVNListOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
+    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
         return false;
     }
     const bool wantsBranches = this->request()->type() == RequestTypeListBranches;
@@ -69,12 +69,12 @@ bool SVNListOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     return true;
 }
 
-void SVNListOperation::outputArrived(std::string_view piece) {
-    readPiece<ListReading>(reading_, piece);
+std::unique_ptr<SVNReading> SVNListOperation::makeReading() const {
+    return std::make_unique<ListReading>();
 }
 
 void SVNListOperation::parseData() {
-    const auto reading = readingOf<ListReading>(data(), std::move(reading_));
+    const auto reading = readingOfData();
     if (const Error malformed = reading->finish()) {
         setError(malformed);
         return;

@@ -85,7 +85,7 @@ private:
 } // namespace
 
 bool SVNLogOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
+    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
         return false;
     }
     setCommand(commandFor(*this->request()));
@@ -93,13 +93,13 @@ bool SVNLogOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     return true;
 }
 
-void SVNLogOperation::outputArrived(std::string_view piece) {
-    readPiece<LogReading>(reading_, piece, *this, _formatter);
+std::unique_ptr<SVNReading> SVNLogOperation::makeReading() const {
+    return std::make_unique<LogReading>(*this, _formatter);
 }
 
 void SVNLogOperation::parseData() {
     const SVNStopwatch stopwatch;
-    const auto reading = readingOf<LogReading>(data(), std::move(reading_), *this, _formatter);
+    const auto reading = readingOfData();
     if (const Error malformed = reading->finish()) {
         setError(malformed);
         return;

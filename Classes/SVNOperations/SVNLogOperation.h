@@ -1,21 +1,17 @@
 #pragma once
 
-#include "Classes/SVNOperations/SVNOperation.h"
-#include "Classes/SVNOperations/SVNReading.h"
+#include "Classes/SVNOperations/SVNQueryOperation.h"
 #include "Foundation/Date.h"
 
 #include <memory>
-#include <string_view>
 
 namespace quen {
 
 /// `svn log`: one record for each revision that touched the first file or, where there is none, the
 /// directory that the client runs in.
-class SVNLogOperation : public SVNOperation {
+class SVNLogOperation : public SVNQueryOperation {
 public:
     bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    void outputArrived(std::string_view piece) override;
 
     /// Leaves a result or, for a malformed report, an error.
     void parseData() override;
@@ -25,9 +21,9 @@ public:
     std::uint32_t statusValueForRepositoryShortStringValue(const String& string) const;
 
 private:
+    std::unique_ptr<SVNReading> makeReading() const override;
+
     DateFormatter _formatter;
-    /// What was read while the client ran.
-    std::unique_ptr<SVNReading> reading_;
 };
 
 } // namespace quen

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <initializer_list>
-#include <memory>
 #include <string_view>
 
 namespace quen {
@@ -46,26 +45,5 @@ private:
     bool isFinished_ = false;
     Error failure_;
 };
-
-/// Reads the next piece of what the client writes; the reading begins with the first one. `parts`
-/// are what it is made with.
-template <typename Reading, typename... Parts>
-void readPiece(std::unique_ptr<SVNReading>& reading, std::string_view piece, Parts&... parts) {
-    if (reading == nullptr) {
-        reading = std::make_unique<Reading>(parts...);
-    }
-    reading->read(piece);
-}
-
-/// The reading that was begun while the client ran, if it has the whole report; otherwise a new one
-/// of it.
-template <typename Reading, typename... Parts> std::unique_ptr<SVNReading>
-readingOf(const DataPtr& data, std::unique_ptr<SVNReading> begun, Parts&... parts) {
-    if (begun == nullptr || !begun->hasRead(data)) {
-        begun = std::make_unique<Reading>(parts...);
-        begun->readWhole(data);
-    }
-    return begun;
-}
 
 } // namespace quen

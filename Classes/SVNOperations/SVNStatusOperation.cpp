@@ -85,20 +85,20 @@ private:
 } // namespace
 
 bool SVNStatusOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
+    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
         return false;
     }
     setCommand(commandFor(*this->request()));
     return true;
 }
 
-void SVNStatusOperation::outputArrived(std::string_view piece) {
-    readPiece<StatusReading>(reading_, piece, *this);
+std::unique_ptr<SVNReading> SVNStatusOperation::makeReading() const {
+    return std::make_unique<StatusReading>(*this);
 }
 
 void SVNStatusOperation::parseData() {
     const SVNStopwatch stopwatch;
-    const auto reading = readingOf<StatusReading>(data(), std::move(reading_), *this);
+    const auto reading = readingOfData();
     if (const Error malformed = reading->finish()) {
         setError(malformed);
         reading->records = Array::empty();

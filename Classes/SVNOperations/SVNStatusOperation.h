@@ -1,27 +1,22 @@
 #pragma once
 
-#include "Classes/SVNOperations/SVNOperation.h"
-#include "Classes/SVNOperations/SVNReading.h"
+#include "Classes/SVNOperations/SVNQueryOperation.h"
 
 #include <memory>
-#include <string_view>
 
 namespace quen {
 
 /// `svn status`: one record for each item that has something to report, with its status in the
 /// working copy and, for RequestTypeRemoteStatus, in the repository.
-class SVNStatusOperation : public SVNOperation {
+class SVNStatusOperation : public SVNQueryOperation {
 public:
     bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    void outputArrived(std::string_view piece) override;
 
     /// Always leaves a result, if only an empty one, and lets go of `data`.
     void parseData() override;
 
 private:
-    /// What was read while the client ran.
-    std::unique_ptr<SVNReading> reading_;
+    std::unique_ptr<SVNReading> makeReading() const override;
 };
 
 } // namespace quen

@@ -18,7 +18,7 @@ namespace {
 /// Every kind of operation at once with one fault after the other.
 class FaultTest : public testing::Test {
 protected:
-    static constexpr std::chrono::seconds bound{20};
+    static constexpr std::chrono::seconds bound{60};
 
     /// `fault` is what FaultChild takes; it names the row too.
     void tryEveryKind(Tally& tally, const std::string& fault, const Verdict& verdict,
