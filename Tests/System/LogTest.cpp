@@ -92,7 +92,12 @@ TEST_F(LogTest, SaysWhatIsWrong) {
           2,
           "--peg requires --revision\n"
           "Run with --help for more information.\n"}});
-    EXPECT_EQ(sandbox_.quen({"log", "--limit", "0"}).status, 2);
+    for (const std::string limit : {"0", "-1", "x", "1x", "9223372036854775808"}) {
+        const Ran ran = sandbox_.quen({"log", "--limit=" + limit});
+        EXPECT_EQ(ran.status, 2);
+        EXPECT_THAT(ran.err,
+                    testing::HasSubstr("--limit: \"" + limit + "\" is no number of revisions."));
+    }
 }
 
 TEST_F(LogTest, AMessageCannotPlayTricksOnATerminal) {

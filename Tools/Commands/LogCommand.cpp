@@ -9,6 +9,7 @@
 #include "Tools/Terminal/Table.h"
 #include "Tools/Terminal/Times.h"
 
+#include <charconv>
 #include <cstdint>
 #include <memory>
 #include <sstream>
@@ -105,6 +106,15 @@ int runLogCommand(const Options& options) {
                        [&](const Array& records) { printForPeople(records, options); });
 }
 
+/// What is wrong with a limit; the empty text where it is good.
+std::string complaintAboutLimit(const std::string& text) {
+    std::int64_t limit = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, limit);
+    const bool isGood = read.ec == std::errc() && read.ptr == end && limit > 0;
+    return isGood ? "" : "\"" + text + "\" is no number of revisions. The least is 1.";
+}
+
 } // namespace
 
 void addLogCommand(CommandLine& line) {
@@ -114,7 +124,7 @@ void addLogCommand(CommandLine& line) {
     CLI::Option* const path =
         command->add_option("PATH", options->path, "A path or URL (default: here)");
     command->add_option("-l,--limit", options->limit, "At most so many revisions")
-        ->check(CLI::PositiveNumber);
+        ->check(complaintAboutLimit);
     command->add_flag("--stop-on-copy", options->stopsOnCopy,
                       "End where the item was copied from another place");
     command->add_flag("-f,--files", options->showsFiles, "Also show the files of each revision");
