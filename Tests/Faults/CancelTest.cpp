@@ -22,7 +22,7 @@ using std::chrono::milliseconds;
 /// Every kind of operation at once, cancelled at one moment, from threads that run none of them.
 class CancelTest : public testing::Test {
 protected:
-    static constexpr std::chrono::seconds bound{60};
+    static constexpr std::chrono::seconds bound{15};
 
     /// From several threads, some operations by two at once.
     static void cancelAll(const std::vector<KindRun>& runs) {

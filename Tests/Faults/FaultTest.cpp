@@ -18,8 +18,6 @@ namespace {
 /// Every kind of operation at once with one fault after the other.
 class FaultTest : public testing::Test {
 protected:
-    static constexpr std::chrono::seconds bound{60};
-
     /// `fault` is what FaultChild takes; it names the row too.
     void tryEveryKind(Tally& tally, const std::string& fault, const Verdict& verdict,
                       std::size_t width = 8) {
@@ -34,7 +32,7 @@ protected:
             tally.count(name + ", " + run.kind->name, difference(run, verdict));
         }
         tally.countGroup();
-        EXPECT_LT(std::chrono::steady_clock::now() - start, bound) << name;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, bound_) << name;
         EXPECT_EQ(left_.since(), "") << name;
         EXPECT_FALSE(client_.hasTemporaryFiles()) << name;
     }
@@ -47,6 +45,7 @@ protected:
                    : actual.substr(0, 500) + "\ninstead of\n" + expected.substr(0, 500);
     }
 
+    std::chrono::seconds bound_{20};
     ScratchDirectory existing_;
     std::vector<OperationKind> kinds_ = operationKinds(existing_.path());
     FaultyClient client_;
@@ -164,6 +163,7 @@ TEST_F(FaultTest, TheClientFindsNoTerminalAndNothingToRead) {
 }
 
 TEST_F(FaultTest, AGigabyteForAQueryAndForAChange) {
+    bound_ = std::chrono::seconds(60); // that much takes 21 s beside seven busy processes
     Tally tally("A gigabyte");
     std::erase_if(kinds_, [](const OperationKind& kind) {
         return kind.name != "status" && kind.name != "update";

@@ -19,7 +19,7 @@ namespace quen {
 
 namespace {
 
-constexpr std::chrono::seconds bound{60};
+constexpr std::chrono::seconds bound{20};
 
 FileDescriptor makePipeWithName(const String& path) {
     if (::mkfifo(path.c_str(), 0600) != 0) {

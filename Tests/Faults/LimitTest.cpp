@@ -59,7 +59,7 @@ TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {
                         actual == expected ? "" : actual + "\ninstead of\n" + expected);
         }
         tally.countGroup();
-        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60)) << fault;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20)) << fault;
         EXPECT_EQ(left.since(), "") << fault;
         EXPECT_TRUE(client.leavesNoProcess()) << fault;
         EXPECT_FALSE(client.hasTemporaryFiles()) << fault;

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace quen {
 
@@ -23,9 +24,8 @@ Failure takenForRefused();
 /// The console's answer must hold this error.
 void expectError(const Json& answer, const Failure& failure);
 
-/// It must hold one of those that a httpd leaves when it goes: the connection reset, ended, or
-/// refused to a client that tries again, a reply cut by the transport's or by its own rules. That
-/// is up to what the client is at in that moment.
-void expectLostReply(const Json& answer);
+/// It must hold one of the client's numbers for a httpd that goes: which one is up to what the
+/// client is at in that moment.
+void expectLostReply(const Json& answer, const std::vector<std::int64_t>& numbers);
 
 } // namespace quen

@@ -61,8 +61,7 @@ void Server::reachThrough(const Loopback& passage) {
         keepPassword(password);
     }
     if (kind_ == ServerKind::sshd) {
-        plan_.variables = {"SVN_SSH=ssh -F " + (sandbox_.root() / "server/ssh_config").string() +
-                           " -p " + std::to_string(passage.port)};
+        plan_.variables.front() += " -p " + std::to_string(passage.port); // of SVN_SSH
     }
 }
 

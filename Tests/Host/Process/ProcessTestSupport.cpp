@@ -16,7 +16,7 @@ namespace quen {
 
 namespace {
 
-constexpr std::chrono::seconds bound{60};
+constexpr std::chrono::seconds bound{20};
 
 std::string_view nameOf(ProcessEnd end) {
     switch (end) {
