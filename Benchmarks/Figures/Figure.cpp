@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <iostream>
+#include <utility>
 
 namespace quen {
 
@@ -26,6 +27,11 @@ void print(const Figure& figure) {
     std::cout << "| " << figure.name << " | " << decimals(figure.value, 3) << " | "
               << (figure.bound ? decimals(*figure.bound, 2) : "") << " | " << verdict(figure)
               << " | " << figure.detail << " |" << std::endl;
+}
+
+void add(Figures& figures, Figure figure) {
+    print(figure);
+    figures.push_back(std::move(figure));
 }
 
 double median(std::vector<double> numbers) {

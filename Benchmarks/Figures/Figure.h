@@ -22,6 +22,8 @@ using Figures = std::vector<Figure>;
 void printHeadOfTable();
 /// A row of the table, written at once: some take long to come.
 void print(const Figure& figure);
+/// Prints it, and keeps it with the others.
+void add(Figures& figures, Figure figure);
 
 /// Of at least one number.
 double median(std::vector<double> numbers);

@@ -1,29 +1,15 @@
 #include "Benchmarks/Runs/Floors.h"
 
+#include "Benchmarks/Reading/BareExpat.h"
 #include "Benchmarks/Reports/GeneratedReports.h"
 #include "Host/ClientRunner.h"
 
-#include <expat.h>
-#include <memory>
 #include <stdexcept>
 #include <thread>
 
 namespace quen {
 
 namespace {
-
-using Parser = std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)>;
-
-Parser makeParser() {
-    return {XML_ParserCreate(nullptr), &XML_ParserFree};
-}
-
-void parse(const Parser& parser, std::string_view piece, bool isLast) {
-    if (XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0) !=
-        XML_STATUS_OK) {
-        throw std::runtime_error("The report is malformed.");
-    }
-}
 
 void runClient(const std::vector<std::string>& arguments,
                std::function<void(std::string_view)> watcher) {
@@ -44,9 +30,9 @@ void runAndKeep(const std::vector<std::string>& arguments) {
 }
 
 void runAndCheck(const std::vector<std::string>& arguments) {
-    const Parser parser = makeParser();
-    runClient(arguments, [&](std::string_view piece) { parse(parser, piece, false); });
-    parse(parser, {}, true);
+    BareExpat expat;
+    runClient(arguments, [&](std::string_view piece) { expat.read(piece); });
+    expat.finish();
 }
 
 Cost costBesideNeighbour(const std::function<void()>& work) {
@@ -54,7 +40,7 @@ Cost costBesideNeighbour(const std::function<void()>& work) {
     static const std::string report = reportKinds().front().ofSize(size);
     const std::jthread neighbour([](const std::stop_token& end) {
         while (!end.stop_requested()) {
-            parse(makeParser(), report, true);
+            BareExpat::pass(report);
         }
     });
     return costOf(work);

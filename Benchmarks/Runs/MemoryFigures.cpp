@@ -71,14 +71,13 @@ Figures measureMemory(const Sizes& sizes) {
         makeClient(directory, directory + "/report");
         const std::string answer =
             outputOf("/proc/self/exe", {"host-report", std::string(kind.name) + ":" + directory});
-        figures.push_back(
+        add(figures,
             {.name = std::string(kind.name) + ", peak memory over report",
              .value = std::stod(answer) / static_cast<double>(report.size()),
              .bound = bound,
              .detail = decimals(static_cast<double>(report.size()) / 1e6, 0) + " MB of report, " +
                        answer.substr(answer.find(' ') + 1, answer.size() - answer.find(' ') - 2) +
                        " records, the host as a whole"});
-        print(figures.back());
     }
     return figures;
 }

@@ -16,11 +16,13 @@ struct Subject {
     std::string name;
     std::function<QuenSourceControlOperationPtr()> make;
     std::size_t records = 0;
-    double wallBound = 0;
-    std::optional<double> cpuBound = {};
     /// In a short run the clock of the processors is too coarse.
     bool isLong = true;
 };
+
+constexpr double longWallBound = 1.02;
+constexpr double shortWallBound = 1.05;
+constexpr double cpuBound = 1.15;
 
 std::vector<std::string> argumentsOf(const QuenSourceControlOperation& operation) {
     std::vector<std::string> words;
@@ -54,11 +56,6 @@ struct Ratios {
     std::vector<double> wall;
     std::vector<double> cpu;
 };
-
-void add(Figures& figures, Figure figure) {
-    print(figure);
-    figures.push_back(std::move(figure));
-}
 
 /// Runs the bare client and each way in turn, and again.
 Figures compare(const std::string& subject, const std::function<void()>& bare,
@@ -100,8 +97,8 @@ Figures measure(const Subject& subject, std::size_t turns) {
     const auto bare = [&] { runBare(clientPath(), arguments); };
     std::vector<Way> ways{{.name = "",
                            .run = [&] { return costOfOperation(subject); },
-                           .wallBound = subject.wallBound,
-                           .cpuBound = subject.cpuBound,
+                           .wallBound = subject.isLong ? longWallBound : shortWallBound,
+                           .cpuBound = cpuBound,
                            .showsCpu = subject.isLong}};
     if (subject.isLong) {
         ways.push_back({.name = ", output only kept",
@@ -115,10 +112,6 @@ Figures measure(const Subject& subject, std::size_t turns) {
     return compare(subject.name, bare, ways, turns, std::to_string(subject.records) + " records");
 }
 
-constexpr double largeWallBound = 1.02;
-constexpr double smallWallBound = 1.05;
-constexpr double cpuBound = 1.15;
-
 } // namespace
 
 Figures measureStatus(const Sizes& sizes) {
@@ -126,9 +119,7 @@ Figures measureStatus(const Sizes& sizes) {
     const std::string workingCopy = makeChangedFiles(place->path().str(), sizes.files);
     return measure({.name = "status",
                     .make = [&] { return operationOn(RequestTypeStatus, workingCopy); },
-                    .records = sizes.files,
-                    .wallBound = largeWallBound,
-                    .cpuBound = cpuBound},
+                    .records = sizes.files},
                    sizes.pairs);
 }
 
@@ -139,11 +130,7 @@ Figures measureLog(const Sizes& sizes) {
         return operationOn(RequestTypeLog, url,
                            {{QuenSourceControlRequestOptionLogOutputFilesChanged, true}});
     };
-    return measure({.name = "log with files",
-                    .make = make,
-                    .records = sizes.revisions,
-                    .wallBound = largeWallBound,
-                    .cpuBound = cpuBound},
+    return measure({.name = "log with files", .make = make, .records = sizes.revisions},
                    sizes.pairs);
 }
 
@@ -152,9 +139,7 @@ Figures measureBlame(const Sizes& sizes) {
     const std::string url = makeLongFile(place->path().str(), sizes.lines);
     return measure({.name = "blame",
                     .make = [&] { return operationOn(RequestTypeBlame, url); },
-                    .records = sizes.lines,
-                    .wallBound = largeWallBound,
-                    .cpuBound = cpuBound},
+                    .records = sizes.lines},
                    sizes.pairs);
 }
 
@@ -165,7 +150,6 @@ Figures measureInfo(const Sizes& sizes) {
     return measure({.name = "info of one file",
                     .make = [&] { return operationOn(RequestTypeInfo, file); },
                     .records = 1,
-                    .wallBound = smallWallBound,
                     .isLong = false},
                    sizes.pairs * pairsForOne);
 }
