@@ -2,8 +2,8 @@
 #include "Fuzz/Support/Check.h"
 #include "Fuzz/Support/Input.h"
 #include "Host/HostServices.h"
-#include "Tools/Request/RequestConsole.h"
-#include "Tools/Request/RunRecorder.h"
+#include "Tools/Console/RequestConsole.h"
+#include "Tools/Console/RunRecorder.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,7 @@
-#include "Tools/Arguments.h"
-#include "Tools/Command.h"
+#include "Tools/Commands/CommandLine/Arguments.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
 #include <exception>

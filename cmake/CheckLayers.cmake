@@ -3,29 +3,45 @@
 #     cmake -D ROOT=<source tree> -P CheckLayers.cmake
 #
 # A quoted include is written from a root (of the tree, or of Contract) and names a file that
-# exists; which layer it reaches is read from where that file lies.
+# exists; which layer it reaches is read from where that file lies. Each directory below Tools is a
+# layer of its own, and what lies in Tools itself is one more.
 
 cmake_minimum_required(VERSION 3.25)
 
 # Each layer with the layers that it may include.
-set(LAYERS Foundation Contract Classes Host Tools)
+set(DIRECTORIES Foundation Contract Classes Host Tools)
 set(SEEN_BY_Foundation Foundation)
 set(SEEN_BY_Contract Contract Foundation)
 set(SEEN_BY_Classes Classes Contract Foundation)
 set(SEEN_BY_Host Host Contract Foundation)
-set(SEEN_BY_Tools Tools Host Contract Foundation)
+set(BELOW_TOOLS Tools/Provider Host Contract Foundation)
+set(SEEN_BY_Tools/Provider ${BELOW_TOOLS})
+set(SEEN_BY_Tools/Terminal Tools/Terminal Host Contract Foundation)
+set(SEEN_BY_Tools/Console Tools/Console ${BELOW_TOOLS})
+set(SEEN_BY_Tools/Server Tools/Server Tools/Console ${BELOW_TOOLS})
+set(SEEN_BY_Tools/Tour Tools/Tour Tools/Console Tools/Terminal ${BELOW_TOOLS})
+set(SEEN_BY_Tools/Commands Tools/Commands
+    Tools/Tour Tools/Server Tools/Console Tools/Terminal ${BELOW_TOOLS})
+set(SEEN_BY_Tools Tools/Commands ${BELOW_TOOLS})
 
 # Libraries that one place alone includes, as a pattern of the include and one of the sources.
 set(ENGINES
     "^expat.*=^Foundation/XML[A-Za-z]*\\.(h|cpp)$"
     "^utf8proc.*=^(Classes|Host|Tools|Foundation)/"
-    "^nlohmann/.*=^Tools/"
-    "^CLI/.*=^Tools/")
+    "^nlohmann/.*=^Tools/(Console|Server|Tour|Commands)/"
+    "^CLI/.*=^Tools/(Commands/|main\\.cpp$)")
 
 set(FAULTS "")
 
 function(add_fault source line text)
     set(FAULTS "${FAULTS}${source}:${line}: ${text}\n" PARENT_SCOPE)
+endfunction()
+
+# Sets `layer` to the one in which a path from the tree's root lies.
+function(layer_of path layer)
+    string(REGEX MATCH "^Tools/[^/]*/|^[^/]*/" first "${path}")
+    string(REGEX REPLACE "/$" "" first "${first}")
+    set(${layer} "${first}" PARENT_SCOPE)
 endfunction()
 
 # Sets `layer` to the one in which a quoted include lies, to nothing where there is no such file.
@@ -34,13 +50,13 @@ function(find_layer include layer)
     if(EXISTS "${ROOT}/Contract/${include}")
         set(${layer} Contract PARENT_SCOPE)
     elseif(EXISTS "${ROOT}/${include}")
-        string(REGEX REPLACE "/.*" "" first "${include}")
+        layer_of("${include}" first)
         set(${layer} "${first}" PARENT_SCOPE)
     endif()
 endfunction()
 
 function(check_quoted source line include)
-    string(REGEX REPLACE "/.*" "" own "${source}")
+    layer_of("${source}" own)
     find_layer("${include}" reached)
     if(reached STREQUAL "" OR include MATCHES "(^|/)\\.\\.?/")
         add_fault("${source}" ${line} "\"${include}\" is no file of the tree, written from its root")
@@ -81,9 +97,9 @@ function(check_source source)
 endfunction()
 
 set(COUNT 0)
-foreach(layer IN LISTS LAYERS)
+foreach(directory IN LISTS DIRECTORIES)
     file(GLOB_RECURSE sources RELATIVE "${ROOT}"
-        "${ROOT}/${layer}/*.h" "${ROOT}/${layer}/*.cpp")
+        "${ROOT}/${directory}/*.h" "${ROOT}/${directory}/*.cpp")
     foreach(source IN LISTS sources)
         check_source("${source}")
         math(EXPR COUNT "${COUNT} + 1")

@@ -1,6 +1,6 @@
 #include "QuenFoundation/QuenSourceControlRequestType.h"
 #include "Tests/System/Sandbox.h"
-#include "Tools/Request/RequestTypeNames.h"
+#include "Tools/Console/RequestTypeNames.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

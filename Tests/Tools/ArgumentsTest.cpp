@@ -1,6 +1,7 @@
 #include "Tests/Support/CaseName.h"
-#include "Tools/Arguments.h"
+#include "Tools/Commands/CommandLine/Arguments.h"
 
+#include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 #include <ostream>
 

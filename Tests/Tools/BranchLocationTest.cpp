@@ -1,6 +1,6 @@
 #include "Tests/Support/CaseName.h"
 #include "Tests/Support/Printers.h"
-#include "Tools/Commands/BranchLocation.h"
+#include "Tools/Commands/Places/BranchLocation.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

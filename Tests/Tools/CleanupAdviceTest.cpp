@@ -2,7 +2,7 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tests/Host/ScratchDirectory.h"
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/CleanupAdvice.h"
+#include "Tools/Commands/Session/CleanupAdvice.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

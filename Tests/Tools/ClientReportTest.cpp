@@ -1,5 +1,5 @@
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/ClientReport.h"
+#include "Tools/Commands/Changes/ClientReport.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

@@ -1,4 +1,4 @@
-#include "Tools/Commands/DiffText.h"
+#include "Tools/Commands/Content/DiffText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/ErrorTexts.h"
+#include "Tools/Commands/Session/ErrorTexts.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "Tools/Command.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Terminal/InterruptWatch.h"
 
 #include <atomic>

@@ -1,6 +1,6 @@
 #include "Tests/Support/CaseName.h"
 #include "Tests/Support/Printers.h"
-#include "Tools/Commands/Locations.h"
+#include "Tools/Commands/Places/Locations.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

@@ -1,5 +1,5 @@
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/LogMessage.h"
+#include "Tools/Commands/Changes/LogMessage.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

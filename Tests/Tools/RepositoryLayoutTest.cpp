@@ -1,5 +1,5 @@
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/RepositoryLayout.h"
+#include "Tools/Commands/Places/RepositoryLayout.h"
 
 #include <gtest/gtest.h>
 

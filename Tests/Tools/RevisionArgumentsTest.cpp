@@ -1,6 +1,6 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/RevisionArguments.h"
+#include "Tools/Commands/Places/RevisionArguments.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "Tests/Host/ScratchDirectory.h"
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/SettingsFile.h"
+#include "Tools/Commands/Places/SettingsFile.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "QuenFoundation/QuenSourceControlStatus.h"
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/StatusWords.h"
+#include "Tools/Terminal/StatusWords.h"
 
 #include <gtest/gtest.h>
 

@@ -1,14 +1,15 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
-#include "Tools/Commands/FetchFile.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/Records.h"
-#include "Tools/Commands/RevisionArguments.h"
-#include "Tools/Commands/ShowRecords.h"
+#include "Tools/Commands/Content/FetchFile.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/RevisionArguments.h"
+#include "Tools/Commands/Session/Records.h"
+#include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/Pager.h"
 #include "Tools/Terminal/Table.h"
 #include "Tools/Terminal/Times.h"
 
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <sstream>
 

@@ -1,10 +1,11 @@
 #include "Tools/Commands/BranchEditCommands.h"
 
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/BranchLocation.h"
-#include "Tools/Commands/Change.h"
-#include "Tools/Commands/LogMessage.h"
+#include "Tools/Commands/Changes/Change.h"
+#include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/Places/BranchLocation.h"
 
+#include <CLI/CLI.hpp>
 #include <memory>
 
 namespace quen {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tools/Command.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 
 namespace quen {
 

@@ -1,9 +1,10 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
-#include "Tools/Commands/FetchFile.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/RevisionArguments.h"
+#include "Tools/Commands/Content/FetchFile.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/RevisionArguments.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 

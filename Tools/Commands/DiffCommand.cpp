@@ -1,10 +1,11 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/DiffSummary.h"
-#include "Tools/Commands/DiffText.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/ShowRecords.h"
+#include "Tools/Commands/Content/DiffSummary.h"
+#include "Tools/Commands/Content/DiffText.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/Pager.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <iostream>

@@ -1,9 +1,10 @@
 #include "Foundation/PathComponents.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/FetchFile.h"
-#include "Tools/Commands/RevisionArguments.h"
+#include "Tools/Commands/Content/FetchFile.h"
+#include "Tools/Commands/Places/RevisionArguments.h"
 
+#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
 #include <memory>

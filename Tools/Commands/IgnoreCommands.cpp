@@ -2,12 +2,13 @@
 #include "Host/ClientMessage.h"
 #include "Host/HostServices.h"
 #include "Host/TaskErrors.h"
-#include "Tools/Commands/Change.h"
-#include "Tools/Commands/IgnoreListGuard.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/SourceTreeFinder.h"
-#include "Tools/Request/RunRecorder.h"
+#include "Tools/Commands/Changes/Change.h"
+#include "Tools/Commands/Changes/IgnoreListGuard.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Console/RunRecorder.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iterator>
 #include <memory>

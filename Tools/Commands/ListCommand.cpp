@@ -1,9 +1,10 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/Records.h"
-#include "Tools/Commands/ShowRecords.h"
-#include "Tools/Commands/SourceTreeFinder.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/Records.h"
+#include "Tools/Commands/Session/ShowRecords.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 

@@ -1,11 +1,12 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/Change.h"
-#include "Tools/Commands/ChangeList.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/LogMessage.h"
-#include "Tools/Commands/SourceTreeFinder.h"
+#include "Tools/Commands/Changes/Change.h"
+#include "Tools/Commands/Changes/ChangeList.h"
+#include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Terminal/Question.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <memory>

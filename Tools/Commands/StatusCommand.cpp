@@ -1,11 +1,12 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlStatus.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/ShowRecords.h"
-#include "Tools/Commands/SourceTreeFinder.h"
-#include "Tools/Commands/StatusWords.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/ShowRecords.h"
+#include "Tools/Terminal/StatusWords.h"
 #include "Tools/Terminal/Table.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <memory>

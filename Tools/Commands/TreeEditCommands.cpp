@@ -1,11 +1,12 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/BranchLocation.h"
-#include "Tools/Commands/Change.h"
-#include "Tools/Commands/Locations.h"
-#include "Tools/Commands/LogMessage.h"
-#include "Tools/Commands/RevisionArguments.h"
-#include "Tools/Commands/SourceTreeFinder.h"
+#include "Tools/Commands/Changes/Change.h"
+#include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/Places/BranchLocation.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/RevisionArguments.h"
+#include "Tools/Commands/Places/SourceTreeFinder.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "Tools/Terminal/InterruptWatch.h"
 
-#include "Tools/Command.h"
+#include "Tools/Terminal/ExitStatus.h"
 
 #include <array>
 #include <cerrno>

@@ -1,9 +1,9 @@
 #include "Tools/Tour/TourStage.h"
 
 #include "Foundation/Format.h"
-#include "Tools/Commands/StatusWords.h"
-#include "Tools/Request/JsonOutput.h"
-#include "Tools/Request/RequestTypeNames.h"
+#include "Tools/Console/JsonOutput.h"
+#include "Tools/Console/RequestTypeNames.h"
+#include "Tools/Terminal/StatusWords.h"
 
 #include <iostream>
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlProtocol.h"
-#include "Tools/Request/RunRecorder.h"
+#include "Tools/Console/RunRecorder.h"
 #include "Tools/Terminal/Table.h"
 
 #include <chrono>

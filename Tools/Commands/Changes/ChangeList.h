@@ -1,0 +1,38 @@
+#pragma once
+
+#include "QuenFoundation/QuenSourceControlStatus.h"
+#include "Tools/Commands/Places/SourceTreeFinder.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quen {
+
+/// What a commit sends.
+constexpr std::uint32_t committedChanges =
+    QuenSourceControlStatusAdded | QuenSourceControlStatusAddedWithHistory |
+    QuenSourceControlStatusDeleted | QuenSourceControlStatusReplaced |
+    QuenSourceControlStatusModified | QuenSourceControlStatusPropertiesModified |
+    QuenSourceControlStatusConflicted | QuenSourceControlStatusPropertiesConflicted;
+
+/// What is on the disk alone and goes when an item is reverted.
+constexpr std::uint32_t changesLostByRevert =
+    QuenSourceControlStatusReplaced | QuenSourceControlStatusModified |
+    QuenSourceControlStatusPropertiesModified | QuenSourceControlStatusConflicted |
+    QuenSourceControlStatusPropertiesConflicted;
+
+/// Likewise when it is removed, with everything in it.
+constexpr std::uint32_t changesLostByRemoval = changesLostByRevert | QuenSourceControlStatusAdded |
+                                               QuenSourceControlStatusUnversioned |
+                                               QuenSourceControlStatusIgnored;
+
+/// The items at and below the paths whose status has one of the flags, a line each in aligned
+/// columns: `modified  src/a.c`. nullopt where the status is not to be had: that is then told, and
+/// `status` is the exit status that follows.
+std::optional<std::vector<std::string>> linesOfChanges(Session& session, const SourceTree& source,
+                                                       const std::vector<std::string>& paths,
+                                                       std::uint32_t flags, int& status);
+
+} // namespace quen

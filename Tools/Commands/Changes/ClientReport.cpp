@@ -1,0 +1,76 @@
+#include "Tools/Commands/Changes/ClientReport.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quen {
+
+namespace {
+
+constexpr std::array<std::string_view, 7> itemBeginnings{
+    "Adding  ", "Sending  ", "Deleting  ", "Replacing  ", "Reverted '", "Restored '", "Resolved "};
+
+constexpr std::array<std::string_view, 5> revisionBeginnings{
+    "Updated to revision ", "At revision ", "Checked out revision ", "Committed revision ",
+    "Exported revision "};
+
+bool isOneOf(char c, std::string_view set) noexcept {
+    return set.find(c) != std::string_view::npos;
+}
+
+/// Columns: what happened to the text, to the properties, a lost lock, a conflict of trees. The
+/// fourth and fifth may also begin a remark such as `(bin)`.
+bool hasItemColumns(std::string_view line) noexcept {
+    constexpr std::string_view changes = " ADUCGER";
+    if (line.size() < 6 || !isOneOf(line[0], changes) || !isOneOf(line[1], changes) ||
+        !isOneOf(line[2], " B") || !isOneOf(line[3], " C(")) {
+        return false;
+    }
+    const bool saysSomething = line[0] != ' ' || line[1] != ' ' || line[3] == 'C';
+    return saysSomething && (line[3] == '(' || line[4] == ' ');
+}
+
+std::string_view digitsAt(std::string_view text) noexcept {
+    return text.substr(0, std::min(text.find_first_not_of("0123456789"), text.size()));
+}
+
+} // namespace
+
+bool tellsOfItem(std::string_view line) {
+    return hasItemColumns(line) || line.ends_with(" marked as resolved.") ||
+           std::any_of(itemBeginnings.begin(), itemBeginnings.end(),
+                       [&](std::string_view beginning) { return line.starts_with(beginning); });
+}
+
+void ClientReport::take(std::string_view piece) {
+    rest_ += piece;
+    std::size_t start = 0;
+    for (auto end = rest_.find('\n'); end != std::string::npos; end = rest_.find('\n', start)) {
+        takeLine(std::string_view(rest_).substr(start, end - start));
+        start = end + 1;
+    }
+    rest_.erase(0, start);
+}
+
+void ClientReport::takeLine(std::string_view line) {
+    if (line.find_first_not_of(' ') == std::string_view::npos) {
+        return;
+    }
+    lastLine_ = line;
+    if (line.starts_with("--- ")) {
+        isRecordingMerge_ = line.starts_with("--- Recording") || line.starts_with("--- Eliding");
+    } else if (line == "Summary of conflicts:") {
+        isListingConflicts_ = true;
+    } else if (isListingConflicts_ && line.starts_with("  ")) {
+        conflicts_ += std::string(line.substr(2)) + '\n';
+    } else if (tellsOfItem(line)) {
+        items_ += isRecordingMerge_ ? 0 : 1;
+    }
+    for (const std::string_view beginning : revisionBeginnings) {
+        if (line.starts_with(beginning)) {
+            revision_ = digitsAt(line.substr(beginning.size()));
+        }
+    }
+}
+
+} // namespace quen

@@ -1,0 +1,112 @@
+#include "Tools/Commands/Content/DiffSummary.h"
+
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Session/Records.h"
+#include "Tools/Commands/Session/ShowRecords.h"
+#include "Tools/Terminal/StatusWords.h"
+#include "Tools/Terminal/Table.h"
+
+#include <cstdint>
+#include <iostream>
+#include <optional>
+
+namespace quen {
+
+namespace {
+
+/// The client compares places by URL. nullopt where there is none; the reason has then been told.
+std::optional<std::string> urlOf(Session& session, const SourceTree& source,
+                                 const std::string& location) {
+    if (isRepositoryURL(location)) {
+        return location;
+    }
+    const auto operation =
+        session.perform(makeRequest(RequestTypeInfo, source, {clientPath(location)}));
+    if (operation == nullptr || session.finish(*operation) != ExitSuccess) {
+        return std::nullopt;
+    }
+    const Array* const records = operation->result().array();
+    if (records == nullptr || records->count() == 0) {
+        session.tell("\"" + printable(location) + "\" was never committed.");
+        return std::nullopt;
+    }
+    const Dictionary& record = *(*records)[0].dictionary();
+    return record[QuenSourceControlOperationRemoteOriginKey].stringValue().str();
+}
+
+/// In a URL an `@` can be written so that only the one that begins the revision is left.
+std::string withoutAt(std::string url) {
+    const std::size_t name = url.rfind('/');
+    for (auto at = url.find('@', name); at != std::string::npos; at = url.find('@', at)) {
+        url.replace(at, 1, "%40");
+    }
+    return url;
+}
+
+/// Both places are pinned, to the youngest revision where no other is given.
+QuenSourceControlRequestPtr requestFor(const SourceTree& source, const std::string& oldURL,
+                                       const std::string& newURL, const RevisionRange& revisions) {
+    auto request =
+        makeRequest(RequestTypeDiff, source, {withoutAt(oldURL)},
+                    Dictionary{{QuenSourceControlRequestOptionSupplyDirectRevision, true}});
+    request->setDestination(withoutAt(newURL));
+    request->setStartingRevision(revisions.isRange() ? revisions.start : "HEAD");
+    request->setEndingRevision(revisions.isRange() ? revisions.end : "HEAD");
+    return request;
+}
+
+/// A path below the old place, by the name that it has there.
+std::string shownName(const std::string& path, const std::string& oldURL) {
+    if (path == oldURL) {
+        return ".";
+    }
+    return printable(path.starts_with(oldURL + "/") ? percentDecoded(path.substr(oldURL.size() + 1))
+                                                    : path);
+}
+
+void printForPeople(const Array& records, const std::string& oldURL, const Palette& palette) {
+    Table table;
+    for (const Value& value : records) {
+        const Dictionary& record = *value.dictionary();
+        const std::int64_t* const status = record[QuenSourceControlOperationWCStatusKey].integer();
+        const auto words =
+            wordsForStatus(status == nullptr ? 0 : static_cast<std::uint32_t>(*status));
+        // The summary knows no word for changed properties.
+        const StatusWord word =
+            words.empty() ? StatusWord{"properties modified", Style::changed} : words.front();
+        const bool isDirectory = record[QuenSourceControlOperationIsLeafKey].boolean() != nullptr &&
+                                 !record[QuenSourceControlOperationIsLeafKey].boolValue();
+        const std::string name =
+            shownName(record[QuenSourceControlOperationPathKey].stringValue().str(), oldURL);
+        table.add({{word.text, word.style}, {isDirectory && name != "." ? name + "/" : name}});
+    }
+    table.print(std::cout, palette);
+}
+
+} // namespace
+
+std::string faultOfSummary(const DiffTargets& targets) {
+    const std::size_t count = targets.paths.size();
+    if (count == 2 || (count == 1 && targets.revisions.isRange())) {
+        return "";
+    }
+    return "--summarize compares two places, OLD and NEW, or one place in two revisions, -r A:B. "
+           "What has changed in a working copy is shown by `quen status`.";
+}
+
+int showSummary(Session& session, const SourceTree& source, const DiffTargets& targets,
+                const CommonOptions& options) {
+    const auto oldURL = urlOf(session, source, targets.paths.front());
+    const auto newURL =
+        oldURL && targets.paths.size() > 1 ? urlOf(session, source, targets.paths.back()) : oldURL;
+    if (!oldURL || !newURL) {
+        return ExitFailure;
+    }
+    const auto operation = session.perform(requestFor(source, *oldURL, *newURL, targets.revisions));
+    return showRecords(session, operation, options, [&](const Array& records) {
+        printForPeople(records, *oldURL, options.palette());
+    });
+}
+
+} // namespace quen

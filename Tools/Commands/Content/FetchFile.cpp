@@ -1,0 +1,54 @@
+#include "Tools/Commands/Content/FetchFile.h"
+
+#include "MarlFoundation/MarlFilePath.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Places/Locations.h"
+#include "Tools/Commands/Places/RevisionArguments.h"
+
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+namespace quen {
+
+namespace {
+
+/// Where the operation left the file; empty where it did not.
+std::filesystem::path pathIn(const Value& result) {
+    const Array* const records = result.array();
+    if (records == nullptr || records->count() == 0) {
+        return {};
+    }
+    const Dictionary& record = *(*records)[0].dictionary();
+    const FilePathValue* const path = record[QuenSourceControlOperationPathKey].filePath();
+    return path == nullptr ? std::string() : (*path)->pathString().str();
+}
+
+} // namespace
+
+std::optional<FetchedFile> fetchFile(Session& session, const SourceTree& source,
+                                     const FileToFetch& file) {
+    auto request =
+        makeRequest(RequestTypeExportFile, source, {clientPath(file.location)},
+                    Dictionary{{QuenSourceControlRequestOptionSupplyDirectRevision, file.pegs}});
+    request->setStartingRevision(startingRevisionFor(file.revision));
+    const auto operation = session.perform(request, Follow::progress);
+    if (operation == nullptr || session.finish(*operation) != ExitSuccess) {
+        return std::nullopt;
+    }
+    return FetchedFile{operation, pathIn(operation->result())};
+}
+
+std::optional<std::string> contentOf(const FetchedFile& file) {
+    std::error_code error;
+    if (std::filesystem::is_symlink(file.path, error)) {
+        return "link " + std::filesystem::read_symlink(file.path, error).string();
+    }
+    std::ifstream stream(file.path, std::ios::binary);
+    if (!stream.is_open() || !std::filesystem::is_regular_file(file.path, error)) {
+        return std::nullopt;
+    }
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+} // namespace quen

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Foundation/String.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
+namespace quen {
+
+/// One revision or two, as a person writes them and as the client reads them: a number, a date in
+/// braces, or one of the words HEAD, BASE, COMMITTED and PREV, which may be typed in small letters.
+struct RevisionRange {
+    /// Empty where none was given.
+    std::string start;
+    /// Empty for a single revision.
+    std::string end;
+
+    bool isGiven() const { return !start.empty(); }
+    bool isRange() const { return !end.empty(); }
+};
+
+/// `12`, `r12`, `HEAD`, `{2024-01-01 10:00}`, `10:12`, `{2024-01-01}:HEAD`; nullopt for anything
+/// else.
+std::optional<RevisionRange> parseRevisionRange(std::string_view text);
+
+/// A revision as a request takes it at its start: the host's own names for HEAD and BASE, anything
+/// else as it is, nil for none. Only for requests whose operation knows the names at that place; an
+/// ending revision goes to the client word for word.
+String startingRevisionFor(const std::string& revision);
+
+/// `-r`, checked while the command line is read. `range` says whether two revisions make sense.
+CLI::Option* addRevisionOption(CLI::App& command, RevisionRange& revisions, bool takesRange,
+                               const std::string& help);
+
+} // namespace quen

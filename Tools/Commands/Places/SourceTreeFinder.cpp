@@ -1,0 +1,164 @@
+#include "Tools/Commands/Places/SourceTreeFinder.h"
+
+#include "Host/HostSourceTrees.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Places/Locations.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+std::string absolutePath(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::absolute(path, error).lexically_normal().string();
+}
+
+SourceTree makeSource(const std::string& location, HostRepository::Facts facts) {
+    if (facts.location.isNil()) {
+        facts.location = isRepositoryURL(location) ? location : absolutePath(location);
+    }
+    facts.name = facts.location;
+    const auto repository = std::make_shared<HostRepository>(std::move(facts));
+    if (isRepositoryURL(location)) {
+        return {repository, repository};
+    }
+    const std::string top = topDirectoryOf(location).string();
+    HostWorkingTree::Facts tree;
+    tree.location = top.empty() ? absolutePath(location) : top;
+    tree.name = tree.location;
+    tree.repository = repository;
+    return {std::make_shared<HostWorkingTree>(std::move(tree)), repository};
+}
+
+bool isBelowRoot(const std::string& location) {
+    return location.starts_with("^/");
+}
+
+/// What is said of one location, as a URL; nil for what is none.
+URL resolved(std::string location, const String& root) {
+    if (isBelowRoot(location)) {
+        location = root.str() + location.substr(1);
+    }
+    // The plug-in compares by prefix, and skips the separator behind it by itself.
+    while (location.ends_with('/')) {
+        location.pop_back();
+    }
+    return isRepositoryURL(location) ? URL::fromString(location) : URL();
+}
+
+std::string firstSaid(const std::string& option, const std::string& setting) {
+    return option.empty() ? setting : option;
+}
+
+bool isWholeURL(const std::string& location) {
+    return !location.empty() && !isBelowRoot(location);
+}
+
+/// The location, then the directories above it, as far as the top of the working copy: an item
+/// that was never committed says nothing of the repository, and what it lies in does.
+std::vector<std::string> placesToAsk(const std::string& location) {
+    std::vector<std::string> places{location};
+    const std::filesystem::path top = topDirectoryOf(location);
+    if (isRepositoryURL(location) || top.empty()) {
+        return places;
+    }
+    for (std::filesystem::path path = absolutePath(location); path != top;) {
+        path = path.parent_path();
+        places.push_back(path.string());
+    }
+    return places;
+}
+
+} // namespace
+
+QuenSourceControlRequestPtr makeRequest(RequestType type, const SourceTree& source,
+                                        StringArray files, Dictionary options) {
+    auto request = std::make_shared<QuenSourceControlRequest>();
+    request->initWithType(type, source.tree, std::move(files), std::move(options));
+    request->setRepositoryToAuthenticate(source.repository);
+    return request;
+}
+
+void LayoutOptions::addTo(CLI::App& command) {
+    command.add_option("--trunk", layout.trunk, "The trunk: a URL, or ^/NAME in the repository");
+    command.add_option("--branches", layout.branches, "What holds the branches, likewise");
+}
+
+std::optional<SourceTree> SourceTreeFinder::find(const std::string& location) {
+    const auto settings = settingsOf(location);
+    if (!settings) {
+        return std::nullopt;
+    }
+    HostRepository::Facts facts;
+    facts.user = settings->user;
+    return makeSource(location, std::move(facts));
+}
+
+std::optional<SourceTree> SourceTreeFinder::findWithLayout(const std::string& location,
+                                                           const LayoutOptions& options) {
+    const auto settings = settingsOf(location);
+    if (!settings) {
+        return std::nullopt;
+    }
+    HostRepository::Facts facts;
+    facts.user = settings->user;
+    RepositoryLayout layout{firstSaid(options.layout.trunk, settings->layout.trunk),
+                            firstSaid(options.layout.branches, settings->layout.branches)};
+    if (!isWholeURL(layout.trunk) || !isWholeURL(layout.branches)) {
+        const auto place = placeOf(location, makeSource(location, facts));
+        if (!place) {
+            return std::nullopt;
+        }
+        const RepositoryLayout usual = usualLayout(place->url, place->root);
+        layout = {firstSaid(layout.trunk, usual.trunk), firstSaid(layout.branches, usual.branches)};
+        facts.location = place->root;
+    }
+    facts.trunkLocation = resolved(layout.trunk, facts.location);
+    facts.branchesLocation = resolved(layout.branches, facts.location);
+    if (facts.trunkLocation.isNil() || facts.branchesLocation.isNil()) {
+        session_.tell("\"" + (facts.trunkLocation.isNil() ? layout.trunk : layout.branches) +
+                      "\" is no URL. Write it whole or as ^/NAME, with %20 for a blank and "
+                      "likewise for what is no ASCII.");
+        return std::nullopt;
+    }
+    return makeSource(location, std::move(facts));
+}
+
+std::optional<Settings> SourceTreeFinder::settingsOf(const std::string& location) {
+    std::string problem;
+    auto settings = isRepositoryURL(location) ? Settings() : settingsFor(location, problem);
+    if (!settings) {
+        session_.tell(problem);
+        return std::nullopt;
+    }
+    settings->user = firstSaid(common_.user, settings->user);
+    return settings;
+}
+
+std::optional<SourceTreeFinder::Place> SourceTreeFinder::placeOf(const std::string& location,
+                                                                 const SourceTree& source) {
+    for (const std::string& place : placesToAsk(location)) {
+        const auto operation =
+            session_.perform(makeRequest(RequestTypeInfo, source, {clientPath(place)}));
+        if (operation == nullptr || session_.finish(*operation) != ExitSuccess) {
+            return std::nullopt;
+        }
+        const Array* const records = operation->result().array();
+        if (records != nullptr && records->count() > 0) {
+            const Dictionary& record = *(*records)[0].dictionary();
+            return Place{record[QuenSourceControlOperationRemoteOriginKey].stringValue().str(),
+                         record[QuenSourceControlOperationRepositoryRootKey].stringValue().str()};
+        }
+    }
+    session_.tell("It is not known where \"" + printable(location) +
+                  "\" lies in the repository: nothing there was ever committed.");
+    return std::nullopt;
+}
+
+} // namespace quen

@@ -1,0 +1,111 @@
+#include "Host/ClientRunner.h"
+#include "Host/HostServices.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Console/RequestConsole.h"
+#include "Tools/Provider/Provider.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+namespace quen {
+
+namespace {
+
+struct Options {
+    bool dryRun = false;
+    bool lines = false;
+    std::uint32_t logLevel = 0;
+    std::string toolsDirectory;
+    std::string plugIn;
+    std::string file = "-";
+};
+
+/// The input object was not understood; every other failure is ExitFailure.
+constexpr int exitInputError = 2;
+
+int explain(const std::string& problem) {
+    std::cerr << "quen request: " << problem << '\n';
+    return ExitFailure;
+}
+
+/// Whether the reader of our output is still there.
+bool print(const RequestConsole::Answer& answer) {
+    std::cout << answer.json.dump() << '\n' << std::flush;
+    return std::cout.good();
+}
+
+int serveLines(RequestConsole& console, std::istream& input) {
+    for (std::string line; std::getline(input, line);) {
+        if (!print(console.serve(line))) {
+            return explain("standard output cannot be written to.");
+        }
+    }
+    return input.bad() ? explain("the input could not be read to its end.") : ExitSuccess;
+}
+
+int serveOne(RequestConsole& console, std::istream& input) {
+    const std::string text(std::istreambuf_iterator<char>(input), {});
+    if (input.bad()) {
+        return explain("the input could not be read to its end.");
+    }
+    const RequestConsole::Answer answer = console.serve(text);
+    if (!print(answer)) {
+        return explain("standard output cannot be written to.");
+    }
+    if (!answer.inputError.empty()) {
+        explain(answer.inputError);
+        return exitInputError;
+    }
+    return ExitSuccess;
+}
+
+int serve(const Options& options, std::istream& input) {
+    std::string problem;
+    auto provider = loadProviderOrExplain(options.plugIn, problem);
+    if (provider == nullptr) {
+        return explain(problem);
+    }
+    if (!options.toolsDirectory.empty()) {
+        HostServices::shared().setToolsDirectory(options.toolsDirectory);
+    }
+    RequestConsole console(std::move(provider), std::make_shared<ClientRunner>(),
+                           {options.dryRun, options.logLevel});
+    return options.lines ? serveLines(console, input) : serveOne(console, input);
+}
+
+int runRequestCommand(const Options& options) {
+    if (options.file == "-") {
+        return serve(options, std::cin);
+    }
+    std::ifstream file(options.file);
+    // A directory can be opened, but never read.
+    if (!file || (file.peek(), file.bad())) {
+        return explain("\"" + options.file + "\" cannot be read.");
+    }
+    file.clear();
+    return serve(options, file);
+}
+
+} // namespace
+
+void addRequestCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command = line.app.add_subcommand(
+        "request", "Drive the plug-in with requests in JSON, one object or one a line");
+    command->add_flag("--dry-run", options->dryRun, "Make the operation, do not run it");
+    command->add_flag("--lines", options->lines, "Read one object a line, answer one a line");
+    command->add_option("--log-level", options->logLevel, "Level of the source-control log");
+    command->add_option("--tools-directory", options->toolsDirectory,
+                        "Directory that holds svn (default: that of the svn on PATH)");
+    command->add_option("--plug-in", options->plugIn, "The plug-in's module");
+    command->add_option("FILE", options->file, "The input (default: standard input)");
+    command->callback(
+        [&line, options] { line.run = [options] { return runRequestCommand(*options); }; });
+}
+
+} // namespace quen

@@ -1,0 +1,36 @@
+#include "Tools/Commands/Session/Records.h"
+
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Terminal/Times.h"
+
+#include <algorithm>
+
+namespace quen {
+
+std::string shownText(const Dictionary& record, const String& key) {
+    return printable(record[key].stringValue().view());
+}
+
+std::string changeLine(const Dictionary& record, const Palette& palette, Date now) {
+    const std::string author = shownText(record, QuenSourceControlOperationAuthorKey);
+    std::string line = palette.paint(
+        Style::warning, "r" + shownText(record, QuenSourceControlOperationRevisionKey));
+    line += "  " + palette.paint(Style::heading, author.empty() ? "(no author)" : author);
+    if (const Date* const date = record[QuenSourceControlOperationDateKey].date()) {
+        line += "  " + ageText(*date, now) +
+                palette.paint(Style::faint, " (" + localDateText(*date) + ")");
+    }
+    return line;
+}
+
+std::vector<std::string_view> linesOf(std::string_view text) {
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        lines.push_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
+} // namespace quen

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Tools/Commands/Session/Session.h"
+
+#include <functional>
+
+namespace quen {
+
+/// How a sub-command that shows something ends: prints the operation's records, as JSON or by
+/// `printForPeople`, then tells its error; the exit status that follows. Where there is an error,
+/// what was found all the same is printed, and nothing where that is nothing. A null operation,
+/// whose reason has been told, is a failure.
+int showRecords(const Session& session, const QuenSourceControlOperationPtr& operation,
+                const CommonOptions& options,
+                const std::function<void(const Array& records)>& printForPeople);
+
+} // namespace quen

@@ -1,0 +1,65 @@
+#include "Host/ClientRunner.h"
+#include "Host/HostServices.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Session/Session.h"
+#include "Tools/Provider/Provider.h"
+#include "Tools/Tour/TourSteps.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <memory>
+
+namespace quen {
+
+namespace {
+
+struct Options {
+    std::string colour = "auto";
+    std::string plugIn;
+};
+
+int fail(const std::string& problem) {
+    std::cerr << "quen tour: " << problem << '\n';
+    return ExitFailure;
+}
+
+int runTourCommand(const Options& options) {
+    std::string problem;
+    auto provider = loadProviderOrExplain(options.plugIn, problem);
+    if (provider == nullptr) {
+        return fail(problem);
+    }
+    const auto project = TourProject::make(problem);
+    if (project == nullptr) {
+        return fail(problem);
+    }
+    const auto recorder = std::make_shared<RunRecorder>(std::make_shared<ClientRunner>());
+    HostServices::shared().setToolRunner(recorder);
+    TourStage stage(std::move(provider), recorder, Palette::named(options.colour),
+                    project->directory().string());
+    try {
+        walkTour(*project, stage);
+    } catch (const std::exception& error) {
+        return fail(error.what());
+    }
+    stage.printTable();
+    // The current directory is about to go.
+    std::error_code ignored;
+    std::filesystem::current_path("/", ignored);
+    return stage.failures() == 0 ? ExitSuccess : ExitFailure;
+}
+
+} // namespace
+
+void addTourCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command = line.app.add_subcommand(
+        "tour", "Watch a small throw-away project go through every kind of request");
+    addColourOption(*command, options->colour);
+    command->add_option("--plug-in", options->plugIn, "The plug-in's module");
+    command->callback(
+        [&line, options] { line.run = [options] { return runTourCommand(*options); }; });
+}
+
+} // namespace quen

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Host/ToolRunner.h"
+#include "QuenFoundation/QuenSourceControlProtocol.h"
+#include "Tools/Console/JsonOutput.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace quen {
+
+/// Drives a provider exactly as a host does, one request at a time, with every input and every
+/// effect visible as JSON.
+///
+/// While it serves an object it takes the place of the host's assertion handler, log handler and
+/// tool runner. Threads: one at a time in a process.
+class RequestConsole {
+public:
+    struct Defaults {
+        bool dryRun = false;
+        std::uint32_t logLevel = 0;
+    };
+
+    /// Runs go to `runner` where an object brings no replay along.
+    RequestConsole(QuenSourceControlProtocolPtr provider, ToolRunnerPtr runner, Defaults defaults);
+
+    struct Answer {
+        OrderedJson json;
+        /// Why the input object could not be read; empty when it could.
+        std::string inputError;
+    };
+
+    /// Serves one input object. Never throws for what the text holds.
+    Answer serve(std::string_view text);
+
+private:
+    QuenSourceControlProtocolPtr provider_;
+    ToolRunnerPtr runner_;
+    Defaults defaults_;
+};
+
+} // namespace quen

@@ -1,0 +1,56 @@
+#include "Tools/Console/RunRecorder.h"
+
+#include <utility>
+
+namespace quen {
+
+ToolRun RunRecorder::run(const ToolInvocation& invocation, ToolCanceller& canceller) {
+    std::size_t position = 0;
+    {
+        const std::lock_guard lock(mutex_);
+        position = runs_.size();
+        runs_.push_back({invocation, {}});
+        // It belongs to the operation, which the record outlives.
+        runs_.back().invocation.outputWatcher = nullptr;
+    }
+    ToolRun run = runner_->run(invocation, canceller);
+    const std::lock_guard lock(mutex_);
+    // The output is the operation's alone: a record must not keep what an operation lets go of.
+    runs_[position].run = run;
+    runs_[position].run.output = nullptr;
+    return run;
+}
+
+std::vector<RecordedRun> RunRecorder::runs() const {
+    const std::lock_guard lock(mutex_);
+    return runs_;
+}
+
+std::shared_ptr<ToolCanceller> ReplayRunner::makeCanceller() {
+    /// A replayed run is over at once: there is nothing to end.
+    struct NoCanceller : ToolCanceller {
+        void cancel() override {}
+    };
+    return std::make_shared<NoCanceller>();
+}
+
+ToolRun ReplayRunner::run(const ToolInvocation& /*invocation*/, ToolCanceller& /*canceller*/) {
+    const std::lock_guard lock(mutex_);
+    if (next_ < runs_.size()) {
+        return runs_[next_++];
+    }
+    wasExhausted_ = true;
+    ToolRun none;
+    none.end = ToolEnd::couldNotStart;
+    none.output = std::make_shared<Data>();
+    none.errors = std::make_shared<Data>();
+    none.reason = "the replay has no run left";
+    return none;
+}
+
+bool ReplayRunner::wasExhausted() const {
+    const std::lock_guard lock(mutex_);
+    return wasExhausted_;
+}
+
+} // namespace quen

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace quen {
+
+/// Exit statuses of every sub-command but `request`, which has its own.
+enum ExitStatus : int {
+    ExitSuccess = 0,
+    /// The operation ended with an error.
+    ExitFailure = 1,
+    /// The command line was not understood.
+    ExitUsage = 2,
+    /// It was ended early, by the interrupt key or a signal that asks to end.
+    ExitInterrupted = 130,
+};
+
+} // namespace quen
