@@ -11,6 +11,8 @@
 
 namespace quen {
 
+using namespace tools;
+
 namespace {
 
 /// The provider is linked, not loaded. Without a replay no client can be started, and temporary

@@ -13,7 +13,7 @@
 #include <random>
 #include <thread>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -308,4 +308,4 @@ TEST_F(ChainCancelTest, InTheQueueItIsSkippedLikeAnyOther) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <thread>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -122,4 +122,4 @@ TEST(CleanupTest, TakesATopThatLooksPinnedForWhatItIs) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

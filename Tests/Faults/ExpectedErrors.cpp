@@ -8,7 +8,7 @@
 
 #include <regex>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -91,4 +91,4 @@ Error hostError(std::int64_t code, const String& description) {
     return {QuenSourceControlTaskErrorDomain, code, {{NSLocalizedDescriptionKey, description}}};
 }
 
-} // namespace quen
+} // namespace quen::test

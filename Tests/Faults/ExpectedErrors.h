@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 /// What a misbehaving client's run amounts to, whichever operation it is a run of.
 struct Verdict {
@@ -32,4 +32,4 @@ std::string actualLine(const QuenSourceControlOperation& operation);
 /// An error of the host about a run.
 Error hostError(std::int64_t code, const String& description);
 
-} // namespace quen
+} // namespace quen::test

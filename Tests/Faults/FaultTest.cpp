@@ -11,7 +11,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -283,4 +283,4 @@ TEST_F(FaultTest, AnAbsentPropertyIsAnAnswer) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

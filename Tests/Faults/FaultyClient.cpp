@@ -15,7 +15,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -142,4 +142,4 @@ void FaultyClient::endLeftProcesses() const {
     }
 }
 
-} // namespace quen
+} // namespace quen::test

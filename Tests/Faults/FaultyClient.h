@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// Stands in for the client in the whole host while it lives: a directory of tools in which `svn`
 /// is the child of faults (see FaultChild.cpp), and a fresh place for temporary files. Puts
@@ -54,4 +54,4 @@ private:
     std::string heard_;
 };
 
-} // namespace quen
+} // namespace quen::test

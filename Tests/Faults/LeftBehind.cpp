@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <sys/wait.h>
 
-namespace quen {
+namespace quen::test {
 
 LeftBehind::LeftBehind() : descriptors_(openDescriptors()) {}
 
@@ -23,4 +23,4 @@ std::string LeftBehind::since() const {
     return left;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// What a run must not leave in the process that made it: children, and open descriptors beyond
 /// those of this object's birth.
@@ -18,4 +18,4 @@ private:
     std::vector<int> descriptors_;
 };
 
-} // namespace quen
+} // namespace quen::test

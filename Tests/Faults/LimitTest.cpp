@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -68,4 +68,4 @@ TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -17,7 +17,7 @@
 #include <sstream>
 #include <thread>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -364,4 +364,4 @@ TEST_F(LoadTest, IgnoringFromManyThreadsAtOnce) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 
 #include <stdexcept>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -120,4 +120,4 @@ QuenSourceControlOperationPtr operationOf(const OperationKind& kind) {
     return operation;
 }
 
-} // namespace quen
+} // namespace quen::test

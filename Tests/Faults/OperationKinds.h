@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// What an operation makes of the client's standard output.
 enum class Reading {
@@ -47,4 +47,4 @@ QuenSourceControlProtocolPtr loadedProvider();
 /// Ready to run; throws where the provider refuses it.
 QuenSourceControlOperationPtr operationOf(const OperationKind& kind);
 
-} // namespace quen
+} // namespace quen::test

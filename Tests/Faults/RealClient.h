@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 /// The host with the real client and a sandbox in memory, where the system has a place for that;
 /// no configuration of the machine plays in.
@@ -28,4 +28,4 @@ private:
     ScopedVariable home_{"HOME", (sandbox_.root() / "home").string()};
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <iostream>
 
-namespace quen {
+namespace quen::test {
 
 RunsOfAllKinds startAll(const std::vector<OperationKind>& kinds, std::size_t width) {
     RunsOfAllKinds all{{}, OperationQueue::make(width)};
@@ -76,4 +76,4 @@ std::string lineOf(const Error& error) {
     return line;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// An operation of a kind, before, during or after its run.
 struct KindRun {
@@ -60,4 +60,4 @@ private:
 /// The error in one line: domain, code, description, suggestion and causes.
 std::string lineOf(const Error& error);
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace quen {
+namespace quen::test {
 
 ClosingServer::ClosingServer(std::string words)
     : words_(std::move(words)), socket_(listenOnLoopback(place_)), thread_([this] { serve(); }) {}
@@ -29,4 +29,4 @@ void ClosingServer::serve() const {
     }
 }
 
-} // namespace quen
+} // namespace quen::test

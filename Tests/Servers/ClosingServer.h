@@ -5,7 +5,7 @@
 #include <string>
 #include <thread>
 
-namespace quen {
+namespace quen::test {
 
 /// A server that hangs up in the middle: it says the same to everybody, whatever they want, ends
 /// the connection and waits for the other side to do so.
@@ -27,4 +27,4 @@ private:
     std::thread thread_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 
 Failure takenForRefused() {
     return {-21,
@@ -35,4 +35,4 @@ void expectLostReply(const Json& answer, const std::vector<std::int64_t>& number
     EXPECT_FALSE(error.at("userInfo").contains("QuenSourceControlAuthenticationErrorTypeKey"));
 }
 
-} // namespace quen
+} // namespace quen::test

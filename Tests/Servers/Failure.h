@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// What a host reads from an error.
 struct Failure {
@@ -28,4 +28,4 @@ void expectError(const Json& answer, const Failure& failure);
 /// client is at in that moment.
 void expectLostReply(const Json& answer, const std::vector<std::int64_t>& numbers);
 
-} // namespace quen
+} // namespace quen::test

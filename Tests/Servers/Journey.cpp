@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 Json Journey::repository() const {
     return {{"kind", "repository"},
@@ -68,4 +68,4 @@ std::set<RequestType> Journey::servedTypes() {
     return types;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 using Json = nlohmann::ordered_json;
 
@@ -50,4 +50,4 @@ private:
     int requests_ = 0;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <iostream>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -302,4 +302,4 @@ INSTANTIATE_TEST_SUITE_P(On, JourneyTest,
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

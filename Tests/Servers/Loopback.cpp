@@ -6,7 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -68,4 +68,4 @@ FileDescriptor connectTo(const Loopback& place) {
     return socket;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 /// Where a server of a test listens. The address is this process's alone, among all loopback
 /// addresses, so that tests at the same time never meet, also between finding a port free and
@@ -28,4 +28,4 @@ FileDescriptor listenOnLoopback(Loopback& place);
 /// A connection to who listens there now; not open where nobody does.
 FileDescriptor connectTo(const Loopback& place);
 
-} // namespace quen
+} // namespace quen::test

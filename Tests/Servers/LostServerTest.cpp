@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <random>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -115,4 +115,4 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

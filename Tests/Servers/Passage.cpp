@@ -7,7 +7,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -94,4 +94,4 @@ bool Passage::passOn(const Connection& connection, bool clientSpeaks, bool serve
     return size > 0;
 }
 
-} // namespace quen
+} // namespace quen::test

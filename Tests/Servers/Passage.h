@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// A place on the way to a server, where a server's end can be timed: what client and server say
 /// to each other is passed on, until the server has said so much. Then `middle` is called, once, on
@@ -44,4 +44,4 @@ private:
     std::thread thread_;
 };
 
-} // namespace quen
+} // namespace quen::test

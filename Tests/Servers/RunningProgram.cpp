@@ -2,7 +2,7 @@
 
 #include <optional>
 
-namespace quen {
+namespace quen::test {
 
 RunningProgram::RunningProgram(const Sandbox& sandbox, const Sandbox::Words& words) {
     Sandbox::Words mortal{"setpriv", "--pdeathsig", "TERM", "--"};
@@ -30,4 +30,4 @@ std::string RunningProgram::end() {
            outcome.reason.str();
 }
 
-} // namespace quen
+} // namespace quen::test

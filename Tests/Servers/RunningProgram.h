@@ -5,7 +5,7 @@
 #include <chrono>
 #include <future>
 
-namespace quen {
+namespace quen::test {
 
 /// A program that runs beside the test, until it ends by itself or `end` is called, the destructor
 /// at the latest. It ends with the test's process, however that ends.
@@ -26,4 +26,4 @@ private:
     std::future<ProcessOutcome> outcome_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -94,4 +94,4 @@ void Server::forgetPassword() const {
     std::filesystem::remove(keptPasswordFile());
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// How the client reaches a repository.
 enum class ServerKind {
@@ -81,4 +81,4 @@ private:
     std::unique_ptr<RunningProgram> program_;
 };
 
-} // namespace quen
+} // namespace quen::test

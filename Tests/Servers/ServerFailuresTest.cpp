@@ -13,7 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -307,4 +307,4 @@ INSTANTIATE_TEST_SUITE_P(On, KilledServer,
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -202,4 +202,4 @@ ServerPlan planServer(const Sandbox& sandbox, ServerKind kind, const Loopback& p
     return {{}, sandbox.url(), "", {}};
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -101,4 +101,4 @@ TEST_F(BlameTest, SaysWhatIsWrong) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -246,4 +246,4 @@ TEST_F(BrowsingTest, TheUserOfTheSettingsFileReachesTheClient) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -476,4 +476,4 @@ TEST_F(IgnoreCommandsTest, TellsOfAnEditThatFailed) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

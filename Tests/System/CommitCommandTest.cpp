@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -132,4 +132,4 @@ TEST_F(CommitCommandTest, KeepsTheMessageOfACommitThatFails) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <ostream>
 #include <sstream>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -252,4 +252,4 @@ TEST_F(Console, APlugInThatIsNoneIsToldApartFromAMissingOne) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -127,4 +127,4 @@ TEST_F(DiffTest, SaysWhatIsWrong) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -194,4 +194,4 @@ TEST_F(QuestionTest, RemoveAsksForWhatIsOnTheDiskAlone) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

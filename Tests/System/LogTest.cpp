@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -128,4 +128,4 @@ TEST_F(LogTest, OnATerminalThePagerShowsIt) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <set>
 #include <sstream>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -265,4 +265,4 @@ TEST_F(OptionSafety, NoListOfIgnoredNamesBecomesAnOption) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <system_error>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -132,4 +132,4 @@ std::string Sandbox::program() {
     return QUEN_TEST_PROGRAM;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// How a program ended, and what it wrote.
 struct Ran {
@@ -70,4 +70,4 @@ private:
     std::filesystem::path root_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// One command in the working copy, and everything that comes of it. The output is compared as a
 /// whole, without what differs from run to run.
@@ -59,4 +59,4 @@ inline void makeHistory(const Sandbox& sandbox) {
     sandbox.svn({"add", "-q", "new.c"});
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -207,4 +207,4 @@ TEST_F(StatusOfRealWorkingCopy, WhatIsNoWorkingCopyIsSaidAndTheRestIsShown) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

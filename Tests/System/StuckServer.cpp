@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -67,4 +67,4 @@ bool StuckServer::waitForEndOfAll() const {
     return false;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// A server of the sandbox's repository that the client starts and talks to, as it does over secure
 /// shell. From `stick` on it never answers, so that a run is as long as a test needs it.
@@ -28,4 +28,4 @@ private:
     FileDescriptor pipe_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -10,7 +10,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -107,4 +107,4 @@ int Terminal::waitForEnd() {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// A program on a terminal of its own, with a person in front of it. No wait lasts longer than half
 /// a minute.
@@ -37,4 +37,4 @@ private:
     std::string shown_;
 };
 
-} // namespace quen
+} // namespace quen::test

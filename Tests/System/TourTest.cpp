@@ -5,7 +5,9 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -39,4 +41,4 @@ TEST(Tour, ColoursOnlyWhereAsked) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

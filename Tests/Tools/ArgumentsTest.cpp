@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -70,4 +72,4 @@ TEST(ParserArguments, LeaveAnUnknownCommandAlone) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

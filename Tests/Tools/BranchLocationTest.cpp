@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -57,4 +59,4 @@ INSTANTIATE_TEST_SUITE_P(Table, BranchNameInURL,
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

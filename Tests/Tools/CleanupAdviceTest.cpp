@@ -7,7 +7,9 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -70,4 +72,4 @@ TEST(CleanupCommand, NamesTheTopOfTheWorkingCopy) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -62,4 +64,4 @@ TEST(ShownDifference, IsSafeToShow) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

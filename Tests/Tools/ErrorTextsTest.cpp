@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -51,4 +53,4 @@ TEST(UnderlyingErrors, AreFollowedHoweverDeepTheyLie) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

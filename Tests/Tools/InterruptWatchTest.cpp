@@ -8,7 +8,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -73,4 +75,4 @@ TEST(InterruptWatchDeathTest, TheSecondInterruptEndsTheProgram) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

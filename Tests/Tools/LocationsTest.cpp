@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -59,4 +61,4 @@ TEST(DirectoryName, IsTheLastPartOfTheURLDecoded) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -65,4 +67,4 @@ TEST(EditorText, ShowsWhatTheMessageIsAbout) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -47,4 +49,4 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

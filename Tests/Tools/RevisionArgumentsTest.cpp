@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -72,4 +74,4 @@ TEST(StartingRevision, IsTheHostsOwnNameForHeadAndBase) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

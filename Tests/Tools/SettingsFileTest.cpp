@@ -5,7 +5,9 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -119,4 +121,4 @@ TEST_F(SettingsForTest, WhatIsNoFileIsAProblem) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

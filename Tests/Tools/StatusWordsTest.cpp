@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -49,4 +51,4 @@ TEST(StatusWordsTest, EveryFlagHasAWordOfItsOwn) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -51,4 +53,4 @@ TEST(Palette, PaintsOnlyWhereAskedTo) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

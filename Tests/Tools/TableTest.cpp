@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -56,4 +58,4 @@ TEST(TableTest, ColoursTakeNoRoom) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

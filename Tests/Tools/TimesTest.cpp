@@ -5,7 +5,9 @@
 #include <ctime>
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
+
+using namespace tools;
 
 namespace {
 
@@ -72,4 +74,4 @@ TEST(LocalDateText, IsTheDateOnTheClockHere) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -13,7 +13,7 @@
 #include <memory>
 #include <sstream>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -128,4 +128,4 @@ void addBlameCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runBlameCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -10,7 +10,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -82,4 +82,4 @@ void addBranchCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runBranchCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -107,4 +107,4 @@ void addBranchEditCommands(CommandLine& line, CLI::App& branch) {
             "Delete a branch in the repository", std::make_shared<Options>());
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -7,7 +7,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -48,4 +48,4 @@ void addBranchesCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runBranchesCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -81,4 +81,4 @@ void addCatCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runCatCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

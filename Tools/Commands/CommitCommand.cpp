@@ -9,7 +9,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -82,4 +82,4 @@ void addCommitCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runCommitCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

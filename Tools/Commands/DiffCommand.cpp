@@ -11,7 +11,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -141,4 +141,4 @@ void addDiffCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runDiffCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

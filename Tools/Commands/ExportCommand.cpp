@@ -10,7 +10,7 @@
 #include <memory>
 #include <system_error>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -105,4 +105,4 @@ void addExportCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runExportCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

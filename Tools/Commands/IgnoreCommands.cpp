@@ -13,7 +13,7 @@
 #include <iterator>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -132,4 +132,4 @@ void addIgnoreCommands(CommandLine& line) {
             "Take names or patterns out of the ignored ones of their directories");
 }
 
-} // namespace quen
+} // namespace quen::tools

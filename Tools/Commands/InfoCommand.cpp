@@ -9,7 +9,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -91,4 +91,4 @@ void addInfoCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runInfoCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -53,4 +53,4 @@ void addListCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runListCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -11,7 +11,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -133,4 +133,4 @@ void addLocalEditCommands(CommandLine& line) {
             "Settle conflicts: what the files now hold is right", std::make_shared<Options>());
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -15,7 +15,7 @@
 #include <memory>
 #include <sstream>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -136,4 +136,4 @@ void addLogCommand(CommandLine& line) {
     runWhenGiven(line, *command, options, runLogCommand);
 }
 
-} // namespace quen
+} // namespace quen::tools

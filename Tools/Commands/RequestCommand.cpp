@@ -12,7 +12,7 @@
 #include <memory>
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -108,4 +108,4 @@ void addRequestCommand(CommandLine& line) {
         [&line, options] { line.run = [options] { return runRequestCommand(*options); }; });
 }
 
-} // namespace quen
+} // namespace quen::tools

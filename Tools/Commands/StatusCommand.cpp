@@ -12,7 +12,7 @@
 #include <memory>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -166,4 +166,4 @@ void addStatusCommand(CommandLine& line) {
         [&line, options] { line.run = [options] { return runStatusCommand(*options); }; });
 }
 
-} // namespace quen
+} // namespace quen::tools

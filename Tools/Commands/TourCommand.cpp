@@ -10,7 +10,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -62,4 +62,4 @@ void addTourCommand(CommandLine& line) {
         [&line, options] { line.run = [options] { return runTourCommand(*options); }; });
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -10,7 +10,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -175,4 +175,4 @@ void addTransferCommands(CommandLine& line) {
     addUpdateCommand(line);
 }
 
-} // namespace quen
+} // namespace quen::tools

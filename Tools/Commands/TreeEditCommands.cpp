@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -213,4 +213,4 @@ void addTreeEditCommands(CommandLine& line) {
     addMergeCommand(line);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace quen {
+namespace quen::tools {
 
 std::optional<std::string> bytesFromBase64(std::string_view text) {
     constexpr std::string_view alphabet =
@@ -29,4 +29,4 @@ std::optional<std::string> bytesFromBase64(std::string_view text) {
     return bytes;
 }
 
-} // namespace quen
+} // namespace quen::tools

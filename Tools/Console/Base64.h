@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// The bytes that a base64 text stands for (the alphabet with `+` and `/`, padded with `=`);
 /// nullopt for anything else.
 std::optional<std::string> bytesFromBase64(std::string_view text);
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -74,4 +74,4 @@ ConsoleInput decodeConsoleInput(std::string_view text) {
     return input;
 }
 
-} // namespace quen
+} // namespace quen::tools

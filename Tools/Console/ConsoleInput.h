@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// One input object of the request console.
 struct ConsoleInput {
@@ -22,4 +22,4 @@ struct ConsoleInput {
 /// Throws InputError for a text that is not JSON or not such an object.
 ConsoleInput decodeConsoleInput(std::string_view text);
 
-} // namespace quen
+} // namespace quen::tools

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 EffectsRecorder::EffectsRecorder(ToolRunnerPtr runner, std::uint32_t logLevel) {
     HostServices& services = HostServices::shared();
@@ -39,4 +39,4 @@ std::vector<EffectsRecorder::LogLine> EffectsRecorder::log() const {
     return log_;
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// Takes the place of the host's assertion handler, log handler and tool runner for as long as it
 /// lives, and keeps what reaches the first two. The defaults come back afterwards. One at a time.
@@ -32,4 +32,4 @@ private:
     std::vector<LogLine> log_;
 };
 
-} // namespace quen
+} // namespace quen::tools

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 void JsonInput::fail(const std::string& message) const {
     throw InputError(path_.empty() ? message : path_ + ": " + message);
@@ -89,4 +89,4 @@ std::vector<std::pair<std::string, JsonInput>> JsonInput::members() const {
     return members;
 }
 
-} // namespace quen
+} // namespace quen::tools

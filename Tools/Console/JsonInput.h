@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// What is wrong with an input object, beginning with the path of the member at fault.
 class InputError : public std::runtime_error {
@@ -58,4 +58,4 @@ private:
     std::string path_;
 };
 
-} // namespace quen
+} // namespace quen::tools

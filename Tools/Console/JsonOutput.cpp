@@ -3,14 +3,14 @@
 #include "Host/Text.h"
 #include "MarlFoundation/MarlFilePath.h"
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
 OrderedJson toJson(const Array& array) {
     OrderedJson json = OrderedJson::array();
     for (const Value& value : array) {
-        json.push_back(quen::toJson(value));
+        json.push_back(tools::toJson(value));
     }
     return json;
 }
@@ -21,7 +21,7 @@ OrderedJson toJson(const Dictionary& dictionary) {
     for (const Dictionary::Entry& entry : dictionary) {
         // Behind the last member, without the search for an equal name that each insertion costs:
         // a dictionary holds a name once.
-        members.emplace_back(replacingInvalidUTF8(entry.key.view()), quen::toJson(entry.value));
+        members.emplace_back(replacingInvalidUTF8(entry.key.view()), tools::toJson(entry.value));
     }
     return members;
 }
@@ -82,4 +82,4 @@ OrderedJson toJson(const Value& value) {
     return {};
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-namespace quen {
+namespace quen::tools {
 
 using OrderedJson = nlohmann::ordered_json;
 
@@ -18,4 +18,4 @@ OrderedJson toJson(const Value& value);
 OrderedJson toJson(const Error& error);
 OrderedJson toJson(const std::optional<StringArray>& texts);
 
-} // namespace quen
+} // namespace quen::tools

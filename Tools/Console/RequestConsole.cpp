@@ -11,43 +11,43 @@
 #include <memory>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
-OrderedJson toJson(const RecordedRun& record) {
+OrderedJson describe(const RecordedRun& record) {
     OrderedJson json;
-    json["operation"] = quen::toJson(record.invocation.operation);
-    json["arguments"] = quen::toJson(std::optional(record.invocation.arguments));
+    json["operation"] = toJson(record.invocation.operation);
+    json["arguments"] = toJson(std::optional(record.invocation.arguments));
     json["exitStatus"] =
         record.run.exitStatus ? OrderedJson(*record.run.exitStatus) : OrderedJson();
     json["signal"] = record.run.signal ? OrderedJson(*record.run.signal) : OrderedJson();
-    json["stderr"] = quen::toJson(String(record.run.errors->bytes()));
+    json["stderr"] = toJson(String(record.run.errors->bytes()));
     return json;
 }
 
-OrderedJson toJson(const MarlAssertionFailure& failure) {
+OrderedJson describe(const MarlAssertionFailure& failure) {
     OrderedJson json;
-    json["method"] = quen::toJson(failure.method);
-    json["file"] = quen::toJson(failure.file);
+    json["method"] = toJson(failure.method);
+    json["file"] = toJson(failure.file);
     json["line"] = failure.line;
-    json["format"] = quen::toJson(failure.format);
-    json["arguments"] = quen::toJson(std::optional(failure.arguments));
-    json["message"] = quen::toJson(messageOf(failure));
+    json["format"] = toJson(failure.format);
+    json["arguments"] = toJson(std::optional(failure.arguments));
+    json["message"] = toJson(messageOf(failure));
     return json;
 }
 
-OrderedJson toJson(const EffectsRecorder::LogLine& line) {
+OrderedJson describe(const EffectsRecorder::LogLine& line) {
     OrderedJson json;
     json["level"] = line.level;
-    json["text"] = quen::toJson(line.text);
+    json["text"] = toJson(line.text);
     return json;
 }
 
 template <typename Element> OrderedJson listToJson(const std::vector<Element>& elements) {
     OrderedJson json = OrderedJson::array();
     for (const Element& element : elements) {
-        json.push_back(toJson(element));
+        json.push_back(describe(element));
     }
     return json;
 }
@@ -121,4 +121,4 @@ RequestConsole::Answer RequestConsole::serve(std::string_view text) {
     return {std::move(json), {}};
 }
 
-} // namespace quen
+} // namespace quen::tools

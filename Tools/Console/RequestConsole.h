@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// Drives a provider exactly as a host does, one request at a time, with every input and every
 /// effect visible as JSON.
@@ -39,4 +39,4 @@ private:
     Defaults defaults_;
 };
 
-} // namespace quen
+} // namespace quen::tools

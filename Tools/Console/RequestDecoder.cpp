@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -200,4 +200,4 @@ QuenSourceControlRequestPtr decodeRequest(const JsonInput& input) {
     return request;
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -3,9 +3,9 @@
 #include "QuenFoundation/QuenSourceControlRequest.h"
 #include "Tools/Console/JsonInput.h"
 
-namespace quen {
+namespace quen::tools {
 
 /// The request that a JSON object describes. Throws InputError.
 QuenSourceControlRequestPtr decodeRequest(const JsonInput& input);
 
-} // namespace quen
+} // namespace quen::tools

@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -66,4 +66,4 @@ std::string_view nameOfRequestType(std::int32_t type) {
     return {};
 }
 
-} // namespace quen
+} // namespace quen::tools

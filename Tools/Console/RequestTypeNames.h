@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// The type of that name, such as `RequestTypeStatus`; nullopt for any other text.
 std::optional<std::int32_t> requestTypeNamed(std::string_view name);
@@ -12,4 +12,4 @@ std::optional<std::int32_t> requestTypeNamed(std::string_view name);
 /// The name of a type; empty for one that has none.
 std::string_view nameOfRequestType(std::int32_t type);
 
-} // namespace quen
+} // namespace quen::tools

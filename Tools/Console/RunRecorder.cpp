@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 ToolRun RunRecorder::run(const ToolInvocation& invocation, ToolCanceller& canceller) {
     std::size_t position = 0;
@@ -53,4 +53,4 @@ bool ReplayRunner::wasExhausted() const {
     return wasExhausted_;
 }
 
-} // namespace quen
+} // namespace quen::tools

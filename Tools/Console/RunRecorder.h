@@ -6,7 +6,7 @@
 #include <mutex>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// A run as it went.
 struct RecordedRun {
@@ -49,4 +49,4 @@ private:
     bool wasExhausted_ = false;
 };
 
-} // namespace quen
+} // namespace quen::tools

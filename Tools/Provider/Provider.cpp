@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
-namespace quen {
+namespace quen::tools {
 
 std::string defaultPlugInPath() {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing changes the environment
@@ -25,4 +25,4 @@ QuenSourceControlProtocolPtr loadProviderOrExplain(const std::string& path, std:
     return provider;
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// The provider's module where no other is named: QUEN_PLUG_IN, or the one that lies beside the
 /// program's libraries, in the build tree and where installed alike.
@@ -14,4 +14,4 @@ std::string defaultPlugInPath();
 /// is wrong in `problem`.
 QuenSourceControlProtocolPtr loadProviderOrExplain(const std::string& path, std::string& problem);
 
-} // namespace quen
+} // namespace quen::tools

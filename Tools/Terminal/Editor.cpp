@@ -11,7 +11,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -103,4 +103,4 @@ bool editFile(const std::string& editor, const std::string& path, std::string& p
     return false;
 }
 
-} // namespace quen
+} // namespace quen::tools

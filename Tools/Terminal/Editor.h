@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// The person's editor, a shell's command line: SVN_EDITOR, VISUAL or EDITOR, the first that is
 /// set; empty where none is.
@@ -13,4 +13,4 @@ std::string editorCommand();
 /// does not end well.
 bool editFile(const std::string& editor, const std::string& path, std::string& problem);
 
-} // namespace quen
+} // namespace quen::tools

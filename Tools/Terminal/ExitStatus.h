@@ -1,6 +1,6 @@
 #pragma once
 
-namespace quen {
+namespace quen::tools {
 
 /// Exit statuses of every sub-command but `request`, which has its own.
 enum ExitStatus : int {
@@ -13,4 +13,4 @@ enum ExitStatus : int {
     ExitInterrupted = 130,
 };
 
-} // namespace quen
+} // namespace quen::tools

@@ -12,7 +12,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -83,4 +83,4 @@ void InterruptWatch::takeSignal() {
     }
 }
 
-} // namespace quen
+} // namespace quen::tools

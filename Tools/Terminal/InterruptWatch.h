@@ -7,7 +7,7 @@
 #include <functional>
 #include <thread>
 
-namespace quen {
+namespace quen::tools {
 
 /// As long as it lives, an interrupt (SIGINT, SIGTERM or SIGHUP) does not end the program but calls
 /// a function, on a thread of its own. A second one ends the program at once, with the status of an
@@ -39,4 +39,4 @@ private:
     std::thread thread_;
 };
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <iostream>
 #include <sys/wait.h>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -45,4 +45,4 @@ void printPaged(const std::string& text) {
     }
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -2,11 +2,11 @@
 
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// Writes a long text to standard output; on a terminal through the pager: what PAGER says, which
 /// may be a command with arguments, or `less -FRX`. An empty PAGER means none. A pager that is not
 /// to be had is done without.
 void printPaged(const std::string& text);
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -140,4 +140,4 @@ void Progress::draw(const ProgressFacts& facts) {
     }
 }
 
-} // namespace quen
+} // namespace quen::tools

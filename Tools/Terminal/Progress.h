@@ -8,7 +8,7 @@
 #include <string_view>
 #include <thread>
 
-namespace quen {
+namespace quen::tools {
 
 /// What is to be known of a long work while it goes on.
 struct ProgressFacts {
@@ -57,4 +57,4 @@ private:
     std::thread thread_;
 };
 
-} // namespace quen
+} // namespace quen::tools

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::tools {
 
 bool canAsk() noexcept {
     return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
@@ -20,4 +20,4 @@ bool ask(const std::string& question) {
     return answer == "y" || answer == "yes";
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// Whether a person can be asked: standard input and standard error are terminals.
 bool canAsk() noexcept;
@@ -11,4 +11,4 @@ bool canAsk() noexcept;
 /// case; everything else, and the end of the input, is a no.
 bool ask(const std::string& question);
 
-} // namespace quen
+} // namespace quen::tools

@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -46,4 +46,4 @@ std::vector<StatusWord> wordsForStatus(std::uint32_t status) {
     return words;
 }
 
-} // namespace quen
+} // namespace quen::tools

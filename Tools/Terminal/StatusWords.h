@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// One flag of a status value, for people.
 struct StatusWord {
@@ -18,4 +18,4 @@ struct StatusWord {
 /// are shown as one number, so that nothing is lost.
 std::vector<StatusWord> wordsForStatus(std::uint32_t status);
 
-} // namespace quen
+} // namespace quen::tools

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -82,4 +82,4 @@ std::string printableLine(std::string_view line) {
     return withoutControls(line, "\t");
 }
 
-} // namespace quen
+} // namespace quen::tools

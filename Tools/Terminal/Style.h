@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// Colours and weights by what they mean, not by what they look like.
 enum class Style { plain, heading, faint, good, changed, warning, bad };
@@ -36,4 +36,4 @@ std::string printable(std::string_view text);
 /// Likewise for a line of a text, whose tabs stay as they are.
 std::string printableLine(std::string_view line);
 
-} // namespace quen
+} // namespace quen::tools

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -39,4 +39,4 @@ void Table::print(std::ostream& out, const Palette& palette) const {
     }
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// Rows in aligned columns, two blanks apart. Widths are counted in terminal cells, so that names
 /// in any script line up; nothing is padded at the end of a line.
@@ -31,4 +31,4 @@ private:
     std::vector<Row> rows_;
 };
 
-} // namespace quen
+} // namespace quen::tools

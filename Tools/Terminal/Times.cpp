@@ -4,7 +4,7 @@
 #include <chrono>
 #include <ctime>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -58,4 +58,4 @@ Date currentDate() {
     return std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
 }
 
-} // namespace quen
+} // namespace quen::tools

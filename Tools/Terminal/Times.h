@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// How long ago a date is, as people say it: `just now`, `5 minutes ago`, `3 days ago`, `2 years
 /// ago`. Whole units, rounded down. Clocks differ: a date up to a minute ahead is just now, one
@@ -17,4 +17,4 @@ std::string localDateText(Date date);
 /// The time now.
 Date currentDate();
 
-} // namespace quen
+} // namespace quen::tools

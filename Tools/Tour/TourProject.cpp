@@ -8,7 +8,7 @@
 #include <fstream>
 #include <system_error>
 
-namespace quen {
+namespace quen::tools {
 
 void writeFile(const std::filesystem::path& path, std::string_view content) {
     std::filesystem::create_directories(path.parent_path());
@@ -78,4 +78,4 @@ QuenSourceControlWorkingTreePtr TourProject::workingTree(const std::string& loca
     return std::make_shared<HostWorkingTree>(facts);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// A throw-away place for the tour: a fresh repository, the tree that is imported into it, and room
 /// for two working copies, all in one directory that goes when this does.
@@ -42,4 +42,4 @@ private:
 /// std::filesystem::filesystem_error.
 void writeFile(const std::filesystem::path& path, std::string_view content);
 
-} // namespace quen
+} // namespace quen::tools

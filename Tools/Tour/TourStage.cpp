@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -211,4 +211,4 @@ void TourStage::printTable() const {
               << " runs of the client\n";
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -9,7 +9,7 @@
 #include <memory>
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// Carries out the tour's requests and shows each: what was asked, the client's command lines, the
 /// parsed result, the outcome and the time.
@@ -43,4 +43,4 @@ private:
     std::size_t failures_ = 0;
 };
 
-} // namespace quen
+} // namespace quen::tools

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <optional>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -214,4 +214,4 @@ void walkTour(const TourProject& project, TourStage& stage) {
     walk.meetTheColleague();
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -468,4 +468,4 @@ std::vector<TypeCase> changeCases() {
     return all;
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -15,7 +15,7 @@
 #include <set>
 #include <sstream>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -204,4 +204,4 @@ String inTree(const Sandbox& sandbox, std::string_view name) {
     return (sandbox.workingCopy() / name).string();
 }
 
-} // namespace quen
+} // namespace quen::test

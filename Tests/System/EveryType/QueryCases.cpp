@@ -1,7 +1,7 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tests/System/EveryType/TypeCase.h"
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -299,4 +299,4 @@ std::vector<TypeCase> queryCases() {
     };
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// Stands for the file that the result names.
 constexpr std::string_view resultFile = "RESULT";
@@ -76,4 +76,4 @@ std::vector<TypeCase> queryCases();
 std::vector<TypeCase> changeCases();
 std::vector<TypeCase> unservedCases();
 
-} // namespace quen
+} // namespace quen::test

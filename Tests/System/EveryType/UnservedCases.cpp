@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 std::vector<TypeCase> unservedCases() {
     std::vector<TypeCase> cases;
@@ -24,4 +24,4 @@ std::vector<TypeCase> unservedCases() {
     return cases;
 }
 
-} // namespace quen
+} // namespace quen::test

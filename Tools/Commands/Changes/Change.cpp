@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <iostream>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -73,4 +73,4 @@ std::string committedSummary(const Value& /*result*/, const ClientReport& report
                                      : "Committed revision " + report.revision() + ".";
 }
 
-} // namespace quen
+} // namespace quen::tools

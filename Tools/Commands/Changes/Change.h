@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// A change as a sub-command wants it made.
 struct Change {
@@ -38,4 +38,4 @@ std::string counted(std::size_t count, const std::string& noun);
 /// `Committed revision 12.`; nothing to commit where the client named no revision.
 std::string committedSummary(const Value& result, const ClientReport& report);
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 
 #include <sstream>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -55,4 +55,4 @@ std::optional<std::vector<std::string>> linesOfChanges(Session& session, const S
     return lines;
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// What a commit sends.
 constexpr std::uint32_t committedChanges =
@@ -35,4 +35,4 @@ std::optional<std::vector<std::string>> linesOfChanges(Session& session, const S
                                                        const std::vector<std::string>& paths,
                                                        std::uint32_t flags, int& status);
 
-} // namespace quen
+} // namespace quen::tools

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -73,4 +73,4 @@ void ClientReport::takeLine(std::string_view line) {
     }
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// Whether a line of the client's tells of one item that it worked on: `A    a.c`, ` U   .`,
 /// `   C src`, `Sending        a.c`, `Reverted 'a.c'`, `Merge conflict in 'a.c' marked as
@@ -40,4 +40,4 @@ private:
     bool isListingConflicts_ = false;
 };
 
-} // namespace quen
+} // namespace quen::tools

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -40,4 +40,4 @@ ToolRun IgnoreListGuard::run(const ToolInvocation& invocation, ToolCanceller& ca
             .reason = objection};
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 /// Hands runs on to another runner, but for one that would write a list of ignored names that
 /// begins with `-`. The plug-in gives the list to the client as an argument, and the client would
@@ -21,4 +21,4 @@ private:
     ToolRunnerPtr runner_;
 };
 
-} // namespace quen
+} // namespace quen::tools

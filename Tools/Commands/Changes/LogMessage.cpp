@@ -13,7 +13,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -155,4 +155,4 @@ bool LogMessage::edit(const std::vector<std::string>& about) {
     return true;
 }
 
-} // namespace quen
+} // namespace quen::tools

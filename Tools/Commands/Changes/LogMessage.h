@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// What an editor is given: room for the message, a separator, and below it what the message is
 /// about.
@@ -56,4 +56,4 @@ private:
     std::string keptIn_;
 };
 
-} // namespace quen
+} // namespace quen::tools

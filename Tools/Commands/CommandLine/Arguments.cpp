@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -52,4 +52,4 @@ std::vector<std::string> parserArguments(const CLI::App& app,
     return arguments;
 }
 
-} // namespace quen
+} // namespace quen::tools

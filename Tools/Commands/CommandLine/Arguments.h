@@ -7,7 +7,7 @@ namespace CLI {
 class App;
 }
 
-namespace quen {
+namespace quen::tools {
 
 /// The words of a command line, without the program's name, ready for the parser.
 ///
@@ -20,4 +20,4 @@ namespace quen {
 std::vector<std::string> parserArguments(const CLI::App& app,
                                          const std::vector<std::string>& words);
 
-} // namespace quen
+} // namespace quen::tools

@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 void runWhenGiven(CommandLine& line, CLI::App& command, std::function<int()> run) {
     command.callback([&line, &command, run = std::move(run)] {
@@ -13,4 +13,4 @@ void runWhenGiven(CommandLine& line, CLI::App& command, std::function<int()> run
     });
 }
 
-} // namespace quen
+} // namespace quen::tools

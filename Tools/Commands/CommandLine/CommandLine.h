@@ -9,7 +9,7 @@ namespace CLI {
 class App;
 }
 
-namespace quen {
+namespace quen::tools {
 
 /// The command line while it is put together. A sub-command adds itself with its options and, when
 /// it is the one given, sets `run`, which then does the work and answers the exit status.
@@ -46,4 +46,4 @@ void addTourCommand(CommandLine& line);
 void addTransferCommands(CommandLine& line);
 void addTreeEditCommands(CommandLine& line);
 
-} // namespace quen
+} // namespace quen::tools

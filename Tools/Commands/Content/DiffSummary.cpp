@@ -11,7 +11,7 @@
 #include <iostream>
 #include <optional>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -109,4 +109,4 @@ int showSummary(Session& session, const SourceTree& source, const DiffTargets& t
     });
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// What is compared.
 struct DiffTargets {
@@ -24,4 +24,4 @@ std::string faultOfSummary(const DiffTargets& targets);
 int showSummary(Session& session, const SourceTree& source, const DiffTargets& targets,
                 const CommonOptions& options);
 
-} // namespace quen
+} // namespace quen::tools

@@ -2,7 +2,7 @@
 
 #include "Tools/Commands/Session/Records.h"
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -44,4 +44,4 @@ std::string shownDifference(std::string_view text, const Palette& palette) {
     return shown;
 }
 
-} // namespace quen
+} // namespace quen::tools

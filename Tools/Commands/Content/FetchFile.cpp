@@ -9,7 +9,7 @@
 #include <iterator>
 #include <system_error>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -51,4 +51,4 @@ std::optional<std::string> contentOf(const FetchedFile& file) {
     return std::string(std::istreambuf_iterator<char>(stream), {});
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// Which file, and which revision of it.
 struct FileToFetch {
@@ -34,4 +34,4 @@ std::optional<FetchedFile> fetchFile(Session& session, const SourceTree& source,
 /// and for what cannot be read.
 std::optional<std::string> contentOf(const FetchedFile& file);
 
-} // namespace quen
+} // namespace quen::tools

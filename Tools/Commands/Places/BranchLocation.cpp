@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -72,4 +72,4 @@ std::optional<String> branchLocation(Session& session, const CommonOptions& comm
                   branchNameInURL(branch).str());
 }
 
-} // namespace quen
+} // namespace quen::tools

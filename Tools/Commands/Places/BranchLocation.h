@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// Whether a text can name a branch: parts between single slashes, none of them empty, `.` or `..`.
 /// Anything else would stand for the folder of the branches, or for something outside it.
@@ -27,4 +27,4 @@ std::optional<String> branchLocation(Session& session, const CommonOptions& comm
                                      const LayoutOptions& layout, const std::string& place,
                                      const std::string& word);
 
-} // namespace quen
+} // namespace quen::tools

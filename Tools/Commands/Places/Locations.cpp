@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cctype>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -80,4 +80,4 @@ String closedDirectory(const std::string& path) {
     return holdsAt && !client.hasSuffix("/") ? String(client.str() + "/") : client;
 }
 
-} // namespace quen
+} // namespace quen::tools

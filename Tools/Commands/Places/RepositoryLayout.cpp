@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -38,4 +38,4 @@ RepositoryLayout usualLayout(std::string_view url, std::string_view repositoryRo
     return {project + "/trunk", project + "/branches"};
 }
 
-} // namespace quen
+} // namespace quen::tools

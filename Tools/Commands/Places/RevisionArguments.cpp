@@ -7,7 +7,7 @@
 #include <array>
 #include <cctype>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -77,4 +77,4 @@ CLI::Option* addRevisionOption(CLI::App& command, RevisionRange& revisions, bool
     return command.add_option_function<std::string>("-r,--revision", read, help)->type_name("REV");
 }
 
-} // namespace quen
+} // namespace quen::tools

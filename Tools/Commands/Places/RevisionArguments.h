@@ -11,7 +11,7 @@ class App;
 class Option;
 } // namespace CLI
 
-namespace quen {
+namespace quen::tools {
 
 /// One revision or two, as a person writes them and as the client reads them: a number, a date in
 /// braces, or one of the words HEAD, BASE, COMMITTED and PREV, which may be typed in small letters.
@@ -38,4 +38,4 @@ String startingRevisionFor(const std::string& revision);
 CLI::Option* addRevisionOption(CLI::App& command, RevisionRange& revisions, bool takesRange,
                                const std::string& help);
 
-} // namespace quen
+} // namespace quen::tools

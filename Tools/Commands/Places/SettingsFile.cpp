@@ -7,7 +7,7 @@
 #include <iterator>
 #include <system_error>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -104,4 +104,4 @@ std::filesystem::path topDirectoryOf(const std::filesystem::path& path) {
     return top.isNil() ? std::filesystem::path() : std::filesystem::path(top.str());
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -161,4 +161,4 @@ std::optional<SourceTreeFinder::Place> SourceTreeFinder::placeOf(const std::stri
     return std::nullopt;
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace quen {
+namespace quen::tools {
 
 /// What a request is about, and whom authentication is about: a working copy and its repository,
 /// or a repository twice.
@@ -61,4 +61,4 @@ private:
     const CommonOptions& common_;
 };
 
-} // namespace quen
+} // namespace quen::tools

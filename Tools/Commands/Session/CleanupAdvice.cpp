@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -40,4 +40,4 @@ std::string cleanupCommandFor(const std::string& path) {
     return top.empty() ? std::string() : "svn cleanup " + shellWord(closedClientPath(top).view());
 }
 
-} // namespace quen
+} // namespace quen::tools

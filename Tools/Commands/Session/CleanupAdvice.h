@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::tools {
 
 /// Whether an error, or one that caused it, says that a working copy is in use, or that an earlier
 /// write left it locked or unfinished (E155004, E155037, E200033).
@@ -18,4 +18,4 @@ std::string shellWord(std::string_view text);
 /// The contract has no request for that, so it is left to the person.
 std::string cleanupCommandFor(const std::string& path);
 
-} // namespace quen
+} // namespace quen::tools

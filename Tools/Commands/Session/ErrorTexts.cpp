@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -56,4 +56,4 @@ std::vector<std::string> linesOfError(const Error& error) {
     return lines;
 }
 
-} // namespace quen
+} // namespace quen::tools

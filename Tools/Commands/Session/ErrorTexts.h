@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// The error, the errors that caused it, those that caused them, and so on.
 std::vector<Error> withUnderlyingErrors(const Error& error);
@@ -14,4 +14,4 @@ std::vector<Error> withUnderlyingErrors(const Error& error);
 /// once. An error that says nothing at all is named by domain and code.
 std::vector<std::string> linesOfError(const Error& error);
 
-} // namespace quen
+} // namespace quen::tools

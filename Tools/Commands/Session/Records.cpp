@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace quen {
+namespace quen::tools {
 
 std::string shownText(const Dictionary& record, const String& key) {
     return printable(record[key].stringValue().view());
@@ -33,4 +33,4 @@ std::vector<std::string_view> linesOf(std::string_view text) {
     return lines;
 }
 
-} // namespace quen
+} // namespace quen::tools

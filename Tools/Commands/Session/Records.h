@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// A record's text, safe to show; empty where the record has none.
 std::string shownText(const Dictionary& record, const String& key);
@@ -19,4 +19,4 @@ std::string changeLine(const Dictionary& record, const Palette& palette, Date no
 /// The lines of a text; the end of the last one begins no further line.
 std::vector<std::string_view> linesOf(std::string_view text);
 
-} // namespace quen
+} // namespace quen::tools

@@ -13,7 +13,7 @@
 #include <optional>
 #include <utility>
 
-namespace quen {
+namespace quen::tools {
 
 namespace {
 
@@ -141,4 +141,4 @@ void printJson(const Value& result) {
     std::cout << toJson(result).dump() << '\n';
 }
 
-} // namespace quen
+} // namespace quen::tools

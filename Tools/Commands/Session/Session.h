@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::tools {
 
 /// Options that every sub-command for people has.
 struct CommonOptions {
@@ -80,4 +80,4 @@ private:
 /// The result as the operation gives it, on one line.
 void printJson(const Value& result);
 
-} // namespace quen
+} // namespace quen::tools

@@ -1,6 +1,6 @@
 #include "Tools/Commands/Session/ShowRecords.h"
 
-namespace quen {
+namespace quen::tools {
 
 int showRecords(const Session& session, const QuenSourceControlOperationPtr& operation,
                 const CommonOptions& options,
@@ -17,4 +17,4 @@ int showRecords(const Session& session, const QuenSourceControlOperationPtr& ope
     return session.finish(*operation);
 }
 
-} // namespace quen
+} // namespace quen::tools

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace quen {
+namespace quen::tools {
 
 /// How a sub-command that shows something ends: prints the operation's records, as JSON or by
 /// `printForPeople`, then tells its error; the exit status that follows. Where there is an error,
@@ -14,4 +14,4 @@ int showRecords(const Session& session, const QuenSourceControlOperationPtr& ope
                 const CommonOptions& options,
                 const std::function<void(const Array& records)>& printForPeople);
 
-} // namespace quen
+} // namespace quen::tools
