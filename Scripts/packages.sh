@@ -37,6 +37,8 @@ quen_needs_ci=(
     'libbenchmark-dev=<benchmark/benchmark.h>'
     shellcheck=shellcheck
     git=git
+    lintian=lintian
+    dpkg-dev=dpkg-shlibdeps
 )
 
 quen_status_unavailable=69

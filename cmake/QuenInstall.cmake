@@ -2,6 +2,9 @@
 # quen::Foundation, quen::Contract and quen::Host, and quen::SVN, the module that a host loads.
 #
 # The installed tree may be moved: programs and libraries find each other from where they lie.
+#
+# Two components: `runtime` is what a person and an editor need, `development` what a host is built
+# with.
 
 include(CMakePackageConfigHelpers)
 
@@ -21,18 +24,19 @@ quen_find_libraries_from(${CMAKE_INSTALL_LIBDIR} QuenFoundation QuenHost)
 quen_find_libraries_from(${QUEN_INSTALLED_MODULE_DIRECTORY} QuenSVN)
 set_target_properties(QuenSVN PROPERTIES EXPORT_NAME SVN)
 
-install(TARGETS quen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS quen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 install(TARGETS QuenFoundation QuenContract QuenHost EXPORT quen-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        COMPONENT runtime NAMELINK_COMPONENT development
     INCLUDES DESTINATION ${QUEN_HEADER_DIRECTORY})
 install(TARGETS QuenSVN EXPORT quen-targets
-    LIBRARY DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY})
+    LIBRARY DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
 
-install(DIRECTORY Foundation DESTINATION ${QUEN_HEADER_DIRECTORY}
+install(DIRECTORY Foundation DESTINATION ${QUEN_HEADER_DIRECTORY} COMPONENT development
     FILES_MATCHING PATTERN "*.h"
     PATTERN XMLTree.h EXCLUDE)
 install(DIRECTORY Contract/QuenFoundation Contract/MarlFoundation
-    DESTINATION ${QUEN_HEADER_DIRECTORY}
+    DESTINATION ${QUEN_HEADER_DIRECTORY} COMPONENT development
     FILES_MATCHING PATTERN "*.h")
 # The rest of the host's headers are its own.
 install(FILES
@@ -43,9 +47,10 @@ install(FILES
     Host/TaskFailure.h
     Host/ToolRunner.h
     Host/WorkingCopyCleanup.h
-    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host)
+    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host COMPONENT development)
 
-install(EXPORT quen-targets NAMESPACE quen:: DESTINATION ${QUEN_PACKAGE_DIRECTORY})
+install(EXPORT quen-targets NAMESPACE quen:: DESTINATION ${QUEN_PACKAGE_DIRECTORY}
+    COMPONENT development)
 configure_package_config_file(cmake/quen-config.cmake.in
     ${PROJECT_BINARY_DIR}/quen-config.cmake
     INSTALL_DESTINATION ${QUEN_PACKAGE_DIRECTORY}
@@ -56,4 +61,17 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/quen-config-version.cmake
 install(FILES
     ${PROJECT_BINARY_DIR}/quen-config.cmake
     ${PROJECT_BINARY_DIR}/quen-config-version.cmake
-    DESTINATION ${QUEN_PACKAGE_DIRECTORY})
+    DESTINATION ${QUEN_PACKAGE_DIRECTORY} COMPONENT development)
+
+# For builds without CMake. The paths follow the file, so that they hold in a moved tree too.
+file(RELATIVE_PATH QUEN_WAY_TO_PREFIX
+    /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+string(REGEX REPLACE "/$" "" QUEN_WAY_TO_PREFIX "${QUEN_WAY_TO_PREFIX}")
+configure_file(cmake/quen.pc.in ${PROJECT_BINARY_DIR}/quen.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/quen.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+install(FILES README.md LICENSE NOTICE
+    DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+install(DIRECTORY Documentation DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime
+    FILES_MATCHING PATTERN "*.md")
