@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Tools/Server/Wire/Message.h"
+#include "Tools/Server/Wire/Outbox.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quen::tools::server {
+
+/// Takes the place of the streams: keeps every message that the server sends.
+class FakeClient : public MessageSink {
+public:
+    static constexpr std::chrono::seconds bound{20};
+
+    bool send(std::string body, const std::stop_token& /*stop*/) override {
+        const std::lock_guard lock(mutex_);
+        messages_.push_back(Json::parse(body));
+        changed_.notify_all();
+        return true;
+    }
+    bool offer(std::string body) override { return send(std::move(body), {}); }
+
+    std::vector<Json> messages() const {
+        const std::lock_guard lock(mutex_);
+        return messages_;
+    }
+
+    /// The first message for which `fits` holds; nullopt when none came within the bound.
+    std::optional<Json> waitFor(const std::function<bool(const Json&)>& fits) const {
+        std::unique_lock lock(mutex_);
+        auto found = messages_.end();
+        changed_.wait_for(lock, bound, [&] {
+            found = std::find_if(messages_.begin(), messages_.end(), fits);
+            return found != messages_.end();
+        });
+        return found == messages_.end() ? std::nullopt : std::optional<Json>(*found);
+    }
+
+    /// The answer to a request; null when none came within the bound.
+    Json answer(const Json& id) const {
+        return waitFor([&](const Json& message) {
+                   return !message.contains("method") && message.at("id") == id;
+               })
+            .value_or(nullptr);
+    }
+
+private:
+    mutable std::mutex mutex_;
+    mutable std::condition_variable changed_;
+    std::vector<Json> messages_;
+};
+
+} // namespace quen::tools::server

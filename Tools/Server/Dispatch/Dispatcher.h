@@ -1,0 +1,78 @@
+#pragma once
+
+#include "Foundation/OperationQueue.h"
+#include "Tools/Server/Dispatch/Method.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <string>
+
+namespace quen::tools::server {
+
+/// Serves requests side by side. What changes a working copy waits for what changes the same one,
+/// in the order of arrival; everything else goes on beside.
+///
+/// Threads: any.
+class Dispatcher {
+public:
+    /// So many are served at once; the others wait.
+    static constexpr std::size_t width = 128;
+
+    explicit Dispatcher(MessageSink& sink) : sink_(sink) {}
+    Dispatcher(const Dispatcher&) = delete;
+    Dispatcher& operator=(const Dispatcher&) = delete;
+    ~Dispatcher();
+
+    void add(Method method);
+    std::vector<std::string> methodNames() const;
+
+    /// Serves a request; the answer goes to the sink.
+    void serve(const Message& request);
+    /// Does work of the server's own on a worker's thread; in its turn where it names a working
+    /// copy, at once where the text is empty. `work` must not throw.
+    void enqueue(const std::string& workingCopy, std::function<void()> work);
+
+    void cancel(const Json& id);
+    /// Cancels everything and waits until it is answered; false when `bound` passes first.
+    bool end(std::chrono::milliseconds bound);
+
+    /// Waits until nothing is served or waiting; false when `bound` passes first.
+    bool waitUntilIdle(std::chrono::milliseconds bound);
+    std::size_t callsInFlight() const;
+    /// What the requests took that are not answered yet.
+    std::size_t bytesInFlight() const;
+
+private:
+    using Work = std::function<void()>;
+
+    CallPtr admit(const Message& request, Call::Facts facts);
+    void prepareAndStart(const Method& method, const Message& request, const CallPtr& call);
+    void start(const std::string& lane, Work work);
+    /// Hands work to a thread; counted as work in hand until it is done.
+    void submit(Work work);
+    void runFirstOf(const std::string& lane);
+    void forget(const CallPtr& call);
+    void countDone();
+
+    MessageSink& sink_;
+    std::map<std::string, Method, std::less<>> methods_;
+    mutable std::mutex mutex_;
+    std::condition_variable idle_;
+    struct Admitted {
+        CallPtr call;
+        std::size_t bytes;
+    };
+    std::map<std::string, Admitted> calls_;
+    std::size_t bytes_ = 0;
+    /// What waits for its turn, by working copy; a lane that is there is at work.
+    std::map<std::string, std::deque<Work>> lanes_;
+    std::size_t working_ = 0;
+    bool isEnding_ = false;
+    OperationQueuePtr workers_ = OperationQueue::make(width);
+};
+
+} // namespace quen::tools::server
