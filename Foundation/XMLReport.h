@@ -82,14 +82,15 @@ private:
 };
 
 /// Reads a report of one root with many small records, whole or in pieces as they arrive, with the
-/// same results (but for the words about junk behind the root). Memory does not grow with the
-/// report: each finished record is handed over as a small tree and its memory is used again for the
-/// next.
+/// same results. Memory does not grow with the report: each finished record is handed over as a
+/// small tree and its memory is used again for the next.
 ///
 /// The reader is strict. Anything that is not well-formed is an error, down to an undefined entity
 /// or a doubled attribute; so is an empty report, and so are entities nested to blow up a small
-/// report. Nothing outside the report is ever resolved: a reference to an external entity is an
-/// error, an external DTD is passed over. Nothing recurses on the depth of the input.
+/// report. Nothing outside the report is ever resolved: an external DTD is passed over, and a
+/// reference to an external entity, or to one that is declared nowhere in the report, is an error;
+/// in the default of an attribute, where an element takes it. Nothing recurses on the depth of the
+/// input.
 ///
 /// Encodings: UTF-8, UTF-16, ISO-8859-1 and US-ASCII, as the report declares; texts come as UTF-8.
 ///

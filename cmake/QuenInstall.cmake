@@ -34,6 +34,11 @@ install(TARGETS QuenSVN EXPORT quen-targets
 
 install(DIRECTORY Foundation DESTINATION ${QUEN_HEADER_DIRECTORY} COMPONENT development
     FILES_MATCHING PATTERN "*.h"
+    PATTERN XMLEntities.h EXCLUDE
+    PATTERN XMLExpatReader.h EXCLUDE
+    PATTERN XMLLiteral.h EXCLUDE
+    PATTERN XMLPlace.h EXCLUDE
+    PATTERN XMLRecordPath.h EXCLUDE
     PATTERN XMLTree.h EXCLUDE)
 install(DIRECTORY Contract/QuenFoundation Contract/MarlFoundation
     DESTINATION ${QUEN_HEADER_DIRECTORY} COMPONENT development

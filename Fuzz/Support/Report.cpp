@@ -1,6 +1,5 @@
 #include "Fuzz/Support/Report.h"
 
-#include "Foundation/XMLReport.h"
 #include "Fuzz/Support/Check.h"
 #include "Host/TaskErrors.h"
 
@@ -30,14 +29,6 @@ std::vector<std::string_view> cut(std::string_view report, unsigned way, unsigne
         pieces.pop_back();
     }
     return pieces;
-}
-
-/// What may differ: behind the root the engine looks less far into a piece than into the whole
-/// before it calls the rest junk.
-bool isJunkInOtherWords(const Error& inPieces, const Error& atOnce) {
-    constexpr std::int64_t junkBehindRoot = 9;
-    return inPieces.domain() == XMLParserErrorDomain && inPieces.code() == junkBehindRoot &&
-           atOnce.domain() == XMLParserErrorDomain;
 }
 
 bool isOfKind(const Value& value, FieldKind kind) {
@@ -76,11 +67,8 @@ ReportChoices reportChoices(FuzzInput& input) {
 
 Outcome agreedOutcome(const ReportChoices& choices, const QuenSourceControlOperationPtr& piecewise,
                       const QuenSourceControlOperationPtr& whole) {
-    Outcome inPieces = outcomeOf(piecewise, {choices.run});
+    const Outcome inPieces = outcomeOf(piecewise, {choices.run});
     const Outcome atOnce = outcomeOf(whole, {{.output = choices.run.output}});
-    if (isJunkInOtherWords(inPieces.error, atOnce.error)) {
-        inPieces.error = atOnce.error;
-    }
     requireEqual(inPieces, atOnce, "pieces leave something else than the whole");
     require(atOnce.error.domain() != QuenSourceControlTaskErrorDomain, "an exception was thrown");
     return atOnce;

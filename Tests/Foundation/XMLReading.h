@@ -68,4 +68,20 @@ inline Pieces inPieces(std::string_view report, std::size_t size) {
     return pieces;
 }
 
+/// With a byte order mark. Characters of up to two bytes in UTF-8 are enough for the tests.
+inline std::string inUTF16(std::string_view text, bool bigEndian) {
+    std::string bytes = bigEndian ? "\xfe\xff" : "\xff\xfe";
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned character = static_cast<unsigned char>(text[i]);
+        if (character >= 0x80) {
+            character = (character & 0x1FU) << 6U | (static_cast<unsigned char>(text[++i]) & 0x3FU);
+        }
+        const auto high = static_cast<char>(character >> 8U);
+        const auto low = static_cast<char>(character & 0xFFU);
+        bytes += bigEndian ? high : low;
+        bytes += bigEndian ? low : high;
+    }
+    return bytes;
+}
+
 } // namespace quen

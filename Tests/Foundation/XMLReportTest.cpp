@@ -241,15 +241,6 @@ TEST(XMLReportTest, FindsDirectChildrenByName) {
 
 // Encodings
 
-std::string inUTF16(std::string_view ascii, bool bigEndian) {
-    std::string bytes = bigEndian ? "\xfe\xff" : "\xff\xfe";
-    for (const char c : ascii) {
-        bytes += bigEndian ? '\0' : c;
-        bytes += bigEndian ? c : '\0';
-    }
-    return bytes;
-}
-
 TEST(XMLReportTest, ReadsOtherEncodingsAsUTF8) {
     const std::string declared = "<?xml version='1.0' encoding='UTF-16'?>"
                                  "<r><e path='a&#xfc;'>b&#xfc;</e></r>";

@@ -110,6 +110,50 @@ TEST(XMLStrictnessTest, TakesWhatIsWellFormed) {
     }
 }
 
+/// What is declared inside the report counts, whatever else may be declared outside.
+TEST(XMLStrictnessTest, TakesDeclarationsBesideOthersOutside) {
+    const struct {
+        std::string declarations;
+        std::string record;
+        std::string expected;
+    } cases[] = {
+        {"<!ENTITY in 'b'>", "<e a='1&in;2'>&in;</e>", "1b2|b"},
+        {"<!ENTITY ü 'b'>", "<e a='&lt;&#65;&ü;'>&ü;</e>", "<Ab|b"},
+        {"<!ENTITY a '&b;'><!ENTITY b '&#38;amp;&#38;#65;'>", "<e a='&a;&a;'/>", "&A&A|"},
+        {"<!ENTITY in \"c<x a='&#38;lt;'/><![CDATA[&outside;]]>\">", "<e>&in;</e>", "-|c&outside;"},
+        {"<!ENTITY in 'b'>", "<e a='1'><![CDATA[&outside;]]><!-- &outside; --></e>", "1|&outside;"},
+        {"<!ATTLIST e a CDATA 'd'>", "<e/>", "d|"},
+        {"<!ENTITY in 'b'><!ATTLIST e a CDATA '&lt;&in;'>", "<e/>", "<b|"},
+        {"<!ENTITY ü 'b'><!ATTLIST e a CDATA '&ü;'>", "<e/>", "b|"},
+        {"<!ATTLIST e a CDATA '&outside;'>", "<e a='1'/>", "1|"},
+        {"<!ATTLIST f a CDATA '&outside;'>", "<e a='1'/>", "1|"},
+    };
+    const Description describe = [](const XMLElement& record) {
+        return std::string(record.attribute("a").value_or("-")) + "|" + textOf(record);
+    };
+    for (const auto& each : cases) {
+        const std::string report = "<!DOCTYPE r SYSTEM 'nowhere.dtd' [" + each.declarations +
+                                   "]><r>" + each.record + "</r>";
+        const Reading expected{{"0 " + each.expected}, ""};
+        EXPECT_EQ(reading({"e"}, describe, {report}), expected) << report;
+        EXPECT_EQ(reading({"e"}, describe, inPieces(report, 1)), expected) << report;
+        for (const bool bigEndian : {false, true}) {
+            const std::string wide = inUTF16(report, bigEndian);
+            EXPECT_EQ(reading({"e"}, describe, {wide}), expected) << report;
+            EXPECT_EQ(reading({"e"}, describe, inPieces(wide, 1)), expected) << report;
+        }
+    }
+}
+
+TEST(XMLStrictnessTest, ComparesNamesOfEntitiesInEveryEncoding) {
+    const std::string head = "<?xml version='1.0' encoding='ISO-8859-1'?>"
+                             "<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ENTITY \xfc 'b'>";
+    EXPECT_EQ(errorOf(head + "<!ATTLIST e a CDATA '&\xfc;'>]><r c='&\xfc;'><e/></r>"), "");
+    EXPECT_NE(errorOf(head + "<!ATTLIST e a CDATA '&\xc3\xbc;'>]><r><e/></r>").find("Code=11 "),
+              std::string::npos);
+    EXPECT_NE(errorOf(head + "]><r c='&\xc3\xbc;'><e/></r>").find("Code=11 "), std::string::npos);
+}
+
 /// A declaration outside the report is never seen, so an entity that would need one is undefined.
 TEST(XMLStrictnessTest, RefusesEntitiesThatAreDeclaredOutside) {
     const std::string_view reports[] = {
@@ -121,6 +165,15 @@ TEST(XMLStrictnessTest, RefusesEntitiesThatAreDeclaredOutside) {
         "<!DOCTYPE r [<!ENTITY % p SYSTEM 'nowhere.ent'>%p;]><r>&outside;</r>",
         "<!DOCTYPE r [<!ENTITY % p SYSTEM 'nowhere.ent'>%p;]><r a='&outside;'/>",
         "<?xml version='1.0' standalone='yes'?><!DOCTYPE r SYSTEM 'nowhere.dtd'><r a='&outside;'/>",
+        "<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ENTITY in '&outside;'>]><r a='&in;'/>",
+        "<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ENTITY in '&mid;'><!ENTITY mid '&outside;'>]>"
+        "<r a='&in;'/>",
+        "<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ENTITY % p ''>%p;<!ENTITY late 'b'>]><r a='&late;'/>",
+        "<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ATTLIST r a CDATA '&outside;'>]><r/>",
+        "<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ENTITY in '&outside;'><!ATTLIST e a CDATA '&in;'>]>"
+        "<r><e/></r>",
+        "<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ATTLIST e a CDATA '&late;'><!ENTITY late 'b'>]>"
+        "<r><e/></r>",
     };
     for (const std::string_view report : reports) {
         EXPECT_NE(errorOf(report).find("Code=11 \"The report is not well-formed XML: undefined "
@@ -130,10 +183,62 @@ TEST(XMLStrictnessTest, RefusesEntitiesThatAreDeclaredOutside) {
     }
 }
 
-TEST(XMLStrictnessTest, RefusesDefaultsBesideDeclarationsOutside) {
-    EXPECT_NE(errorOf("<!DOCTYPE r SYSTEM 'nowhere.dtd' [<!ATTLIST r a CDATA '&outside;'>]><r/>")
-                  .find("Code=22 \"The report cannot be read as XML: document is not standalone"),
-              std::string::npos);
+/// Whatever the engine has seen of the junk when it calls it so.
+TEST(XMLStrictnessTest, SaysTheSameOfJunkBehindTheRootHoweverItArrives) {
+    const struct {
+        std::string_view tail;
+        int line;
+        int column;
+        int byte;
+    } cases[] = {
+        {"text", 1, 5, 4},
+        {"te&xt", 1, 5, 4},
+        {"te<", 1, 5, 4},
+        {"\n text\xff", 2, 2, 6},
+        {"te\xc3", 1, 5, 4},
+        {"'open", 1, 5, 4},
+        {"]]", 1, 5, 4},
+        {"\x01", 1, 5, 4},
+        {"&", 1, 5, 4},
+        {"<r/>", 1, 5, 4},
+        {"\r\nx", 2, 1, 6},
+        {"\r\r\n\n x", 4, 2, 9},
+        {"<!--ü\n-->xy&", 2, 4, 14},
+        {"<?pi\n?> 'x'&", 2, 4, 12},
+        {"\n\n<!--x-->\nü\xff", 4, 1, 15},
+        {"x\n'\n&", 1, 5, 4},
+    };
+    for (const auto& each : cases) {
+        const std::string report = "<r/>" + std::string(each.tail);
+        const std::string expected = description(
+            9, "The report is not well-formed XML: junk after document element, at line " +
+                   std::to_string(each.line) + ", column " + std::to_string(each.column) +
+                   " (byte " + std::to_string(each.byte) + ").");
+        EXPECT_EQ(errorOf(report), expected) << report;
+        for (std::size_t cut = 0; cut <= report.size(); ++cut) {
+            const std::string_view text = report;
+            EXPECT_EQ(reading({"e"}, textOf, {text.substr(0, cut), text.substr(cut)}).error,
+                      expected)
+                << report << " cut at " << cut;
+        }
+    }
+    EXPECT_EQ(errorOf(inUTF16("<r/>\nte&xt", true)),
+              description(9, "The report is not well-formed XML: junk after document element, at "
+                             "line 2, column 1 (byte 12)."));
+}
+
+/// A comment or an instruction that goes wrong there is no junk.
+TEST(XMLStrictnessTest, KnowsFaultyMarkupBehindTheRoot) {
+    const struct {
+        std::string_view report;
+        int code;
+    } cases[] = {
+        {"<r/><", 5}, {"<r/>\n<!-- -- -->", 4}, {"<r/><!--", 5}, {"<r/><?p", 5}, {"<r/><?1?>", 4}};
+    for (const auto& each : cases) {
+        EXPECT_NE(errorOf(each.report).find("Code=" + std::to_string(each.code) + " "),
+                  std::string::npos)
+            << each.report << errorOf(each.report);
+    }
 }
 
 TEST(XMLStrictnessTest, NeverLooksOutsideTheReport) {

@@ -1,0 +1,336 @@
+#include "Foundation/XMLExpatReader.h"
+
+#include "Foundation/XMLLiteral.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <new>
+#include <strings.h>
+
+namespace quen {
+
+namespace {
+
+/// The engine copies what it is given. Slices that stay in the cache make that copy cheap, keep it
+/// from ever holding a large piece twice, and fit its lengths, which are ints.
+constexpr std::size_t sliceSize = 64 * 1024;
+
+/// Engines before 2.6 begin again with a token that has not ended, each time that more of it
+/// arrives: a name of 100 MB in pieces would take hours. From this size on they are given more of
+/// it only when it is as much again.
+constexpr std::size_t longToken = 1024;
+
+/// The engine guesses the encoding by so many bytes; from fewer it makes another guess.
+constexpr std::size_t headSize = 2;
+
+/// The report may be in order and still not be read.
+bool isAboutForm(XML_Error code) noexcept {
+    constexpr std::array others = {XML_ERROR_NO_MEMORY,
+                                   XML_ERROR_ABORTED,
+                                   XML_ERROR_UNKNOWN_ENCODING,
+                                   XML_ERROR_NOT_STANDALONE,
+                                   XML_ERROR_EXTERNAL_ENTITY_HANDLING,
+                                   XML_ERROR_AMPLIFICATION_LIMIT_BREACH};
+    return std::find(others.begin(), others.end(), code) == others.end();
+}
+
+} // namespace
+
+XMLExpatReader::XMLExpatReader(XMLRecordPath path, XMLReportReader::RecordHandler handler)
+    : handler_(std::move(handler)), parser_(XML_ParserCreate(nullptr)), path_(std::move(path)) {
+    if (parser_ == nullptr) {
+        throw std::bad_alloc();
+    }
+    XML_SetUserData(parser_.get(), this);
+    setElementHandlers();
+    setEntityHandlers();
+}
+
+template <typename Work> void XMLExpatReader::guarded(void* reader, Work work) noexcept {
+    auto& self = *static_cast<XMLExpatReader*>(reader);
+    if (self.hasStopped_) {
+        return;
+    }
+    try {
+        work(self);
+    } catch (...) {
+        self.exception_ = std::current_exception();
+        self.stop();
+    }
+}
+
+// Records
+
+void XMLExpatReader::setElementHandlers() noexcept {
+    XML_SetElementHandler(
+        parser_.get(),
+        [](void* reader, const char* name, const char** attributes) {
+            guarded(reader, [&](XMLExpatReader& self) { self.start(name, attributes); });
+        },
+        [](void* reader, const char*) {
+            guarded(reader, [](XMLExpatReader& self) { self.end(); });
+        });
+}
+
+/// Text outside records is not even looked at.
+void XMLExpatReader::listenToText(bool listens) noexcept {
+    constexpr XML_CharacterDataHandler append = [](void* reader, const char* text, int length) {
+        guarded(reader, [&](XMLExpatReader& self) {
+            self.tree_.appendText({text, static_cast<std::size_t>(length)});
+        });
+    };
+    XML_SetCharacterDataHandler(parser_.get(), listens ? append : nullptr);
+}
+
+void XMLExpatReader::start(const char* name, const char** attributes) {
+    if (isDeclaredOutside_) {
+        refuseUnseenEntities(name, attributes);
+    }
+    if (tree_.isOpen()) {
+        tree_.open(name, attributes);
+    } else if (path_.enter(name)) {
+        tree_.open(name, attributes);
+        listenToText(true);
+    }
+}
+
+void XMLExpatReader::end() {
+    if (!tree_.isOpen()) {
+        path_.leave();
+        if (path_.isOutside()) {
+            enterEpilog();
+        }
+        return;
+    }
+    tree_.close();
+    if (!tree_.isOpen()) {
+        listenToText(false);
+        handler_(tree_.record(), path_.container());
+        tree_.clear();
+    }
+}
+
+// Entities
+
+void XMLExpatReader::setEntityHandlers() noexcept {
+    // Without a handler the reference to an external entity would just be missing from the text.
+    XML_SetExternalEntityRefHandler(parser_.get(),
+                                    [](XML_Parser, const char*, const char*, const char*,
+                                       const char*) -> int { return XML_STATUS_ERROR; });
+    // Once a declaration could stand outside the report, the engine takes an undeclared entity for
+    // one declared there and passes over it: with a word in content, without one in attributes.
+    XML_SetSkippedEntityHandler(parser_.get(), [](void* reader, const char*, int) {
+        guarded(reader, [](XMLExpatReader& self) {
+            self.fail(self.errorHere(XML_ERROR_UNDEFINED_ENTITY));
+        });
+    });
+    XML_SetNotStandaloneHandler(parser_.get(), [](void* reader) -> int {
+        static_cast<XMLExpatReader*>(reader)->isDeclaredOutside_ = true;
+        return XML_STATUS_OK;
+    });
+    XML_SetXmlDeclHandler(parser_.get(), [](void* reader, const char*, const char* encoding, int) {
+        static_cast<XMLExpatReader*>(reader)->isLatin_ =
+            encoding != nullptr && ::strcasecmp(encoding, "ISO-8859-1") == 0;
+    });
+    XML_SetEntityDeclHandler(parser_.get(), [](void* reader, const char* name, int isParameter,
+                                               const char* text, int length, const char*,
+                                               const char*, const char*, const char*) {
+        guarded(reader, [&](XMLExpatReader& self) {
+            if (isParameter == 0 && text != nullptr) {
+                self.entities_.declare(name, {text, static_cast<std::size_t>(length)});
+            }
+        });
+    });
+    XML_SetAttlistDeclHandler(parser_.get(),
+                              [](void* reader, const char* element, const char* attribute,
+                                 const char*, const char* value, int) {
+                                  guarded(reader, [&](XMLExpatReader& self) {
+                                      if (self.isDeclaredOutside_ && value != nullptr) {
+                                          self.declareDefault(element, attribute);
+                                      }
+                                  });
+                              });
+}
+
+std::string XMLExpatReader::currentMarkup() {
+    constexpr XML_DefaultHandler append = [](void* reader, const char* text, int length) {
+        guarded(reader, [&](XMLExpatReader& self) {
+            self.markup_.append(text, static_cast<std::size_t>(length));
+        });
+    };
+    markup_.clear();
+    XML_SetDefaultHandlerExpand(parser_.get(), append);
+    XML_DefaultCurrent(parser_.get());
+    XML_SetDefaultHandlerExpand(parser_.get(), nullptr);
+    return std::exchange(markup_, {});
+}
+
+/// The engine hands out a default with its references resolved; how it is written stands where the
+/// engine is.
+void XMLExpatReader::declareDefault(const char* element, const char* attribute) {
+    int offset = 0;
+    int size = 0;
+    const char* const input = XML_GetInputContext(parser_.get(), &offset, &size);
+    const bool isSeen = input != nullptr &&
+                        entities_.haveAllIn(xmlLiteral(
+                            {input + offset, static_cast<std::size_t>(size - offset)}, isLatin_));
+    if (!isSeen) {
+        unseenDefaults_.emplace(element, attribute);
+    }
+}
+
+bool XMLExpatReader::hasUnseenDefault(const char* element, const char** attributes) const {
+    if (unseenDefaults_.empty()) {
+        return false;
+    }
+    attributes += XML_GetSpecifiedAttributeCount(parser_.get());
+    for (; *attributes != nullptr; attributes += 2) {
+        if (unseenDefaults_.contains({element, *attributes})) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void XMLExpatReader::refuseUnseenEntities(const char* element, const char** attributes) {
+    const XMLPlace place = here();
+    if (hasUnseenDefault(element, attributes) || !entities_.haveAllIn(currentMarkup())) {
+        fail(errorAt(XML_ERROR_UNDEFINED_ENTITY, place));
+    }
+}
+
+// Behind the root
+
+/// Which fault the engine finds in junk, and where in it, depends on how much of it has arrived, so
+/// the place where it begins is kept.
+void XMLExpatReader::enterEpilog() {
+    epilogPlace_ = here();
+    epilogPlace_.passText(currentMarkup());
+    epilogPlace_.byte =
+        here().byte + static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
+    isInEpilog_ = true;
+    XML_SetDefaultHandlerExpand(parser_.get(), [](void* reader, const char* text, int length) {
+        static_cast<XMLExpatReader*>(reader)->passInEpilog(
+            {text, static_cast<std::size_t>(length)});
+    });
+}
+
+void XMLExpatReader::passInEpilog(std::string_view text) noexcept {
+    epilogPlace_.passText(text);
+    epilogPlace_.byte = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get())) +
+                        static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
+}
+
+/// Markup that goes wrong is told as such, and waits until all of it has arrived anyway.
+bool XMLExpatReader::isJunkBehindRoot(XML_Error code) const noexcept {
+    constexpr std::array faults = {XML_ERROR_INVALID_TOKEN, XML_ERROR_UNCLOSED_TOKEN,
+                                   XML_ERROR_PARTIAL_CHAR, XML_ERROR_JUNK_AFTER_DOC_ELEMENT};
+    if (!isInEpilog_ || std::find(faults.begin(), faults.end(), code) == faults.end()) {
+        return false;
+    }
+    int offset = 0;
+    int size = 0;
+    const char* const input = XML_GetInputContext(parser_.get(), &offset, &size);
+    const auto reached = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()));
+    const std::size_t passed = reached - epilogPlace_.byte;
+    if (input == nullptr || passed > static_cast<std::size_t>(offset)) {
+        return code == XML_ERROR_JUNK_AFTER_DOC_ELEMENT;
+    }
+    const std::string_view rest(input + offset - passed,
+                                static_cast<std::size_t>(size - offset) + passed);
+    return !rest.substr(rest.starts_with('\0') ? 1 : 0).starts_with('<');
+}
+
+// The run
+
+void XMLExpatReader::stop() noexcept {
+    hasStopped_ = true;
+    XML_StopParser(parser_.get(), XML_FALSE);
+}
+
+void XMLExpatReader::fail(const Error& error) {
+    error_ = error;
+    stop();
+}
+
+XMLPlace XMLExpatReader::here() const noexcept {
+    XMLPlace place;
+    place.byte = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()));
+    place.line = XML_GetCurrentLineNumber(parser_.get());
+    place.column = XML_GetCurrentColumnNumber(parser_.get());
+    return place;
+}
+
+Error XMLExpatReader::errorAt(XML_Error code, const XMLPlace& place) const {
+    std::string text = "The report is empty.";
+    if (!isEmpty_) {
+        text = isAboutForm(code) ? "The report is not well-formed XML: "
+                                 : "The report cannot be read as XML: ";
+        text += XML_ErrorString(code);
+        text += ", at line " + std::to_string(place.line);
+        text += ", column " + std::to_string(place.column + 1);
+        text += " (byte " + std::to_string(place.byte) + ").";
+    }
+    return Error(XMLParserErrorDomain, code, {{NSLocalizedDescriptionKey, String(text)}});
+}
+
+void XMLExpatReader::parse(std::string_view slice, bool isLast) {
+    const XML_Status status =
+        XML_Parse(parser_.get(), slice.data(), static_cast<int>(slice.size()), isLast);
+    if (exception_ != nullptr) {
+        std::rethrow_exception(std::exchange(exception_, nullptr));
+    }
+    if (status != XML_STATUS_OK && !error_) {
+        hasStopped_ = true;
+        const XML_Error code = XML_GetErrorCode(parser_.get());
+        error_ = isJunkBehindRoot(code) ? errorAt(XML_ERROR_JUNK_AFTER_DOC_ELEMENT, epilogPlace_)
+                                        : errorHere(code);
+    }
+    given_ += slice.size();
+    const XML_Index reached = XML_GetCurrentByteIndex(parser_.get());
+    unended_ = reached < 0 ? 0 : given_ - std::min(given_, static_cast<std::size_t>(reached));
+}
+
+/// How much there must be before the engine is given more.
+std::size_t XMLExpatReader::leastToGive() const noexcept {
+    return given_ == 0 ? headSize : unended_ > longToken ? unended_ : 0;
+}
+
+bool XMLExpatReader::read(std::string_view piece) {
+    isEmpty_ = isEmpty_ && piece.empty();
+    while (!piece.empty() && !hasStopped_) {
+        const std::string_view slice = piece.substr(0, sliceSize);
+        piece.remove_prefix(slice.size());
+        if (waiting_.empty() && slice.size() >= leastToGive()) {
+            parse(slice, false);
+            continue;
+        }
+        waiting_ += slice;
+        if (waiting_.size() >= leastToGive()) {
+            parse(std::exchange(waiting_, {}), false);
+        }
+    }
+    return !hasStopped_;
+}
+
+Error XMLExpatReader::readAll(std::string_view report) {
+    if (report.size() > std::numeric_limits<int>::max()) {
+        read(report);
+        return finish();
+    }
+    isEmpty_ = report.empty();
+    parse(report, true);
+    return error_;
+}
+
+Error XMLExpatReader::finish() {
+    if (!hasStopped_) {
+        parse(waiting_, true);
+    } else if (!error_) {
+        error_ = errorHere(XML_ERROR_ABORTED);
+    }
+    return error_;
+}
+
+} // namespace quen

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quen {
+
+/// How far along the path to a record a report is. It is told of every element outside records.
+/// Private to the XML reader.
+class XMLRecordPath {
+public:
+    /// See XMLReportReader.
+    XMLRecordPath(std::initializer_list<std::string_view> names)
+        : names_(names.begin(), names.end()) {}
+
+    /// An element starts. True where it is a record, which is not entered: nothing within it and
+    /// not its end are told.
+    bool enter(std::string_view name) noexcept {
+        if (depth_ == matched_ + 1 && name == names_[matched_]) {
+            if (matched_ + 1 == names_.size()) {
+                return true;
+            }
+            ++matched_;
+            ++containersBegun_;
+        }
+        ++depth_;
+        return false;
+    }
+
+    /// The last element that was entered ends.
+    void leave() noexcept {
+        --depth_;
+        if (matched_ > 0 && matched_ == depth_) {
+            --matched_;
+        }
+    }
+
+    /// No element is open.
+    bool isOutside() const noexcept { return depth_ == 0; }
+    /// The number of the record's container.
+    std::size_t container() const noexcept { return matched_ == 0 ? 0 : containersBegun_ - 1; }
+
+private:
+    std::vector<std::string> names_;
+    /// The open elements, and how many of them, the root apart, follow the path.
+    std::size_t depth_ = 0;
+    std::size_t matched_ = 0;
+    std::size_t containersBegun_ = 0;
+};
+
+} // namespace quen
