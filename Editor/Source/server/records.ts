@@ -1,0 +1,173 @@
+// What the server's answers are made of, as Documentation/server.md describes it.
+
+export type Failure =
+  | 'cancelled'
+  | 'timedOut'
+  | 'fellSilent'
+  | 'couldNotStart'
+  | 'killed'
+  | 'offline'
+  | 'notAuthorised'
+  | 'untrusted'
+  | 'locked'
+  | 'other';
+
+export interface ClientError {
+  readonly domain: string;
+  readonly code: number;
+  readonly description: string;
+  readonly suggestion: string | null;
+  readonly codes: readonly number[];
+  readonly causes: readonly string[];
+  readonly clientText: string | null;
+}
+
+/** What every method answers that runs the client: both are null when all is well. */
+export interface Outcome {
+  readonly error: ClientError | null;
+  readonly failure: Failure | null;
+}
+
+/** Status words are the client's own. */
+export type StatusWord =
+  | 'normal'
+  | 'none'
+  | 'modified'
+  | 'added'
+  | 'deleted'
+  | 'replaced'
+  | 'conflicted'
+  | 'missing'
+  | 'incomplete'
+  | 'obstructed'
+  | 'unversioned'
+  | 'ignored'
+  | 'external'
+  | 'merged';
+
+export interface Item {
+  readonly path: string;
+  readonly status: StatusWord;
+  readonly property: StatusWord;
+  readonly copied?: boolean;
+  readonly incoming?: StatusWord;
+  readonly incomingProperty?: StatusWord;
+  readonly changelist?: string;
+  readonly treeConflict?: boolean;
+  readonly locked?: boolean;
+  readonly lock?: Lock;
+  readonly switched?: boolean;
+  readonly external?: boolean;
+  readonly movedFrom?: string;
+  readonly movedTo?: string;
+  readonly revision?: number;
+}
+
+export interface Lock {
+  readonly owner?: string;
+  readonly comment?: string;
+  readonly token?: string;
+  readonly created?: string;
+}
+
+export type Counts = Readonly<Record<string, number>>;
+
+export interface Branch {
+  readonly name: string;
+  readonly isTrunk: boolean;
+}
+
+export interface WorkingCopyFacts {
+  readonly workingCopy: string;
+  readonly url: string;
+  readonly repositoryRoot: string;
+  readonly repositoryUUID: string;
+  readonly revision: number;
+  readonly branch: Branch | null;
+  readonly nested: readonly string[];
+  readonly externals: readonly string[];
+}
+
+export interface PathAction {
+  readonly path: string;
+  readonly action: string;
+}
+
+export interface Settled {
+  readonly path: string;
+  readonly kind: string;
+  readonly theirs: string | null;
+}
+
+export interface Conflict {
+  readonly path: string;
+  readonly kind: string;
+}
+
+export interface UpdateResult extends Outcome {
+  readonly revision: number | null;
+  readonly items: readonly PathAction[];
+  readonly settled: readonly Settled[];
+  readonly conflicts: readonly Conflict[];
+}
+
+export type PlanKind = 'commit' | 'revert' | 'remove' | 'update' | 'merge' | 'switch';
+
+export interface CommitGroup {
+  readonly workingCopy: string;
+  readonly paths: readonly string[];
+}
+
+export interface Plan extends Outcome {
+  readonly items: readonly PathAction[];
+  readonly alsoTaken: readonly string[];
+  readonly lost: readonly string[];
+  readonly needsParents: readonly string[];
+  readonly groups: readonly CommitGroup[];
+  readonly decidedForMine: readonly string[];
+}
+
+export interface ItemsResult extends Outcome {
+  readonly items: readonly PathAction[];
+}
+
+export interface LogEntry {
+  readonly revision: number;
+  readonly author: string | null;
+  readonly date: string | null;
+  readonly message: string | null;
+  readonly files?: readonly PathAction[];
+}
+
+export interface LogResult extends Outcome {
+  readonly entries: readonly LogEntry[];
+  readonly next: number | null;
+}
+
+export interface BlameRevision {
+  readonly revision: number;
+  readonly author: string | null;
+  readonly date: string | null;
+}
+
+export interface BlameResult extends Outcome {
+  readonly revisions: readonly BlameRevision[];
+  readonly lines: readonly number[];
+}
+
+export type Revision = 'BASE' | 'HEAD' | number;
+export type Place = { readonly path: string } | { readonly url: string };
+
+export interface RepositoryEntry {
+  readonly name: string;
+  readonly kind: 'file' | 'dir';
+  readonly size?: number;
+  readonly revision?: number;
+  readonly author?: string | null;
+  readonly date?: string | null;
+  readonly url: string;
+}
+
+export interface BranchEntry extends Branch {
+  readonly url: string;
+}

@@ -1,0 +1,193 @@
+// The groups of one source control, and which items lie in which.
+
+import * as vscode from 'vscode';
+import { groupOf } from '../model/words';
+import type { WorkingCopy } from '../model/workingCopy';
+import type { Item } from '../server/protocol';
+import { incomingResource, localResource, settledResource, type Resource } from './resource';
+import { SortedItems } from './sortedItems';
+
+/** More rows than this nobody reads one by one; the group's label tells how many there are. */
+export const shownRows = 2000;
+
+interface LocalGroup {
+  readonly label: string;
+  readonly group: vscode.SourceControlResourceGroup;
+  readonly items: SortedItems;
+  readonly rows: Map<string, Resource>;
+}
+
+const changelistPrefix = 'changelist-';
+
+export class Groups implements vscode.Disposable {
+  private groups = new Map<string, LocalGroup>();
+  private settled: vscode.SourceControlResourceGroup | undefined;
+  private incoming: vscode.SourceControlResourceGroup | undefined;
+  /** The group in which each item lies. */
+  private readonly places = new Map<string, string>();
+
+  constructor(
+    private readonly control: vscode.SourceControl,
+    private readonly copy: WorkingCopy,
+  ) {
+    this.make([]);
+  }
+
+  /** Every item anew. */
+  reset(): void {
+    const byGroup = new Map<string, Item[]>();
+    this.places.clear();
+    for (const item of this.copy.items.values()) {
+      const id = groupIdOf(item);
+      if (id === 'none') continue;
+      this.places.set(item.path, id);
+      const list = byGroup.get(id);
+      if (list) list.push(item);
+      else byGroup.set(id, [item]);
+    }
+    this.ensure(byGroup.keys());
+    for (const [id, group] of this.groups) {
+      group.rows.clear();
+      group.items.replaceAll(byGroup.get(id) ?? []);
+      this.show(group);
+    }
+  }
+
+  /** Only the items of these paths anew. */
+  update(paths: readonly string[]): void {
+    if (!this.knowsGroupsOf(paths)) {
+      this.reset();
+      return;
+    }
+    const touched = new Set<LocalGroup>();
+    for (const path of paths) this.move(path, touched);
+    for (const group of touched) this.show(group);
+  }
+
+  showIncoming(): void {
+    if (!this.incoming) return;
+    const { copy } = this;
+    this.incoming.resourceStates = copy.incoming
+      .slice(0, shownRows)
+      .map((item) => incomingResource(copy, item));
+  }
+
+  showSettled(): void {
+    if (!this.settled) return;
+    const { copy } = this;
+    this.settled.resourceStates = copy.settled.map((settled) => settledResource(copy, settled));
+  }
+
+  /** How many items the badge counts. */
+  count(of: 'all' | 'versioned'): number {
+    let total = this.copy.settled.length;
+    for (const [id, group] of this.groups) {
+      if (of === 'all' || id !== 'unversioned') total += group.items.length;
+    }
+    return total;
+  }
+
+  /** All items of a group, shown or not; undefined where it is not one of these groups. */
+  itemsOf(group: vscode.SourceControlResourceGroup): readonly Item[] | undefined {
+    if (group === this.incoming) return this.copy.incoming;
+    const known = this.groups.get(group.id);
+    return known?.group === group ? known.items.all : undefined;
+  }
+
+  /** What a commit of everything would take: no conflicts, nothing unversioned or missing. */
+  committable(except: string): readonly Item[] {
+    return [...this.groups]
+      .filter(([id]) => id === 'changes' || id.startsWith(changelistPrefix))
+      .filter(([id]) => id !== `${changelistPrefix}${except}`)
+      .flatMap(([, group]) => group.items.all);
+  }
+
+  dispose(): void {
+    for (const { group } of this.groups.values()) group.dispose();
+    this.settled?.dispose();
+    this.incoming?.dispose();
+  }
+
+  private knowsGroupsOf(paths: readonly string[]): boolean {
+    return paths.every((path) => {
+      const item = this.copy.items.get(path);
+      const id = item ? groupIdOf(item) : 'none';
+      return id === 'none' || this.groups.has(id);
+    });
+  }
+
+  private move(path: string, touched: Set<LocalGroup>): void {
+    const item = this.copy.items.get(path);
+    const from = this.places.get(path);
+    const to = item ? groupIdOf(item) : 'none';
+    if (from !== undefined && from !== to) this.takeOut(path, from, touched);
+    const group = this.groups.get(to);
+    if (!item || !group) return;
+    this.places.set(path, to);
+    group.rows.delete(path);
+    const isSeen = group.items.put(item, shownRows);
+    if (isSeen || group.items.length > shownRows) touched.add(group);
+  }
+
+  private takeOut(path: string, from: string, touched: Set<LocalGroup>): void {
+    this.places.delete(path);
+    const group = this.groups.get(from);
+    group?.rows.delete(path);
+    if (group?.items.remove(path, shownRows) || (group?.items.length ?? 0) >= shownRows) {
+      if (group) touched.add(group);
+    }
+  }
+
+  private show(group: LocalGroup): void {
+    const { items, rows } = group;
+    const shown = items.first(shownRows);
+    group.group.label =
+      items.length > shownRows
+        ? vscode.l10n.t('{0} (the first {1} of {2})', group.label, shownRows, items.length)
+        : group.label;
+    group.group.resourceStates = shown.map((item) => {
+      const known = rows.get(item.path);
+      if (known) return known;
+      const made = localResource(this.copy, item);
+      rows.set(item.path, made);
+      return made;
+    });
+  }
+
+  /** The editor shows groups in the order of their making; a new changelist remakes them. */
+  private ensure(ids: Iterable<string>): void {
+    const changelists = [...ids].filter((id) => id.startsWith(changelistPrefix)).sort();
+    const known = [...this.groups.keys()].filter((id) => id.startsWith(changelistPrefix));
+    if (changelists.join('\n') === known.join('\n')) return;
+    this.dispose();
+    this.make(changelists);
+  }
+
+  private make(changelists: readonly string[]): void {
+    this.groups = new Map();
+    this.settled = this.control.createResourceGroup('settled', vscode.l10n.t('To Be Looked At'));
+    this.settled.hideWhenEmpty = true;
+    this.add('conflicts', vscode.l10n.t('Conflicts'));
+    this.add('changes', vscode.l10n.t('Changes'), false);
+    for (const id of changelists) this.add(id, id.slice(changelistPrefix.length));
+    this.add('missing', vscode.l10n.t('Missing'));
+    this.add('unversioned', vscode.l10n.t('Unversioned'));
+    this.incoming = this.control.createResourceGroup('incoming', vscode.l10n.t('Incoming'));
+    this.incoming.hideWhenEmpty = true;
+    this.showIncoming();
+    this.showSettled();
+  }
+
+  private add(id: string, label: string, hideWhenEmpty = true): void {
+    const group = this.control.createResourceGroup(id, label);
+    group.hideWhenEmpty = hideWhenEmpty;
+    this.groups.set(id, { label, group, items: new SortedItems(), rows: new Map() });
+  }
+}
+
+function groupIdOf(item: Item): string {
+  const kind = groupOf(item);
+  return kind === 'changes' && item.changelist !== undefined
+    ? `${changelistPrefix}${item.changelist}`
+    : kind;
+}
