@@ -1,7 +1,7 @@
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "Tools/Commands/Content/FetchFile.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"

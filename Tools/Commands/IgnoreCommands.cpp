@@ -1,10 +1,10 @@
 #include "Foundation/PathComponents.h"
 #include "Host/ClientMessage.h"
 #include "Host/HostServices.h"
+#include "Host/Places/Locations.h"
 #include "Host/TaskErrors.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/IgnoreListGuard.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Console/RunRecorder.h"
 

@@ -1,5 +1,5 @@
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"

@@ -1,8 +1,8 @@
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/ChangeList.h"
 #include "Tools/Commands/Changes/LogMessage.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Terminal/Question.h"
 

@@ -1,6 +1,6 @@
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlStatus.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/StatusWords.h"

@@ -1,9 +1,9 @@
 #include "Foundation/PathComponents.h"
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/Places/BranchLocation.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 

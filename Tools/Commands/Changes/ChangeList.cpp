@@ -1,7 +1,7 @@
 #include "Tools/Commands/Changes/ChangeList.h"
 
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/StatusWords.h"
 #include "Tools/Terminal/Table.h"

@@ -1,7 +1,7 @@
 #include "Tools/Commands/Content/DiffSummary.h"
 
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/StatusWords.h"

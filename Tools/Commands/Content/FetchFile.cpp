@@ -1,8 +1,8 @@
 #include "Tools/Commands/Content/FetchFile.h"
 
+#include "Host/Places/Locations.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/Places/Locations.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 
 #include <fstream>

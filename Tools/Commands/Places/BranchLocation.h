@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Places/BranchNames.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
 #include <optional>
@@ -8,17 +9,9 @@
 
 namespace quen::tools {
 
-/// Whether a text can name a branch: parts between single slashes, none of them empty, `.` or `..`.
-/// Anything else would stand for the folder of the branches, or for something outside it.
-bool isBranchName(std::string_view name);
-
 /// The branch that a person named. Behind `--` a word that begins with `-` has been given the form
 /// of a path, `./-name`; as no branch can be named like that, the name is clear.
 std::string branchNameSaid(const std::string& word);
-
-/// The name as it stands behind the URL of the branches, for what a plug-in hands to the client as
-/// it is: percent-encoded, and closed like a name that holds an `@`.
-String branchNameInURL(std::string_view name);
 
 /// What a person means by the branch to switch to, to merge or to copy: a URL or a place below the
 /// repository's root (`^/NAME`) as it is, `trunk`, or the name of a branch. As the client must be

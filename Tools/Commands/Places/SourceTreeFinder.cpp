@@ -1,8 +1,8 @@
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
 #include "Host/HostSourceTrees.h"
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Commands/Places/Locations.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>

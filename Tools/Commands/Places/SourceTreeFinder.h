@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Host/Places/SettingsFile.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
-#include "Tools/Commands/Places/SettingsFile.h"
 #include "Tools/Commands/Session/Session.h"
 
 #include <optional>

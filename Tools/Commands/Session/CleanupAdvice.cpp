@@ -1,8 +1,8 @@
 #include "Tools/Commands/Session/CleanupAdvice.h"
 
+#include "Host/Places/Locations.h"
+#include "Host/Places/SettingsFile.h"
 #include "Host/TaskFailure.h"
-#include "Tools/Commands/Places/Locations.h"
-#include "Tools/Commands/Places/SettingsFile.h"
 
 #include <algorithm>
 

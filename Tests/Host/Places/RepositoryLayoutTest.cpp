@@ -1,11 +1,9 @@
+#include "Host/Places/RepositoryLayout.h"
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/Places/RepositoryLayout.h"
 
 #include <gtest/gtest.h>
 
 namespace quen::test {
-
-using namespace tools;
 
 namespace {
 

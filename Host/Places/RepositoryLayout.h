@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen::tools {
+namespace quen {
 
 /// Where a project keeps its trunk and its branches, as URLs; empty where that is not known.
 struct RepositoryLayout {
@@ -19,4 +19,4 @@ std::string projectRootOf(std::string_view url, std::string_view repositoryRoot)
 /// `trunk` and `branches` below the project's root.
 RepositoryLayout usualLayout(std::string_view url, std::string_view repositoryRoot);
 
-} // namespace quen::tools
+} // namespace quen

@@ -1,11 +1,11 @@
-#include "Tools/Commands/Places/Locations.h"
+#include "Host/Places/Locations.h"
 
 #include "Foundation/PathComponents.h"
 
 #include <algorithm>
 #include <cctype>
 
-namespace quen::tools {
+namespace quen {
 
 namespace {
 
@@ -80,4 +80,4 @@ String closedDirectory(const std::string& path) {
     return holdsAt && !client.hasSuffix("/") ? String(client.str() + "/") : client;
 }
 
-} // namespace quen::tools
+} // namespace quen

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen::tools {
+namespace quen {
 
 /// Whether a person means a place in a repository by its URL: a scheme, `://`, and more. Everything
 /// else is a path.
@@ -32,4 +32,4 @@ String closedClientPath(const std::string& path);
 /// given: a slash at its end also keeps the client from reading a revision.
 String closedDirectory(const std::string& path);
 
-} // namespace quen::tools
+} // namespace quen

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Tools/Commands/Places/RepositoryLayout.h"
+#include "Host/Places/RepositoryLayout.h"
 
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 
-namespace quen::tools {
+namespace quen {
 
 /// What a `.quen` file says: lines of `name = value`, with the names `trunk`, `branches` and
 /// `username`. A line that begins with `#` and an empty one say nothing. A location is a URL, or a
@@ -29,4 +29,4 @@ std::optional<Settings> settingsFor(const std::filesystem::path& path, std::stri
 /// The top directory of the working copy that a path lies in; empty where it lies in none.
 std::filesystem::path topDirectoryOf(const std::filesystem::path& path);
 
-} // namespace quen::tools
+} // namespace quen

@@ -1,13 +1,11 @@
+#include "Host/Places/SettingsFile.h"
 #include "Tests/Host/ScratchDirectory.h"
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/Places/SettingsFile.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
 
 namespace quen::test {
-
-using namespace tools;
 
 namespace {
 

@@ -1,13 +1,11 @@
+#include "Host/Places/Locations.h"
 #include "Tests/Support/CaseName.h"
 #include "Tests/Support/Printers.h"
-#include "Tools/Commands/Places/Locations.h"
 
 #include <gtest/gtest.h>
 #include <ostream>
 
 namespace quen::test {
-
-using namespace tools;
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Tools/Commands/Places/SettingsFile.h"
+#include "Host/Places/SettingsFile.h"
 
 #include "Host/WorkingCopyCleanup.h"
 
@@ -7,7 +7,7 @@
 #include <iterator>
 #include <system_error>
 
-namespace quen::tools {
+namespace quen {
 
 namespace {
 
@@ -104,4 +104,4 @@ std::filesystem::path topDirectoryOf(const std::filesystem::path& path) {
     return top.isNil() ? std::filesystem::path() : std::filesystem::path(top.str());
 }
 
-} // namespace quen::tools
+} // namespace quen

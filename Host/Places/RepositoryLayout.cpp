@@ -1,8 +1,8 @@
-#include "Tools/Commands/Places/RepositoryLayout.h"
+#include "Host/Places/RepositoryLayout.h"
 
 #include <algorithm>
 
-namespace quen::tools {
+namespace quen {
 
 namespace {
 
@@ -38,4 +38,4 @@ RepositoryLayout usualLayout(std::string_view url, std::string_view repositoryRo
     return {project + "/trunk", project + "/branches"};
 }
 
-} // namespace quen::tools
+} // namespace quen
