@@ -37,8 +37,10 @@ bool isAboutForm(XML_Error code) noexcept {
 
 } // namespace
 
-XMLExpatReader::XMLExpatReader(XMLRecordPath path, XMLReportReader::RecordHandler handler)
-    : handler_(std::move(handler)), parser_(XML_ParserCreate(nullptr)), path_(std::move(path)) {
+XMLExpatReader::XMLExpatReader(XMLRecordPath path, XMLReportReader::RecordHandler handler,
+                               XMLReportReader::ContainerHandler containerHandler)
+    : handler_(std::move(handler)), containerHandler_(std::move(containerHandler)),
+      parser_(XML_ParserCreate(nullptr)), path_(std::move(path)) {
     if (parser_ == nullptr) {
         throw std::bad_alloc();
     }
@@ -89,10 +91,26 @@ void XMLExpatReader::start(const char* name, const char** attributes) {
     }
     if (tree_.isOpen()) {
         tree_.open(name, attributes);
-    } else if (path_.enter(name)) {
+        return;
+    }
+    switch (path_.enter(name)) {
+    case XMLRecordPath::Found::nothing: break;
+    case XMLRecordPath::Found::container: announceContainer(name, attributes); break;
+    case XMLRecordPath::Found::record:
         tree_.open(name, attributes);
         listenToText(true);
+        break;
     }
+}
+
+void XMLExpatReader::announceContainer(const char* name, const char** attributes) {
+    if (containerHandler_ == nullptr) {
+        return;
+    }
+    tree_.open(name, attributes);
+    tree_.close();
+    containerHandler_(tree_.record(), path_.container());
+    tree_.clear();
 }
 
 void XMLExpatReader::end() {

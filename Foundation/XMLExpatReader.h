@@ -21,7 +21,8 @@ namespace quen {
 /// promise.
 class XMLExpatReader {
 public:
-    XMLExpatReader(XMLRecordPath path, XMLReportReader::RecordHandler handler);
+    XMLExpatReader(XMLRecordPath path, XMLReportReader::RecordHandler handler,
+                   XMLReportReader::ContainerHandler containerHandler);
     XMLExpatReader(const XMLExpatReader&) = delete;
     XMLExpatReader& operator=(const XMLExpatReader&) = delete;
     ~XMLExpatReader() = default;
@@ -43,6 +44,7 @@ private:
 
     void start(const char* name, const char** attributes);
     void end();
+    void announceContainer(const char* name, const char** attributes);
     void listenToText(bool listens) noexcept;
 
     /// The markup at hand, as UTF-8. Moves the engine's place where it has to convert it.
@@ -64,6 +66,7 @@ private:
     Error errorAt(XML_Error code, const XMLPlace& place) const;
 
     const XMLReportReader::RecordHandler handler_;
+    const XMLReportReader::ContainerHandler containerHandler_;
     const std::unique_ptr<XML_ParserStruct, Free> parser_;
     XMLRecordPath path_;
     XMLTree tree_;

@@ -16,18 +16,25 @@ public:
     XMLRecordPath(std::initializer_list<std::string_view> names)
         : names_(names.begin(), names.end()) {}
 
-    /// An element starts. True where it is a record, which is not entered: nothing within it and
-    /// not its end are told.
-    bool enter(std::string_view name) noexcept {
-        if (depth_ == matched_ + 1 && name == names_[matched_]) {
-            if (matched_ + 1 == names_.size()) {
-                return true;
-            }
-            ++matched_;
-            ++containersBegun_;
+    enum class Found {
+        nothing,
+        container,
+        record,
+    };
+
+    /// An element starts. A record is not entered: nothing within it and not its end are told.
+    Found enter(std::string_view name) noexcept {
+        if (depth_ != matched_ + 1 || !isAmong(name, names_[matched_])) {
+            ++depth_;
+            return Found::nothing;
+        }
+        if (matched_ + 1 == names_.size()) {
+            return Found::record;
         }
         ++depth_;
-        return false;
+        ++matched_;
+        ++containersBegun_;
+        return Found::container;
     }
 
     /// The last element that was entered ends.
@@ -44,6 +51,17 @@ public:
     std::size_t container() const noexcept { return matched_ == 0 ? 0 : containersBegun_ - 1; }
 
 private:
+    /// `names` are separated by bars.
+    static bool isAmong(std::string_view name, std::string_view names) noexcept {
+        for (auto bar = names.find('|'); bar != names.npos; bar = names.find('|')) {
+            if (names.substr(0, bar) == name) {
+                return true;
+            }
+            names.remove_prefix(bar + 1);
+        }
+        return names == name;
+    }
+
     std::vector<std::string> names_;
     /// The open elements, and how many of them, the root apart, follow the path.
     std::size_t depth_ = 0;

@@ -14,8 +14,9 @@ public:
 };
 
 XMLReportReader::XMLReportReader(std::initializer_list<std::string_view> path,
-                                 RecordHandler handler)
-    : engine_(std::make_unique<Engine>(XMLRecordPath(path), std::move(handler))) {}
+                                 RecordHandler handler, ContainerHandler containerHandler)
+    : engine_(std::make_unique<Engine>(XMLRecordPath(path), std::move(handler),
+                                       std::move(containerHandler))) {}
 
 XMLReportReader::~XMLReportReader() = default;
 

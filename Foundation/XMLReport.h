@@ -98,16 +98,21 @@ private:
 class XMLReportReader {
 public:
     /// Called for each record, in document order. `container` counts, from 0, the root's children
-    /// of the path's first name; for a path of one name it is 0. Records are handed over while the
-    /// rest of the report is unread, so what the handler gathers counts only when `finish` finds
-    /// no error. An exception thrown by the handler ends the reading and leaves the `read` or
-    /// `finish` that reached the record; `finish` then answers an error.
+    /// that the path's first name names; for a path of one name it is 0. Records are handed over
+    /// while the rest of the report is unread, so what the handler gathers counts only when
+    /// `finish` finds no error. An exception thrown by the handler ends the reading and leaves the
+    /// `read` or `finish` that reached the record; `finish` then answers an error.
     using RecordHandler = std::function<void(const XMLElement& record, std::size_t container)>;
+    /// Called where a container begins, before its records: the element as its start tag gives it,
+    /// with attributes and without text or children. What holds for the record handler holds here.
+    using ContainerHandler = RecordHandler;
 
     /// `path` names the elements that lead from the root's children to a record, the record's own
     /// name last: `{"target", "entry"}` for root/target/entry. One or two names. Names match
-    /// exactly; the root may have any name.
-    XMLReportReader(std::initializer_list<std::string_view> path, RecordHandler handler);
+    /// exactly; the root may have any name. A name may be several, any of which will do, separated
+    /// by bars: `{"target|changelist", "entry"}`.
+    XMLReportReader(std::initializer_list<std::string_view> path, RecordHandler handler,
+                    ContainerHandler containerHandler = {});
     XMLReportReader(const XMLReportReader&) = delete;
     XMLReportReader& operator=(const XMLReportReader&) = delete;
     ~XMLReportReader();

@@ -54,6 +54,14 @@ install(FILES
     Host/WorkingCopyCleanup.h
     DESTINATION ${QUEN_HEADER_DIRECTORY}/Host COMPONENT development)
 
+install(FILES
+    Host/Facts/ChangeFacts.h
+    Host/Facts/InfoFacts.h
+    Host/Facts/ListFacts.h
+    Host/Facts/ReportFacts.h
+    Host/Facts/StatusFacts.h
+    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Facts COMPONENT development)
+
 install(EXPORT quen-targets NAMESPACE quen:: DESTINATION ${QUEN_PACKAGE_DIRECTORY}
     COMPONENT development)
 configure_package_config_file(cmake/quen-config.cmake.in

@@ -154,6 +154,41 @@ TEST(XMLReportTest, FindsRecordsByTheirPath) {
 
 // Text
 
+TEST(XMLReportTest, AnnouncesContainersOfSeveralNames) {
+    std::vector<std::string> told;
+    XMLReportReader reader(
+        {"target|changelist", "entry|against"},
+        [&](const XMLElement& record, std::size_t container) {
+            told.push_back(std::to_string(container) + " " + std::string(record.name()) + " " +
+                           textOf(record));
+        },
+        [&](const XMLElement& start, std::size_t container) {
+            told.push_back(std::to_string(container) + " begins " + std::string(start.name()) +
+                           " " + orNothing(start.attribute("name")) + textOf(start));
+        });
+    const Error error = reader.readAll("<r><target>no record<entry>a</entry><other/>"
+                                       "<against>b</against></target>"
+                                       "<target|changelist/>"
+                                       "<changelist name='x'><entry>c</entry></changelist>"
+                                       "<others><entry/></others><target/></r>");
+    EXPECT_TRUE(error) << "a bar is no part of an element's name";
+    EXPECT_EQ(told, (std::vector<std::string>{"0 begins target -", "0 entry a", "0 against b"}));
+    told.clear();
+    XMLReportReader second(
+        {"target|changelist", "entry"},
+        [&](const XMLElement& record, std::size_t container) {
+            told.push_back(std::to_string(container) + " " + textOf(record));
+        },
+        [&](const XMLElement& start, std::size_t container) {
+            told.push_back(std::to_string(container) + " begins " +
+                           orNothing(start.attribute("name")));
+        });
+    EXPECT_FALSE(second.readAll("<r><target><entry>a</entry><entry>b</entry></target>"
+                                "<others><entry/></others>"
+                                "<changelist name='x'><entry>c</entry></changelist></r>"));
+    EXPECT_EQ(told, (std::vector<std::string>{"0 begins -", "0 a", "0 b", "1 begins x", "1 c"}));
+}
+
 TEST(XMLReportTest, GathersTheTextOfAnElement) {
     const struct {
         std::string_view element;
