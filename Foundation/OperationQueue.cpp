@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
-#include <exception>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -40,24 +39,6 @@ RunningHere::~RunningHere() {
 
 } // namespace
 
-void Operation::skip() noexcept {
-    isCancelled_.store(true);
-    wasSkipped_.store(true);
-}
-
-namespace {
-
-void runGuarded(Operation& operation) noexcept {
-    try {
-        operation.main();
-    } catch (const std::exception&) {
-        // An operation that throws has broken its contract; the host must live on all the same.
-    } catch (...) { // NOLINT(bugprone-empty-catch)
-    }
-}
-
-} // namespace
-
 /// What the queue and its threads share, so that a thread may outlive the queue's last holder.
 class OperationQueue::State : public std::enable_shared_from_this<State> {
 public:
@@ -66,38 +47,43 @@ public:
     std::size_t width() const noexcept { return width_; }
 
     void add(OperationPtr operation, const std::weak_ptr<OperationQueue>& queue) {
+        Waiting added{std::move(operation), Ambient::current(), nullptr};
         std::unique_lock lock(mutex_);
         if (width_ > 0) {
-            waiting_.push_back({std::move(operation), nullptr});
+            waiting_.push_back(std::move(added));
             startThreadWhenNeeded(queue);
             somethingToDo_.notify_one();
         } else if (const RunningHere* const runner = runningHere()) {
-            waiting_.push_back({std::move(operation), runner});
+            added.runner = runner;
+            waiting_.push_back(std::move(added));
         } else {
             const RunningHere here(this, queue);
-            waiting_.push_back({std::move(operation), &here});
+            added.runner = &here;
+            waiting_.push_back(std::move(added));
             runWaiting(lock, &here);
         }
     }
 
     void waitUntilFinished() {
         std::unique_lock lock(mutex_);
-        nothingToDo_.wait(lock, [this] { return waiting_.empty() && running_.empty(); });
+        nothingToDo_.wait(lock, [this] { return isIdle(); });
     }
 
-    void cancelAll(bool forGood) {
-        std::deque<Waiting> dropped;
-        std::vector<OperationPtr> running;
-        {
-            const std::lock_guard lock(mutex_);
-            isCancelled_ = isCancelled_ || forGood;
-            dropWaiting(dropped);
-            running = running_;
-            notifyWhenIdle();
-        }
+    void cancelAll(bool forGood, const std::weak_ptr<OperationQueue>& queue) {
+        // A handler may add to the queue, or wait for it.
+        const RunningHere here(this, queue);
+        std::unique_lock lock(mutex_);
+        isCancelled_ = isCancelled_ || forGood;
+        std::deque<Waiting> dropped = takeAllWaiting();
+        const std::vector<OperationPtr> running = running_;
+        lock.unlock();
         for (const OperationPtr& operation : running) {
             operation->cancel();
         }
+        tellDropped(dropped);
+        lock.lock();
+        runWaiting(lock, &here);
+        notifyWhenIdle();
     }
 
     void end() {
@@ -105,12 +91,12 @@ public:
         std::deque<Waiting> dropped;
         {
             const std::lock_guard lock(mutex_);
-            dropWaiting(dropped);
+            dropped = takeAllWaiting();
             isEnding_ = true;
             threads.swap(threads_);
         }
         somethingToDo_.notify_all();
-        dropped.clear();
+        tellDropped(dropped);
         for (std::thread& thread : threads) {
             if (thread.get_id() == std::this_thread::get_id()) {
                 thread.detach();
@@ -135,7 +121,9 @@ private:
     /// return before its own has run.
     struct Waiting {
         OperationPtr operation;
-        const RunningHere* runner;
+        AmbientPtr ambient; // of whoever added it
+        const RunningHere* runner = nullptr;
+        bool isDropped = false;
     };
 
     void startThreadWhenNeeded(const std::weak_ptr<OperationQueue>& queue) {
@@ -164,48 +152,75 @@ private:
     }
 
     void runWaiting(std::unique_lock<std::mutex>& lock, const RunningHere* runner) {
-        while (OperationPtr operation = takeWaiting(runner)) {
-            running_.push_back(operation);
-            const bool isSkipped = isCancelled_ || operation->isCancelled();
+        for (Waiting next = takeWaiting(runner); next.operation != nullptr;
+             next = takeWaiting(runner)) {
+            running_.push_back(next.operation);
+            const bool isToSkip = isCancelled_;
             lock.unlock();
-            if (isSkipped) {
-                operation->skip();
-            } else {
-                runGuarded(*operation);
-            }
+            runOrSkip(next, isToSkip);
             lock.lock();
-            running_.erase(std::find(running_.begin(), running_.end(), operation));
+            running_.erase(std::find(running_.begin(), running_.end(), next.operation));
             notifyWhenIdle();
             // The operation may hold the last word on anything, this queue included: it goes
             // outside the lock.
             lock.unlock();
-            operation.reset();
+            next = {};
             lock.lock();
         }
     }
 
-    /// They are let go outside the lock, like all operations. Whoever waits for the queue finds
-    /// them skipped.
-    void dropWaiting(std::deque<Waiting>& dropped) {
-        dropped.swap(waiting_);
-        for (const Waiting& each : dropped) {
-            each.operation->skip();
+    static void runOrSkip(const Waiting& waiting, bool isToSkip) {
+        const AmbientScope scope(waiting.ambient);
+        if (!isToSkip) {
+            waiting.operation->run();
+        } else if (waiting.operation->markSkipped()) {
+            waiting.operation->tellSkipped();
         }
     }
 
-    OperationPtr takeWaiting(const RunningHere* runner) {
+    /// Takes what has not started, for `tellDropped`. Whoever looks from now on finds it skipped.
+    std::deque<Waiting> takeAllWaiting() {
+        std::deque<Waiting> dropped;
+        dropped.swap(waiting_);
+        for (Waiting& each : dropped) {
+            each.isDropped = each.operation->markSkipped();
+        }
+        dropping_ += dropped.size();
+        return dropped;
+    }
+
+    /// Not under the lock: handlers and destructors may do anything.
+    void tellDropped(std::deque<Waiting>& dropped) {
+        const std::size_t count = dropped.size();
+        for (const Waiting& each : dropped) {
+            if (each.isDropped) {
+                const AmbientScope scope(each.ambient);
+                each.operation->tellSkipped();
+            }
+        }
+        dropped.clear();
+        const std::lock_guard lock(mutex_);
+        dropping_ -= count;
+        notifyWhenIdle();
+    }
+
+    Waiting takeWaiting(const RunningHere* runner) {
         const auto next = std::find_if(waiting_.begin(), waiting_.end(),
                                        [&](const Waiting& each) { return each.runner == runner; });
         if (next == waiting_.end()) {
-            return nullptr;
+            return {};
         }
-        OperationPtr operation = std::move(next->operation);
+        Waiting taken = std::move(*next);
         waiting_.erase(next);
-        return operation;
+        return taken;
+    }
+
+    bool isIdle() const noexcept {
+        return waiting_.empty() && running_.empty() && dropping_ == 0;
     }
 
     void notifyWhenIdle() {
-        if (waiting_.empty() && running_.empty()) {
+        if (isIdle()) {
             nothingToDo_.notify_all();
         }
     }
@@ -216,6 +231,7 @@ private:
     std::condition_variable nothingToDo_;
     std::deque<Waiting> waiting_;
     std::vector<OperationPtr> running_;
+    std::size_t dropping_ = 0; // dropped, and their handlers not all told
     std::vector<std::thread> threads_;
     std::size_t idleThreads_ = 0;
     bool isCancelled_ = false;
@@ -254,11 +270,11 @@ void OperationQueue::waitUntilAllOperationsAreFinished() {
 }
 
 void OperationQueue::cancelAllOperations() {
-    state_->cancelAll(false);
+    state_->cancelAll(false, weak_from_this());
 }
 
 void OperationQueue::cancel() {
-    state_->cancelAll(true);
+    state_->cancelAll(true, weak_from_this());
 }
 
 std::size_t OperationQueue::width() const noexcept {

@@ -1,7 +1,7 @@
 #include "Classes/SVNController.h"
 #include "Fuzz/Support/Check.h"
 #include "Fuzz/Support/Input.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Tools/Console/RequestConsole.h"
 #include "Tools/Console/RunRecorder.h"
 
@@ -18,8 +18,8 @@ namespace {
 /// The provider is linked, not loaded. Without a replay no client can be started, and temporary
 /// files have no place.
 RequestConsole makeConsole() {
-    HostServices::shared().setToolsDirectory("/tools");
-    HostServices::shared().setTemporaryDirectory("/nowhere");
+    RunContext::setProcessDefault(
+        RunContext().withToolsDirectory("/tools").withTemporaryDirectory("/nowhere"));
     return {std::make_shared<SVNController>(),
             std::make_shared<ReplayRunner>(std::vector<ToolRun>()),
             {}};

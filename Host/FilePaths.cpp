@@ -1,5 +1,5 @@
 #include "Foundation/PathComponents.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Host/TemporaryDirectory.h"
 #include "MarlFoundation/MarlDeveloperPaths.h"
 #include "MarlFoundation/MarlFilePath.h"
@@ -33,7 +33,7 @@ private:
 class ToolsSearchPath : public MarlSearchPath {
 public:
     MarlFilePathPtr preferredDirectoryPath() const override {
-        return MarlFilePath::filePathForPathString(HostServices::shared().toolsDirectory());
+        return MarlFilePath::filePathForPathString(RunContext::current().toolsDirectory());
     }
 };
 

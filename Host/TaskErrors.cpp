@@ -111,18 +111,19 @@ Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run
         return mayHaveLeftLock ? withLockSuggestion(error) : error;
     };
     switch (run.end) {
-    case ToolEnd::ended: return {};
-    case ToolEnd::couldNotStart:
+    case RunEnd::ended: return {};
+    case RunEnd::couldNotStart:
         return taskError(TaskErrorCouldNotStart,
                          formatText("The client \"%@\" could not be started: %@.",
                                     {invocation.launchPath, run.reason}));
-    case ToolEnd::cancelled: return broken(cancelledError());
-    case ToolEnd::timedOut:
-    case ToolEnd::fellSilent:
+    case RunEnd::cancelled: return broken(cancelledError());
+    case RunEnd::timedOut:
+    case RunEnd::idleTimedOut:
         return broken(taskError(
-            run.end == ToolEnd::timedOut ? TaskErrorTimedOut : TaskErrorFellSilent,
+            run.end == RunEnd::timedOut ? TaskErrorTimedOut : TaskErrorIdleTimedOut,
             formatText("The client was ended because it took too long: %@.", {run.reason})));
-    case ToolEnd::failed:
+    case RunEnd::outputLost:
+    case RunEnd::statusUnknown:
         return broken(taskError(
             TaskErrorFailed,
             formatText("The client's run could not be followed to its end: %@.", {run.reason})));

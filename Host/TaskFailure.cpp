@@ -77,7 +77,7 @@ TaskFailure failureOfTask(const Error& error) {
     case TaskErrorCancelled: return TaskFailure::cancelled;
     case TaskErrorTimedOut: return TaskFailure::timedOut;
     case TaskErrorFailed: return TaskFailure::lost;
-    case TaskErrorFellSilent: return TaskFailure::fellSilent;
+    case TaskErrorIdleTimedOut: return TaskFailure::idleTimedOut;
     default: break;
     }
     if (const Array* codes = error.userInfo()[QuenSourceControlTaskErrorCodesKey].array()) {

@@ -20,8 +20,8 @@ enum TaskErrorCode : std::int64_t {
     TaskErrorTimedOut = -3,
     /// The host could not keep or read what the tool wrote.
     TaskErrorFailed = -4,
-    /// The client wrote nothing for longer than the limit of its silence.
-    TaskErrorFellSilent = -5,
+    /// The client wrote nothing for longer than its idle timeout.
+    TaskErrorIdleTimedOut = -5,
 };
 
 /// What an error tells a host to do.
@@ -34,7 +34,7 @@ enum class TaskFailure {
     cancelled,
     /// Try again, with a longer limit.
     timedOut,
-    fellSilent,
+    idleTimedOut,
     /// See to the host's own memory, descriptors and signal handling.
     lost,
     /// Somebody else killed the client, or it crashed. Try again.

@@ -1,13 +1,12 @@
 #include "Host/ClassName.h"
 #include "Host/ClientMessage.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Host/TaskErrors.h"
 #include "Host/WorkingCopyCleanup.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "QuenFoundation/QuenSourceControlOperation.h"
 
 #include <exception>
-#include <mutex>
 #include <utility>
 
 namespace quen {
@@ -17,10 +16,6 @@ struct QuenSourceControlTaskOperation::TaskState {
     std::optional<StringArray> arguments;
     DataPtr data;
     RunFacts facts;
-
-    std::mutex mutex;
-    /// While the tool runs.
-    std::shared_ptr<ToolCanceller> canceller;
 };
 
 QuenSourceControlTaskOperation::QuenSourceControlTaskOperation()
@@ -64,14 +59,6 @@ Error QuenSourceControlTaskOperation::errorFromErrorMessage(const String& messag
     return genericError(message, task_->facts);
 }
 
-void QuenSourceControlTaskOperation::cancel() {
-    Operation::cancel();
-    const std::lock_guard lock(task_->mutex);
-    if (task_->canceller != nullptr) {
-        task_->canceller->cancel();
-    }
-}
-
 namespace {
 
 /// Standard error as text: bytes that are no text still tell more than nothing.
@@ -93,30 +80,36 @@ Error parsed(QuenSourceControlTaskOperation& operation) {
 
 } // namespace
 
+namespace {
+
+ToolInvocation invocationOf(QuenSourceControlTaskOperation& operation, const RunContext& context) {
+    return {.operationClass = classNameOf(operation),
+            .launchPath = operation.launchPath(),
+            .arguments = *operation.arguments(),
+            .operation = &operation,
+            .environment = context.environment(),
+            .workingDirectory = context.workingDirectory(),
+            .limits = context.limits(),
+            .outputWatcher = [&operation, watcher = context.outputWatcher()](auto piece) {
+                operation.outputArrived(piece);
+                if (watcher) {
+                    watcher(operation, piece);
+                }
+            }};
+}
+
+} // namespace
+
 void QuenSourceControlTaskOperation::main() {
     if (error() || !arguments()) {
         return;
     }
-    const ToolRunnerPtr runner = HostServices::shared().toolRunner();
-    const std::shared_ptr<ToolCanceller> canceller = runner->makeCanceller();
-    {
-        const std::lock_guard lock(task_->mutex);
-        task_->canceller = canceller;
-    }
-    if (isCancelled()) {
-        canceller->cancel();
-    }
-    const ToolInvocation invocation{classNameOf(*this), launchPath(), *arguments(),
-                                    [this](std::string_view piece) { outputArrived(piece); }};
-    const ToolRun run = runner->run(invocation, *canceller);
-    {
-        const std::lock_guard lock(task_->mutex);
-        task_->canceller = nullptr;
-    }
-
+    const RunContext context = RunContext::current();
+    const ToolInvocation invocation = invocationOf(*this, context);
+    const ToolRun run = context.toolRunner()->run(invocation, stopToken());
     const Error interrupted =
         errorOfInterruptedRun(invocation, run, writesWorkingCopy(request()->type()));
-    if (run.end == ToolEnd::couldNotStart) {
+    if (run.end == RunEnd::couldNotStart) {
         setError(interrupted);
         return;
     }

@@ -1,7 +1,7 @@
 #include "Host/TemporaryDirectory.h"
 
 #include "Foundation/PathComponents.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -32,7 +32,7 @@ struct Registry {
 std::shared_ptr<TemporaryDirectory> TemporaryDirectory::make() {
     Registry& registry = Registry::shared();
     std::string path =
-        appendingPathComponent(HostServices::shared().temporaryDirectory().view(), "quen-XXXXXX")
+        appendingPathComponent(RunContext::current().temporaryDirectory().view(), "quen-XXXXXX")
             .str();
     if (mkdtemp(path.data()) == nullptr) {
         return nullptr;

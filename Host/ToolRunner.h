@@ -2,46 +2,45 @@
 
 #include "Foundation/Data.h"
 #include "Foundation/String.h"
+#include "Host/RunSettings.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string_view>
 
 namespace quen {
 
-/// What an operation wants to have run.
+class QuenSourceControlOperation;
+
+/// What an operation wants to have run, and how.
 struct ToolInvocation {
-    /// The class that asks, for whoever keeps a record.
-    String operation;
+    /// The name of the class that asks, for whoever keeps a record.
+    String operationClass;
+    /// An absolute path.
     String launchPath;
     StringArray arguments;
+    /// The operation that asks; null where none does. It lives as long as the run: a record that is
+    /// kept longer leaves it out.
+    const QuenSourceControlOperation* operation = nullptr;
+    /// Made to the host's own environment, for this run.
+    EnvironmentChanges environment = {};
+    /// Where the tool runs; nil for the host's own working directory.
+    String workingDirectory = {};
+    RunLimits limits = {};
     /// Called with every piece of standard output as it arrives, in order, on the running thread;
-    /// the run's output is complete all the same. A runner may leave it out for a whole run.
+    /// the run's output is complete all the same. A runner may leave it out for a whole run. It
+    /// belongs to the operation: a record leaves it out.
     std::function<void(std::string_view)> outputWatcher = {};
-};
-
-/// How a run ended.
-enum class ToolEnd {
-    /// By itself, with `exitStatus`, or killed by `signal`.
-    ended,
-    /// It never began; `reason` says why.
-    couldNotStart,
-    /// `cancel` was called; `exitStatus` or `signal` say how the tool then ended.
-    cancelled,
-    /// It took longer than its limit allows; `reason` names it.
-    timedOut,
-    /// It was silent longer than its limit allows; `reason` names it.
-    fellSilent,
-    /// The host could not keep what the tool wrote, or lost track of it; `reason` says why.
-    failed,
 };
 
 /// A finished run.
 struct ToolRun {
-    ToolEnd end = ToolEnd::ended;
-    /// Absent after a signal, and where the tool never began.
+    RunEnd end = RunEnd::ended;
+    /// How the tool itself ended, whatever `end` says. Absent after a signal, and where the tool
+    /// never began.
     std::optional<int> exitStatus;
     std::optional<int> signal;
     /// Everything written to standard output and to standard error; never null.
@@ -51,19 +50,12 @@ struct ToolRun {
     String reason;
 };
 
-/// Lets a run be ended from another thread.
-class ToolCanceller {
-public:
-    ToolCanceller() = default;
-    ToolCanceller(const ToolCanceller&) = delete;
-    ToolCanceller& operator=(const ToolCanceller&) = delete;
-    virtual ~ToolCanceller() = default;
-
-    /// Before, during or after the run, from any thread, any number of times.
-    virtual void cancel() = 0;
-};
-
 /// Runs tools. One runner serves many threads at once.
+///
+/// A runner may wrap another one: hand it the invocation, changed or not, and change, record or
+/// repeat what it answers. One that repeats a run hands the watcher the pieces of each: an
+/// operation that reads what arrives finds that it has not read the final output alone, and reads
+/// that as a whole.
 class ToolRunner {
 public:
     ToolRunner() = default;
@@ -71,12 +63,9 @@ public:
     ToolRunner& operator=(const ToolRunner&) = delete;
     virtual ~ToolRunner() = default;
 
-    /// What ends one run early; made before the run, handed to it. Never null.
-    virtual std::shared_ptr<ToolCanceller> makeCanceller() = 0;
-
-    /// Runs the tool to its end on the calling thread. `canceller` is one that this runner made,
-    /// for this run alone. Never throws: what goes wrong is told in the outcome.
-    virtual ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) = 0;
+    /// Runs the tool to its end on the calling thread. `stop` ends it early, also before it starts.
+    /// Never throws: what goes wrong is told in the outcome.
+    virtual ToolRun run(const ToolInvocation& invocation, std::stop_token stop) = 0;
 };
 
 using ToolRunnerPtr = std::shared_ptr<ToolRunner>;

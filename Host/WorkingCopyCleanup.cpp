@@ -1,7 +1,7 @@
 #include "Host/WorkingCopyCleanup.h"
 
 #include "Foundation/PathComponents.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Host/TaskFailure.h"
 
 #include <filesystem>
@@ -24,7 +24,7 @@ bool isInterruption(TaskFailure failure) {
     switch (failure) {
     case TaskFailure::cancelled:
     case TaskFailure::timedOut:
-    case TaskFailure::fellSilent:
+    case TaskFailure::idleTimedOut:
     case TaskFailure::lost:
     case TaskFailure::killed: return true;
     default: return false;
@@ -86,7 +86,7 @@ std::shared_ptr<WorkingCopyCleanup> WorkingCopyCleanup::make(const String& path)
     auto operation = std::make_shared<WorkingCopyCleanup>();
     operation->initWithRequest(std::move(request));
     operation->setLaunchPath(
-        appendingPathComponent(HostServices::shared().toolsDirectory().view(), "svn"));
+        appendingPathComponent(RunContext::current().toolsDirectory().view(), "svn"));
     operation->setArguments(StringArray{"cleanup", clientPath(target)});
     return operation;
 }

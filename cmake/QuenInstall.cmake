@@ -46,7 +46,8 @@ install(DIRECTORY Contract/QuenFoundation Contract/MarlFoundation
 # The rest of the host's headers are its own.
 install(FILES
     Host/ClientRunner.h
-    Host/HostServices.h
+    Host/RunContext.h
+    Host/RunSettings.h
     Host/HostSourceTrees.h
     Host/PlugInLoader.h
     Host/TaskFailure.h

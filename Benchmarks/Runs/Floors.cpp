@@ -14,10 +14,12 @@ namespace {
 void runClient(const std::vector<std::string>& arguments,
                std::function<void(std::string_view)> watcher) {
     ClientRunner runner;
-    const auto canceller = runner.makeCanceller();
     std::vector<String> words(arguments.begin(), arguments.end());
-    const ToolRun run = runner.run(
-        {"Benchmark", clientPath(), StringArray(std::move(words)), std::move(watcher)}, *canceller);
+    const ToolRun run = runner.run({.operationClass = "Benchmark",
+                                    .launchPath = clientPath(),
+                                    .arguments = StringArray(std::move(words)),
+                                    .outputWatcher = std::move(watcher)},
+                                   {});
     if (run.exitStatus != 0) {
         throw std::runtime_error("The client failed.");
     }

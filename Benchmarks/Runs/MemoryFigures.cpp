@@ -2,7 +2,7 @@
 #include "Benchmarks/Runs/Benchmarks.h"
 #include "Benchmarks/Runs/Requests.h"
 #include "Benchmarks/Runs/Timing.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Host/TemporaryDirectory.h"
 
 #include <filesystem>
@@ -50,9 +50,10 @@ int hostOneReport(const std::string& kind) {
     static const std::map<std::string, std::int32_t> types{
         {"status", RequestTypeStatus}, {"log", RequestTypeLog}, {"blame", RequestTypeBlame}};
     const std::size_t colon = kind.find(':');
-    HostServices::shared().setToolsDirectory(kind.substr(colon + 1));
+    const RunContext::Scope scope(
+        RunContext::current().withToolsDirectory(kind.substr(colon + 1)));
     const auto operation = operationOn(types.at(kind.substr(0, colon)), "/project");
-    operation->main();
+    operation->run();
     std::cout << peakMemory() << ' ' << recordsOf(*operation) << '\n';
     return 0;
 }

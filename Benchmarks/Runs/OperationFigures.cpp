@@ -35,7 +35,7 @@ std::vector<std::string> argumentsOf(const QuenSourceControlOperation& operation
 
 Cost costOfOperation(const Subject& subject) {
     const QuenSourceControlOperationPtr operation = subject.make();
-    const Cost cost = costOf([&] { operation->main(); });
+    const Cost cost = costOf([&] { operation->run(); });
     if (recordsOf(*operation) != subject.records) {
         throw std::runtime_error("The operation did not answer all records.");
     }

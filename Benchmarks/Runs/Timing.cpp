@@ -1,6 +1,6 @@
 #include "Benchmarks/Runs/Timing.h"
 
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 
 #include <array>
 #include <cerrno>
@@ -115,7 +115,7 @@ std::string outputOf(const std::string& program, const std::vector<std::string>&
 }
 
 std::string clientPath(const std::string& tool) {
-    return HostServices::shared().toolsDirectory().str() + "/" + tool;
+    return RunContext::current().toolsDirectory().str() + "/" + tool;
 }
 
 } // namespace quen

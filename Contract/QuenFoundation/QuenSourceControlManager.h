@@ -9,8 +9,8 @@ namespace quen {
 /// The host's source-control manager, as far as a provider needs it.
 class QuenSourceControlManager {
 public:
-    /// The aspect that everything about source control is logged to; never null, the same object
-    /// for the life of the program. From any thread.
+    /// The aspect that everything about source control is logged to where the caller is: hosts may
+    /// have several, so it is asked for anew rather than kept. Never null. From any thread.
     static std::shared_ptr<MarlLogAspect> sourceControlLogAspect();
 };
 

@@ -14,12 +14,12 @@ namespace quen {
 /// A unit of work built around a request. Members are defined by the host; providers subclass.
 ///
 /// A provider's controller makes the object, calls `initWithRequest`, and hands it on or, when that
-/// answers false, hands on nothing. The host owns it from then on, runs `main` once, on any thread,
-/// and then reads `result` and `error`.
+/// answers false, hands on nothing. The host owns it from then on, calls `run` once, on any thread, or
+/// adds it to an OperationQueue, and then reads `result` and `error`.
 ///
 /// Nothing that a subclass does may throw out of `initWithRequest` or `main`.
 ///
-/// Threads: the thread that runs `main` until that returns; afterwards whoever holds it. `cancel`
+/// Threads: the thread that calls `run` until that returns; afterwards whoever holds it. `cancel`
 /// alone may come from any thread at any time.
 class QuenSourceControlOperation : public Operation {
 public:
@@ -39,7 +39,7 @@ public:
     const Value& result() const;
     void setResult(Value result);
 
-    /// nil while there is none. Of one that a queue skipped: that it was cancelled.
+    /// nil while there is none. Of one that was skipped: that it was cancelled.
     const Error& error() const;
     void setError(Error error);
 
@@ -98,9 +98,8 @@ public:
     virtual Error errorFromErrorMessage(const String& message);
 
     /// Runs the tool as described above. Final in spirit: providers leave it alone.
+    /// `cancel` ends a tool that is running, with all the processes that it started.
     void main() override;
-    /// Also ends a tool that is running, with all the processes that it started.
-    void cancel() override;
 
 private:
     struct TaskState;

@@ -1,8 +1,7 @@
 #include "Fuzz/Support/Host.h"
 
 #include "Foundation/OperationQueue.h"
-#include "Host/HostServices.h"
-#include "QuenFoundation/QuenSourceControlManager.h"
+#include "Host/RunContext.h"
 #include "Tests/Support/Printers.h"
 
 #include <memory>
@@ -14,11 +13,6 @@ namespace quen {
 
 namespace {
 
-class NoCanceller : public ToolCanceller {
-public:
-    void cancel() override {}
-};
-
 class PlayingRunner : public ToolRunner {
 public:
     void play(std::vector<PlayedRun> runs) {
@@ -27,10 +21,8 @@ public:
     }
     std::vector<StringArray> takeAsked() { return std::move(asked_); }
 
-    std::shared_ptr<ToolCanceller> makeCanceller() override { return canceller_; }
-
-    ToolRun run(const ToolInvocation& invocation, ToolCanceller& /*canceller*/) override {
-        StringArray asked{invocation.operation};
+    ToolRun run(const ToolInvocation& invocation, std::stop_token /*stop*/) override {
+        StringArray asked{invocation.operationClass};
         asked.insert(asked.end(), invocation.arguments.begin(), invocation.arguments.end());
         asked_.push_back(std::move(asked));
         const PlayedRun played =
@@ -49,7 +41,6 @@ public:
 private:
     std::vector<PlayedRun> runs_;
     std::vector<StringArray> asked_;
-    const std::shared_ptr<ToolCanceller> canceller_ = std::make_shared<NoCanceller>();
 };
 
 /// An operation whose exceptions end the process; a queue would swallow them.
@@ -69,18 +60,20 @@ struct PlayingHost {
     std::vector<String> remarks;
 
     PlayingHost() {
-        HostServices& services = HostServices::shared();
-        services.setToolsDirectory("/tools");
-        services.setTemporaryDirectory("/nowhere");
-        services.setToolRunner(runner);
-        services.setAssertionHandler([this](const MarlAssertionFailure& failure) {
-            remarks.emplace_back(failure.method.str() + ' ' + std::to_string(failure.line) + ' ' +
-                                 messageOf(failure).str());
-        });
-        services.setLogHandler(
-            [this](std::uint32_t /*level*/, const String& text) { remarks.push_back(text); });
-        // The next level is that of times, which differ from run to run.
-        QuenSourceControlManager::sourceControlLogAspect()->_logLevel = 2;
+        RunContext::setProcessDefault(
+            RunContext()
+                .withToolsDirectory("/tools")
+                .withTemporaryDirectory("/nowhere")
+                .withToolRunner(runner)
+                // The next level is that of times, which differ from run to run.
+                .withLogLevel(2)
+                .withAssertionHandler([this](const MarlAssertionFailure& failure) {
+                    remarks.emplace_back(failure.method.str() + ' ' + std::to_string(failure.line) +
+                                         ' ' + messageOf(failure).str());
+                })
+                .withLogHandler([this](std::uint32_t /*level*/, const String& text) {
+                    remarks.push_back(text);
+                }));
     }
 };
 

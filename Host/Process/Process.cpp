@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <system_error>
+#include <utility>
 
 namespace quen {
 
@@ -47,15 +48,15 @@ void refuse(ProcessOutcome& outcome, const SpawnResult& result) {
                                            : result.reason;
 }
 
-void run(const ProcessInvocation& invocation, ProcessCanceller& canceller,
+void run(const ProcessInvocation& invocation, std::stop_token stop,
          ProcessRun::Clock::time_point start, ProcessOutcome& outcome) {
     const auto outputData = std::make_shared<Data>();
     const auto errorData = std::make_shared<Data>();
     outcome.output = outputData;
     outcome.errors = errorData;
-    const CancelWatch cancel(canceller);
+    const CancelWatch cancel(std::move(stop));
     if (cancel.isCancelled()) {
-        outcome.end = ProcessEnd::cancelled;
+        outcome.end = RunEnd::cancelled;
         return;
     }
     if (cancel.error() != 0) {
@@ -74,11 +75,11 @@ void run(const ProcessInvocation& invocation, ProcessCanceller& canceller,
 } // namespace
 
 ProcessOutcome runProcess(const ProcessInvocation& invocation,
-                          ProcessCanceller& canceller) noexcept {
+                          std::stop_token stop) noexcept {
     const auto start = ProcessRun::Clock::now();
     ProcessOutcome outcome;
     try {
-        run(invocation, canceller, start, outcome);
+        run(invocation, std::move(stop), start, outcome);
     } catch (const std::exception&) { // no memory; nothing throws once the child runs
         outcome.error = outcome.error != 0 ? outcome.error : ENOMEM;
     }

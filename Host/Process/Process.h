@@ -2,13 +2,13 @@
 
 #include "Foundation/Data.h"
 #include "Foundation/String.h"
-#include "Host/Process/ProcessCanceller.h"
+#include "Host/RunSettings.h"
 
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <stop_token>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace quen {
@@ -19,9 +19,11 @@ struct ProcessInvocation {
     String launchPath;
     /// Without the program's own name. nil counts as the empty text.
     std::vector<String> arguments;
-    /// Set over the host's own environment; a nil value takes the variable out. The host's own is
-    /// read while the run starts: no other thread may change it meanwhile.
-    std::vector<std::pair<String, String>> environment;
+    /// Made to the host's own environment, which is read while the run starts: no other thread may
+    /// change it meanwhile.
+    EnvironmentChanges environment;
+    /// Where the child starts; nil for the host's own working directory.
+    String workingDirectory;
 
     /// The child gets a session and a process group of its own. It has no terminal then, so it can
     /// never stop to ask on one.
@@ -32,37 +34,18 @@ struct ProcessInvocation {
     /// interrupt key reaches host and child.
     bool ownSession = true;
 
-    /// The longest run.
-    std::optional<std::chrono::milliseconds> totalLimit;
-    /// The longest time without a byte on either stream.
-    std::optional<std::chrono::milliseconds> silenceLimit;
-    /// From asking the child to end (SIGTERM) to ending it (SIGKILL).
-    std::chrono::milliseconds politeness{2000};
-    /// How long something that the child started may keep a stream open after the child's end.
-    std::chrono::milliseconds grace{250};
+    RunLimits limits;
 
     /// Called with every piece of a stream as it arrives, in order, on the thread that runs; the
     /// outcome holds everything all the same. The bytes live during the call. The run stands still
-    /// meanwhile, cancel and limits included. One that throws ends the run as `outputLost`.
+    /// meanwhile, stop requests and limits included. One that throws ends the run as `outputLost`.
     using Watcher = std::function<void(std::string_view)>;
     Watcher outputWatcher;
     Watcher errorWatcher;
 };
 
-/// Why a run ended.
-enum class ProcessEnd {
-    exited,        ///< by itself, with `exitStatus`
-    signalled,     ///< by `signal`, which was not this run's doing
-    statusUnknown, ///< by itself; the status was not to be had, see `runProcess`
-    cancelled,     ///< by the canceller
-    timedOut,      ///< by `totalLimit`
-    fellSilent,    ///< by `silenceLimit`
-    outputLost,    ///< it was ended because its output could not be kept, for `reason`
-    couldNotStart, ///< nothing ran, for `reason`
-};
-
 struct ProcessOutcome {
-    ProcessEnd end = ProcessEnd::couldNotStart;
+    RunEnd end = RunEnd::couldNotStart;
     /// How the child itself ended, whatever the reason: one of the two is set, the other not.
     /// Neither where no child ran or its status is unknown.
     std::optional<int> exitStatus;
@@ -72,10 +55,10 @@ struct ProcessOutcome {
     /// left the text can be nil there too.
     String reason;
     int error = 0;
-    /// Something that the child started still held a stream when the grace had passed.
+    /// Something that the child started still held a stream when the drain timeout had passed.
     bool leftStreamOpen = false;
     /// Everything the child wrote, never null. What its own children wrote may be cut short by the
-    /// grace. For `outputLost`: what came before.
+    /// drain timeout. For `outputLost`: what came before.
     DataPtr output;
     DataPtr errors;
     /// Of the whole run, start included.
@@ -85,15 +68,17 @@ struct ProcessOutcome {
 /// Runs a program to its end on the calling thread and collects what it writes.
 ///
 /// - The child reads from the null device, has the default signal mask and dispositions, and no
-///   descriptor of the host's beyond 0, 1 and 2. Its working directory is the host's.
-/// - The run is over when the child has ended and both streams are at their end; see `grace`. A
-///   child that closes its streams and lives on is waited for.
-/// - A cancel or limit asks the child's process group to end (SIGTERM), and ends it after
-///   `politeness` (SIGKILL). What is left of the group when the run is over is then ended too. Once
-///   the child has ended by itself, cancel and limits change nothing.
+///   descriptor of the host's beyond 0, 1 and 2.
+/// - The run is over when the child has ended and both streams are at their end, or the drain
+///   timeout has passed since the child's end. A child that closes its streams and lives on is
+///   waited for.
+/// - A stop request or limit asks the child's process group to end (SIGTERM), and kills it after the
+///   termination grace (SIGKILL). What is left of the group when the run is over is then ended too. Once
+///   the child has ended by itself, stop requests and limits change nothing.
 /// - What the child started and left running when it ended by itself is left alone.
 /// - A launch path that is not absolute, a zero byte in any text and an environment name that is
-///   empty or holds `=` are refused as `couldNotStart`, with EINVAL.
+///   empty or holds `=` are refused as `couldNotStart`, with EINVAL; a working directory that cannot
+///   be entered with the system's reason.
 ///
 /// The child is always reaped. Two habits of a host make the system forget its status, and the end
 /// is then `statusUnknown`: ignoring SIGCHLD (or SA_NOCLDWAIT), and a thread that waits for every
@@ -104,6 +89,6 @@ struct ProcessOutcome {
 ///
 /// Threads: any number of runs may go on at once. Never throws.
 ProcessOutcome runProcess(const ProcessInvocation& invocation,
-                          ProcessCanceller& canceller) noexcept;
+                          std::stop_token stop) noexcept;
 
 } // namespace quen

@@ -45,11 +45,11 @@ ProcessRun::ProcessRun(const ProcessInvocation& invocation, const CancelWatch& c
                        Clock::time_point start) noexcept
     : invocation_(invocation), cancel_(cancel), child_(child), output_(output), errors_(errors),
       outputCapacity_(output.capacity()) {
-    if (invocation.totalLimit) {
-        totalDeadline_ = after(start, *invocation.totalLimit);
+    if (invocation.limits.total) {
+        totalDeadline_ = after(start, *invocation.limits.total);
     }
-    if (invocation.silenceLimit) {
-        silenceDeadline_ = after(start, *invocation.silenceLimit);
+    if (invocation.limits.idle) {
+        idleDeadline_ = after(start, *invocation.limits.idle);
     }
 }
 
@@ -73,7 +73,7 @@ bool ProcessRun::isOver() const noexcept {
 /// The latest time to look again, if nothing happens before.
 ProcessRun::Clock::time_point ProcessRun::nextLook(Clock::time_point now) const noexcept {
     Clock::time_point next =
-        phase_ == Phase::running ? std::min(totalDeadline_, silenceDeadline_) : phaseDeadline_;
+        phase_ == Phase::running ? std::min(totalDeadline_, idleDeadline_) : phaseDeadline_;
     if (isResting(now)) {
         next = std::min(next, outputRest_);
     }
@@ -122,8 +122,8 @@ void ProcessRun::takeOutput() noexcept {
 template <typename Read> std::size_t ProcessRun::keep(Read read) noexcept {
     try {
         const std::size_t count = read();
-        if (count > 0 && invocation_.silenceLimit) {
-            silenceDeadline_ = after(Clock::now(), *invocation_.silenceLimit);
+        if (count > 0 && invocation_.limits.idle) {
+            idleDeadline_ = after(Clock::now(), *invocation_.limits.idle);
         }
         return count;
     } catch (const std::bad_alloc&) {
@@ -139,13 +139,13 @@ template <typename Read> std::size_t ProcessRun::keep(Read read) noexcept {
 }
 
 /// Whether the child has ended. What it wrote itself is in the pipes by then, and is taken at once;
-/// only what its own children write is left to the grace.
+/// only what its own children write is left to the drain timeout.
 bool ProcessRun::noteEnd() noexcept {
     if (phase_ != Phase::ended && child_.lookForEnd()) {
         phase_ = Phase::ended;
         keep([this] { return output_.readAll(); });
         keep([this] { return errors_.readAll(); });
-        phaseDeadline_ = after(Clock::now(), invocation_.grace);
+        phaseDeadline_ = after(Clock::now(), invocation_.limits.drainTimeout);
     }
     return phase_ == Phase::ended;
 }
@@ -157,15 +157,15 @@ void ProcessRun::enforce() noexcept {
     } else if (phase_ != Phase::running) {
         return;
     } else if (cancel_.isCancelled()) {
-        stop(ProcessEnd::cancelled);
+        stop(RunEnd::cancelled);
     } else if (now >= totalDeadline_) {
-        stop(ProcessEnd::timedOut);
-    } else if (now >= silenceDeadline_) {
-        stop(ProcessEnd::fellSilent);
+        stop(RunEnd::timedOut);
+    } else if (now >= idleDeadline_) {
+        stop(RunEnd::idleTimedOut);
     }
 }
 
-void ProcessRun::stop(ProcessEnd reason) noexcept {
+void ProcessRun::stop(RunEnd reason) noexcept {
     if (!noteEnd()) {
         stopReason_ = reason;
         askToEnd();
@@ -177,7 +177,7 @@ void ProcessRun::askToEnd() noexcept {
         child_.signal(SIGTERM);
         child_.signal(SIGCONT); // a stopped child could not hear it
         phase_ = Phase::asked;
-        phaseDeadline_ = after(Clock::now(), invocation_.politeness);
+        phaseDeadline_ = after(Clock::now(), invocation_.limits.terminationGrace);
         wasAsked_ = true;
     }
 }
@@ -202,7 +202,7 @@ void ProcessRun::giveUp(int error) noexcept {
 /// The output cannot be kept: nothing more is read, and the child is asked to end.
 void ProcessRun::lose(int error, const char* reason) noexcept {
     if (!stopReason_) {
-        stopReason_ = ProcessEnd::outputLost;
+        stopReason_ = RunEnd::outputLost;
         lossError_ = error;
         try {
             lossReason_ =
@@ -224,10 +224,9 @@ void ProcessRun::report(ProcessOutcome& outcome) const noexcept {
     outcome.error = lossError_;
     if (stopReason_) {
         outcome.end = *stopReason_;
-    } else if (outcome.exitStatus) {
-        outcome.end = ProcessEnd::exited;
     } else {
-        outcome.end = outcome.signal ? ProcessEnd::signalled : ProcessEnd::statusUnknown;
+        outcome.end =
+            outcome.exitStatus || outcome.signal ? RunEnd::ended : RunEnd::statusUnknown;
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Process/CancelWatch.h"
 #include "Host/Process/ChildProcess.h"
 #include "Host/Process/ChildStream.h"
 #include "Host/Process/Process.h"
@@ -34,7 +35,7 @@ private:
     template <typename Read> std::size_t keep(Read read) noexcept;
     bool noteEnd() noexcept;
     void enforce() noexcept;
-    void stop(ProcessEnd reason) noexcept;
+    void stop(RunEnd reason) noexcept;
     void askToEnd() noexcept;
     void killAtOnce() noexcept;
     void giveUp(int error) noexcept;
@@ -50,11 +51,11 @@ private:
 
     Phase phase_ = Phase::running;
     Clock::time_point totalDeadline_ = Clock::time_point::max();
-    Clock::time_point silenceDeadline_ = Clock::time_point::max();
+    Clock::time_point idleDeadline_ = Clock::time_point::max();
     Clock::time_point phaseDeadline_ = Clock::time_point::max(); // of `asked` and `ended`
     Clock::time_point outputRest_ = Clock::time_point::min(); // no output is waited for until then
     bool wasAsked_ = false;
-    std::optional<ProcessEnd> stopReason_; // nothing while the child's own end is what counts
+    std::optional<RunEnd> stopReason_; // nothing while the child's own end is what counts
     int lossError_ = 0;
     String lossReason_;
 };

@@ -1,13 +1,17 @@
 #include "Host/Process/Spawn.h"
 
+#include "Host/Process/FileDescriptor.h"
 #include "Host/Process/Process.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
+#include <iterator>
 #include <spawn.h>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 
 namespace quen {
@@ -26,6 +30,9 @@ String objectionTo(const ProcessInvocation& invocation) {
     }
     if (holdsZeroByte(invocation.launchPath)) {
         return "the launch path holds a zero byte";
+    }
+    if (holdsZeroByte(invocation.workingDirectory)) {
+        return "the working directory holds a zero byte";
     }
     for (std::size_t i = 0; i < invocation.arguments.size(); ++i) {
         if (holdsZeroByte(invocation.arguments[i])) {
@@ -65,9 +72,13 @@ public:
                 vector_.push_back(*entry);
             }
         }
-        for (const auto& [name, value] : invocation.environment) {
-            if (!value.isNil()) {
-                own_.push_back(name.str() + "=" + value.str());
+        const EnvironmentChanges& changes = invocation.environment;
+        for (auto change = changes.begin(); change != changes.end(); ++change) {
+            const bool isLast = std::none_of(std::next(change), changes.end(), [&](const auto& pair) {
+                return pair.first == change->first;
+            });
+            if (isLast && !change->second.isNil()) {
+                own_.push_back(change->first.str() + "=" + change->second.str());
             }
         }
         for (const std::string& entry : own_) {
@@ -110,6 +121,12 @@ public:
         keep(::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
     }
 
+    void setWorkingDirectory(const FileDescriptor& directory) noexcept {
+        if (directory.isOpen()) {
+            keep(::posix_spawn_file_actions_addfchdir_np(&actions_, directory.number()));
+        }
+    }
+
     void setSignalsAndSession(bool ownSession) noexcept {
         // sigfillset leaves out the two signals that the C library keeps for itself, and it would
         // start the child with these ignored.
@@ -137,6 +154,22 @@ private:
     int error_ = 0;
 };
 
+/// None for nil. Opened ahead, so that a directory that cannot be entered is not taken for a program
+/// that is not there.
+FileDescriptor openDirectory(const String& path, SpawnResult& result) {
+    if (path.isNil()) {
+        return FileDescriptor();
+    }
+    FileDescriptor directory =
+        aboveStandard(FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)));
+    if (!directory.isOpen() || ::access(path.c_str(), X_OK) != 0) {
+        result.error = errno;
+        result.reason = "its working directory \"" + path.str() + "\" cannot be entered: " +
+                        std::generic_category().message(result.error);
+    }
+    return directory;
+}
+
 } // namespace
 
 SpawnResult spawn(const ProcessInvocation& invocation, const ChildDescriptors& descriptors) {
@@ -146,9 +179,14 @@ SpawnResult spawn(const ProcessInvocation& invocation, const ChildDescriptors& d
         result.error = EINVAL;
         return result;
     }
+    const FileDescriptor directory = openDirectory(invocation.workingDirectory, result);
+    if (result.error != 0) {
+        return result;
+    }
     const std::vector<char*> arguments = argumentVector(invocation);
     const Environment environment(invocation);
     SpawnSettings settings;
+    settings.setWorkingDirectory(directory);
     settings.setDescriptors(descriptors);
     settings.setSignalsAndSession(invocation.ownSession);
     result.error = settings.error();

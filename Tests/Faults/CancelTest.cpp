@@ -94,7 +94,7 @@ TEST_F(CancelTest, BeforeTheRun) {
     }
     cancelAll(runs);
     for (const KindRun& run : runs) {
-        run.operation->main();
+        run.operation->run();
     }
     expectAll(tally, runs, cancelled(false));
 }
@@ -136,7 +136,7 @@ TEST_F(CancelTest, RightAfterTheStart) {
         std::atomic<bool> isStarting = false;
         std::thread running([&] {
             isStarting = true;
-            run.operation->main();
+            run.operation->run();
         });
         while (!isStarting) {
             std::this_thread::yield();
@@ -167,9 +167,8 @@ TEST_F(CancelTest, AfterTheOutputBeforeTheClientsEnd) {
 
 TEST_F(CancelTest, OfAClientThatDoesNotListen) {
     Tally tally("Cancelled, of a deaf client");
-    ClientRunner::Options options;
-    options.politeness = milliseconds(200);
-    const RunnerWith runner(options);
+    const RunContext::Scope scope(
+        RunContext::current().withLimits({.terminationGrace = milliseconds(200)}));
     expectAll(tally, cancelledOnceTold("hang-deaf"), cancelled(true));
 }
 
@@ -272,7 +271,7 @@ protected:
     QuenSourceControlOperationPtr cancelledInFirst(const std::string& fault) {
         client_.misbehave(fault);
         auto operation = ignoring({"/v/a", "/v/b", "/v/c"});
-        std::thread running([&] { operation->main(); });
+        std::thread running([&] { operation->run(); });
         EXPECT_TRUE(client_.waitUntilTold(1));
         client_.takeAway(); // nothing more may be started
         operation->cancel();

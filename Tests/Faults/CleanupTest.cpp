@@ -62,12 +62,11 @@ TEST(CleanupTest, OfAWorkingCopyWhoseClientWasKilled) {
     sandbox.svn({"add", "-q", "src@1@"});
     const HeldUpCommits heldUp(sandbox);
     const LeftBehind left;
-    ClientRunner::Options options;
-    options.politeness = std::chrono::milliseconds(50);
-    const RunnerWith runner(options);
+    const RunContext::Scope scope(
+        RunContext::current().withLimits({.terminationGrace = std::chrono::milliseconds(50)}));
 
     const auto commit = operationOn(sandbox, RequestTypeCommit, sandbox.workingCopy().string());
-    std::thread running([&] { commit->main(); });
+    std::thread running([&] { commit->run(); });
     ASSERT_TRUE(heldUp.waitForOne());
     commit->cancel();
     running.join();
@@ -79,18 +78,18 @@ TEST(CleanupTest, OfAWorkingCopyWhoseClientWasKilled) {
 
     heldUp.stop();
     const auto second = operationOn(sandbox, RequestTypeCommit, sandbox.workingCopy().string());
-    second->main();
+    second->run();
     EXPECT_EQ(taskFailureOf(second->error()), TaskFailure::locked) << lineOf(second->error());
     EXPECT_FALSE(mayHaveLeftLock(*second));
 
     const auto cleanup = WorkingCopyCleanup::make(file);
     EXPECT_EQ(cleanup->arguments(),
               (StringArray{"cleanup", String(sandbox.workingCopy().string())}));
-    cleanup->main();
+    cleanup->run();
     EXPECT_EQ(lineOf(cleanup->error()), "no error");
 
     const auto third = operationOn(sandbox, RequestTypeCommit, sandbox.workingCopy().string());
-    third->main();
+    third->run();
     EXPECT_EQ(lineOf(third->error()), "no error");
     EXPECT_FALSE(third->result().isNothing());
     EXPECT_EQ(left.since(), "");
@@ -101,7 +100,7 @@ TEST(CleanupTest, WhereThereIsNoWorkingCopyTheClientSaysSo) {
     const String path = (client.sandbox().root() / "home").string();
     const auto cleanup = WorkingCopyCleanup::make(path);
     EXPECT_EQ(cleanup->arguments(), (StringArray{"cleanup", path}));
-    cleanup->main();
+    cleanup->run();
     EXPECT_EQ(cleanup->error().code(), 155007) << lineOf(cleanup->error());
 }
 

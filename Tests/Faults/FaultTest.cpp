@@ -151,7 +151,7 @@ TEST_F(FaultTest, TheClientFindsNoTerminalAndNothingToRead) {
             return each.name == "diff text";
         });
         const auto operation = operationOf(*kind);
-        operation->main();
+        operation->run();
         return (*operation->result().array())[0]
             .dictionary()
             ->

@@ -1,6 +1,5 @@
 #include "Tests/Faults/FaultyClient.h"
 
-#include "Host/HostServices.h"
 #include "Host/Process/ChildProcess.h"
 
 #include <algorithm>
@@ -50,14 +49,13 @@ std::string nameOfProcess(const std::string& number) {
 
 FaultyClient::FaultyClient() : told_(makePipeWithName(tools_.pathOf("svn.told"))) {
     putBack();
-    HostServices::shared().setToolsDirectory(tools_.path());
-    HostServices::shared().setTemporaryDirectory(temporary_.path());
+    RunContext::setProcessDefault(former_.withToolsDirectory(tools_.path())
+                                      .withTemporaryDirectory(temporary_.path()));
 }
 
 FaultyClient::~FaultyClient() {
     endLeftProcesses();
-    HostServices::shared().setToolsDirectory(nullptr);
-    HostServices::shared().setTemporaryDirectory(nullptr);
+    RunContext::setProcessDefault(former_);
 }
 
 void FaultyClient::misbehave(std::string_view lines) const {

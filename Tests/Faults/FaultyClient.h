@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Process/FileDescriptor.h"
+#include "Host/RunContext.h"
 #include "Tests/Host/ScratchDirectory.h"
 
 #include <cstddef>
@@ -10,7 +11,7 @@
 
 namespace quen::test {
 
-/// Stands in for the client in the whole host while it lives: a directory of tools in which `svn`
+/// Stands in for the client in the process's default context while it lives: a directory of tools in which `svn`
 /// is the child of faults (see FaultChild.cpp), and a fresh place for temporary files. Puts
 /// everything back.
 class FaultyClient {
@@ -48,6 +49,7 @@ public:
     void endLeftProcesses() const;
 
 private:
+    const RunContext former_ = RunContext::processDefault();
     ScratchDirectory tools_;
     ScratchDirectory temporary_;
     FileDescriptor told_;

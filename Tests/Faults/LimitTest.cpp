@@ -12,26 +12,26 @@ namespace {
 
 using std::chrono::milliseconds;
 
-enum class Limit { total, silence };
+enum class Limit { total, idle };
 
 struct LimitCase {
     const char* fault;
     Limit limit;
 };
 
-ClientRunner::Options optionsFor(Limit limit) {
-    ClientRunner::Options options;
-    (limit == Limit::total ? options.totalLimit : options.silenceLimit) = milliseconds(400);
-    options.politeness = milliseconds(200);
-    return options;
+RunLimits limitsWith(Limit limit) {
+    RunLimits limits;
+    (limit == Limit::total ? limits.total : limits.idle) = milliseconds(400);
+    limits.terminationGrace = milliseconds(200);
+    return limits;
 }
 
 Error errorOf(Limit limit) {
     return limit == Limit::total
                ? hostError(TaskErrorTimedOut, "The client was ended because it took too long: its "
                                               "limit is 0.4 seconds.")
-               : hostError(TaskErrorFellSilent, "The client was ended because it took too long: it "
-                                                "wrote nothing for 0.4 seconds.");
+               : hostError(TaskErrorIdleTimedOut, "The client was ended because it took too long: it "
+                                                  "wrote nothing for 0.4 seconds.");
 }
 
 TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {
@@ -41,14 +41,14 @@ TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {
     const LeftBehind left;
     Tally tally("Limits");
     for (const auto& [fault, limit] :
-         {LimitCase{"hang", Limit::total}, LimitCase{"hang", Limit::silence},
-          LimitCase{"hang-deaf", Limit::total}, LimitCase{"hang-deaf", Limit::silence},
-          LimitCase{"hang-closed", Limit::total}, LimitCase{"hang-closed", Limit::silence},
+         {LimitCase{"hang", Limit::total}, LimitCase{"hang", Limit::idle},
+          LimitCase{"hang-deaf", Limit::total}, LimitCase{"hang-deaf", Limit::idle},
+          LimitCase{"hang-closed", Limit::total}, LimitCase{"hang-closed", Limit::idle},
           LimitCase{"chatter", Limit::total}, LimitCase{"stop", Limit::total},
-          LimitCase{"stop", Limit::silence}, LimitCase{"family", Limit::total},
-          LimitCase{"family-deaf", Limit::silence}, LimitCase{"flood:1000000", Limit::total}}) {
+          LimitCase{"stop", Limit::idle}, LimitCase{"family", Limit::total},
+          LimitCase{"family-deaf", Limit::idle}, LimitCase{"flood:1000000", Limit::total}}) {
         const bool floods = std::string_view(fault).starts_with("flood");
-        const RunnerWith runner(optionsFor(limit));
+        const RunContext::Scope scope(RunContext::current().withLimits(limitsWith(limit)));
         client.misbehave(fault);
         const auto start = std::chrono::steady_clock::now();
         for (const KindRun& run : runAll(kinds, floods ? 4 : kinds.size())) {

@@ -115,7 +115,7 @@ public:
     explicit Queries(std::vector<Request> requests) : requests_(std::move(requests)) {
         for (const Request& request : requests_) {
             const auto operation = operationFor(request);
-            operation->main();
+            operation->run();
             alone_.push_back(shown(*operation));
         }
     }
@@ -180,7 +180,7 @@ private:
             request.options = {{QuenSourceControlRequestOptionMessage, String("By " + number_)}};
         }
         auto operation = operationFor(request);
-        operation->main();
+        operation->run();
         return operation;
     }
     std::string outcome(std::int32_t type, const String& file,
@@ -341,7 +341,7 @@ TEST_F(LoadTest, IgnoringFromManyThreadsAtOnce) {
                         operationFor({.type = type,
                                       .sourceTree = workingTree({.location = copy(i).string()}),
                                       .files = names});
-                    operation->main();
+                    operation->run();
                     outcomes[i].push_back(operation->error() ? lineOf(operation->error()) : "");
                 }
             }

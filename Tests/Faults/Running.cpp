@@ -1,6 +1,5 @@
 #include "Tests/Faults/Running.h"
 
-#include "Host/HostServices.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
 #include <gtest/gtest.h>
@@ -23,14 +22,6 @@ std::vector<KindRun> runAll(const std::vector<OperationKind>& kinds, std::size_t
     RunsOfAllKinds all = startAll(kinds, width);
     all.queue->waitUntilAllOperationsAreFinished();
     return std::move(all.runs);
-}
-
-RunnerWith::RunnerWith(const ClientRunner::Options& options) {
-    HostServices::shared().setToolRunner(std::make_shared<ClientRunner>(options));
-}
-
-RunnerWith::~RunnerWith() {
-    HostServices::shared().setToolRunner(nullptr);
 }
 
 void Tally::count(const std::string& what, const std::string& wrong) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/OperationQueue.h"
-#include "Host/ClientRunner.h"
+#include "Host/RunContext.h"
 #include "Tests/Faults/OperationKinds.h"
 
 #include <chrono>
@@ -25,15 +25,6 @@ struct RunsOfAllKinds {
 RunsOfAllKinds startAll(const std::vector<OperationKind>& kinds, std::size_t width);
 /// The same, to their end.
 std::vector<KindRun> runAll(const std::vector<OperationKind>& kinds, std::size_t width);
-
-/// Another runner of the real kind for the host, for as long as this lives.
-class RunnerWith {
-public:
-    explicit RunnerWith(const ClientRunner::Options& options);
-    RunnerWith(const RunnerWith&) = delete;
-    RunnerWith& operator=(const RunnerWith&) = delete;
-    ~RunnerWith();
-};
 
 /// How many things were tried and how many went as they should: told on standard output, and in the
 /// test's properties.

@@ -65,7 +65,7 @@ TEST(DeveloperPaths, AnswerTheHostsToolsDirectoryForEveryPlatform) {
 TEST(DeveloperPaths, FollowTheHost) {
     const HostRecorder recorder;
     const auto searchPath = MarlDeveloperPaths::defaultPaths()->binSearchPathForPlatform(0);
-    HostServices::shared().setToolsDirectory("/other");
+    const RunContext::Scope scope(RunContext::current().withToolsDirectory("/other"));
     EXPECT_EQ(searchPath->preferredDirectoryPath()->pathString(), "/other");
 }
 

@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"not started", ofHost(TaskErrorCouldNotStart), TaskFailure::couldNotStart},
                     Case{"cancelled", ofHost(TaskErrorCancelled), TaskFailure::cancelled},
                     Case{"total limit", ofHost(TaskErrorTimedOut), TaskFailure::timedOut},
-                    Case{"silence limit", ofHost(TaskErrorFellSilent), TaskFailure::fellSilent},
+                    Case{"idle timeout", ofHost(TaskErrorIdleTimedOut), TaskFailure::idleTimedOut},
                     Case{"lost", ofHost(TaskErrorFailed), TaskFailure::lost},
                     Case{"killed", ofHost(137), TaskFailure::killed},
                     Case{"a status", ofHost(1), TaskFailure::other},
@@ -134,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         LockCase{"cancelled", RequestTypeUpdate, ofHost(TaskErrorCancelled), true},
         LockCase{"timed out", RequestTypeSwitch, ofHost(TaskErrorTimedOut), true},
-        LockCase{"silent", RequestTypeCheckout, ofHost(TaskErrorFellSilent), true},
+        LockCase{"idle", RequestTypeCheckout, ofHost(TaskErrorIdleTimedOut), true},
         LockCase{"lost", RequestTypeMerge, ofHost(TaskErrorFailed), true},
         LockCase{"killed", RequestTypeCommit, ofHost(137), true},
         LockCase{"behind another error", RequestTypeIgnore, causedBy(ofHost(137)), true},

@@ -38,7 +38,7 @@ TEST_F(TaskOperation, RunsTheToolAsAsked) {
     operation_.main();
     const std::vector<ToolInvocation> invocations = recorder_.invocations();
     ASSERT_EQ(invocations.size(), 1U);
-    EXPECT_EQ(invocations.front().operation, "ScriptedOperation");
+    EXPECT_EQ(invocations.front().operationClass, "ScriptedOperation");
     EXPECT_EQ(invocations.front().launchPath, "/tools/svn");
     EXPECT_EQ(invocations.front().arguments, (StringArray{"command", "a.c"}));
 }
@@ -67,7 +67,7 @@ TEST_F(TaskOperation, ParsesAlsoWhatAFailedRunLeft) {
 }
 
 TEST_F(TaskOperation, ParsesNothingOfAToolThatCouldNotStart) {
-    recorder_.replay({{.standardError = "x", .end = ToolEnd::couldNotStart, .reason = "why"}});
+    recorder_.replay({{.standardError = "x", .end = RunEnd::couldNotStart, .reason = "why"}});
     operation_.main();
     EXPECT_EQ(operation_.calls, Calls());
     EXPECT_EQ(operation_.data(), nullptr);
@@ -130,9 +130,9 @@ public:
     explicit CancellingRunner(QuenSourceControlOperation& operation)
         : ReplayRunner(std::vector<PreparedRun>(1)), operation_(operation) {}
 
-    ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) override {
+    ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override {
         operation_.cancel();
-        return ReplayRunner::run(invocation, canceller);
+        return ReplayRunner::run(invocation, std::move(stop));
     }
 
 private:
@@ -140,7 +140,8 @@ private:
 };
 
 TEST_F(TaskOperation, ThatIsCancelledMeanwhileCancelsItsTool) {
-    HostServices::shared().setToolRunner(std::make_shared<CancellingRunner>(operation_));
+    const RunContext::Scope scope(
+        recorder_.context().withToolRunner(std::make_shared<CancellingRunner>(operation_)));
     operation_.main();
     EXPECT_EQ(operation_.error().code(), TaskErrorCancelled);
 }

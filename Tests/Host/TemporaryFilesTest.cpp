@@ -1,4 +1,4 @@
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "Tests/Host/ScratchDirectory.h"
 #include "Tests/Support/CaseName.h"
@@ -24,10 +24,8 @@ void writeTo(const MarlFilePathPtr& path) {
 
 class TemporaryFiles : public testing::Test {
 protected:
-    TemporaryFiles() { HostServices::shared().setTemporaryDirectory(scratch_.path()); }
-    ~TemporaryFiles() override { HostServices::shared().setTemporaryDirectory(nullptr); }
-
     ScratchDirectory scratch_;
+    const RunContext::Scope scope_{RunContext::current().withTemporaryDirectory(scratch_.path())};
 };
 
 TEST_F(TemporaryFiles, LieInAFreshDirectoryThatIsTheOwnersAlone) {
@@ -81,7 +79,8 @@ TEST_F(TemporaryFiles, GoWithADirectoryThatWasMadeInTheirPlace) {
 }
 
 TEST_F(TemporaryFiles, CannotBeMadeWithoutAPlace) {
-    HostServices::shared().setTemporaryDirectory(scratch_.pathOf("nowhere"));
+    const RunContext::Scope scope(
+        RunContext::current().withTemporaryDirectory(scratch_.pathOf("nowhere")));
     EXPECT_EQ(QuenSourceControl_filePathForTmpFileBasedOnFileName("a.c"), nullptr);
 }
 

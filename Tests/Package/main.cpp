@@ -58,7 +58,7 @@ int main(int count, char** words) {
     }
     const auto operation = provider->operationForRequest(request);
     printArguments(*operation);
-    operation->main();
+    operation->run();
     if (operation->error()) {
         return fail(operation->error());
     }

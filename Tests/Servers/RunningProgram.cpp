@@ -8,9 +8,9 @@ RunningProgram::RunningProgram(const Sandbox& sandbox, const Sandbox::Words& wor
     Sandbox::Words mortal{"setpriv", "--pdeathsig", "TERM", "--"};
     mortal.insert(mortal.end(), words.begin(), words.end());
     ProcessInvocation invocation = sandbox.invocation(mortal, sandbox.root());
-    invocation.totalLimit = std::nullopt;
+    invocation.limits.total = std::nullopt;
     outcome_ = std::async(std::launch::async,
-                          [this, invocation] { return runProcess(invocation, canceller_); });
+                          [this, invocation] { return runProcess(invocation, stop_.get_token()); });
 }
 
 RunningProgram::~RunningProgram() {
@@ -24,7 +24,7 @@ bool RunningProgram::endsWithin(std::chrono::milliseconds time) const {
 }
 
 std::string RunningProgram::end() {
-    canceller_.cancel();
+    stop_.request_stop();
     const ProcessOutcome outcome = outcome_.get();
     return std::string(outcome.output->bytes()) + std::string(outcome.errors->bytes()) +
            outcome.reason.str();

@@ -22,7 +22,7 @@ public:
     std::string end();
 
 private:
-    ProcessCanceller canceller_;
+    std::stop_source stop_;
     std::future<ProcessOutcome> outcome_;
 };
 

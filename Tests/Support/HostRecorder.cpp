@@ -1,9 +1,8 @@
 #include "Tests/Support/HostRecorder.h"
 
-#include "QuenFoundation/QuenSourceControlManager.h"
-
 #include <gtest/gtest.h>
 #include <string>
+#include <utility>
 
 namespace quen {
 
@@ -34,40 +33,29 @@ void PrintTo(const LogLine& line, std::ostream* out) {
 }
 
 HostRecorder::HostRecorder(std::uint32_t logLevel)
-    : previousAssertionHandler_(HostServices::shared().assertionHandler()),
-      previousLogHandler_(HostServices::shared().logHandler()),
-      previousRunner_(HostServices::shared().toolRunner()),
-      previousLogLevel_(QuenSourceControlManager::sourceControlLogAspect()->_logLevel.load()) {
-    HostServices& services = HostServices::shared();
-    services.setAssertionHandler([this](const MarlAssertionFailure& failure) {
-        const std::lock_guard lock(mutex_);
-        assertions_.push_back(failure);
-    });
-    services.setLogHandler([this](std::uint32_t level, const String& text) {
-        const std::lock_guard lock(mutex_);
-        log_.push_back({level, text});
-    });
-    services.setToolsDirectory(toolsDirectory);
-    replay({});
-    setLogLevel(logLevel);
-}
+    : context_(recordingContext(logLevel)), scope_(context_) {}
 
-HostRecorder::~HostRecorder() {
-    HostServices& services = HostServices::shared();
-    services.setAssertionHandler(previousAssertionHandler_);
-    services.setLogHandler(previousLogHandler_);
-    services.setToolsDirectory(nullptr);
-    services.setToolRunner(previousRunner_);
-    setLogLevel(previousLogLevel_);
+RunContext HostRecorder::recordingContext(std::uint32_t logLevel) {
+    return RunContext()
+        .withToolRunner(runner_)
+        .withLogLevel(logLevel)
+        .withToolsDirectory(toolsDirectory)
+        .withAssertionHandler([this](const MarlAssertionFailure& failure) {
+            const std::lock_guard lock(mutex_);
+            assertions_.push_back(failure);
+        })
+        .withLogHandler([this](std::uint32_t level, const String& text) {
+            const std::lock_guard lock(mutex_);
+            log_.push_back({level, text});
+        });
 }
 
 void HostRecorder::setLogLevel(std::uint32_t level) {
-    QuenSourceControlManager::sourceControlLogAspect()->_logLevel.store(level);
+    context_.logAspect()->_logLevel = level;
 }
 
 void HostRecorder::replay(std::vector<PreparedRun> runs) {
-    runner_ = std::make_shared<ReplayRunner>(std::move(runs));
-    HostServices::shared().setToolRunner(runner_);
+    runner_->replay(std::move(runs));
 }
 
 std::vector<ToolInvocation> HostRecorder::invocations() const {

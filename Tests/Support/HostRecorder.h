@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Tests/Support/Printers.h"
 #include "Tests/Support/ReplayRunner.h"
 
@@ -37,11 +37,11 @@ struct LogLine {
     friend void PrintTo(const LogLine& line, std::ostream* out);
 };
 
-/// The host's services in a test's hands while it lives: keeps assertions and log lines in order,
-/// replays prepared runs instead of starting a client, and answers a tools directory that holds
-/// nothing. Puts everything back. One at a time.
+/// A run context in a test's hands, the thread's current one while it lives: keeps assertions and
+/// log lines in order, replays prepared runs instead of starting a client, and answers a tools
+/// directory that holds nothing.
 ///
-/// Threads: what it records may come from any thread.
+/// Threads: lives on one; what it records may come from any.
 class HostRecorder {
 public:
     static constexpr std::string_view toolsDirectory = "/tools";
@@ -49,8 +49,8 @@ public:
     explicit HostRecorder(std::uint32_t logLevel = 0);
     HostRecorder(const HostRecorder&) = delete;
     HostRecorder& operator=(const HostRecorder&) = delete;
-    ~HostRecorder();
 
+    const RunContext& context() const noexcept { return context_; }
     void setLogLevel(std::uint32_t level);
     /// What the next runs give. Forgets the runs so far.
     void replay(std::vector<PreparedRun> runs);
@@ -64,15 +64,14 @@ public:
     void clear();
 
 private:
+    RunContext recordingContext(std::uint32_t logLevel);
+
     mutable std::mutex mutex_;
     std::vector<MarlAssertionFailure> assertions_;
     std::vector<LogLine> log_;
-    std::shared_ptr<ReplayRunner> runner_;
-
-    const HostServices::AssertionHandler previousAssertionHandler_;
-    const HostServices::LogHandler previousLogHandler_;
-    const ToolRunnerPtr previousRunner_;
-    const std::uint32_t previousLogLevel_;
+    const std::shared_ptr<ReplayRunner> runner_ = std::make_shared<ReplayRunner>();
+    const RunContext context_;
+    const RunContext::Scope scope_;
 };
 
 } // namespace quen

@@ -1,28 +1,19 @@
 #include "Tests/Support/ReplayRunner.h"
 
-#include <atomic>
 #include <gtest/gtest.h>
 #include <memory>
+#include <utility>
 
 namespace quen {
 
 namespace {
 
-class ReplayCanceller : public ToolCanceller {
-public:
-    void cancel() override { isCancelled_.store(true); }
-    bool isCancelled() const noexcept { return isCancelled_.load(); }
-
-private:
-    std::atomic<bool> isCancelled_ = false;
-};
-
 ToolRun outcomeOf(const PreparedRun& prepared, bool isCancelled) {
     ToolRun run;
-    run.end = isCancelled ? ToolEnd::cancelled : prepared.end;
+    run.end = isCancelled ? RunEnd::cancelled : prepared.end;
     if (prepared.signal) {
         run.signal = prepared.signal;
-    } else if (run.end != ToolEnd::couldNotStart) {
+    } else if (run.end != RunEnd::couldNotStart) {
         run.exitStatus = prepared.exitStatus;
     }
     run.output = std::make_shared<const Data>(prepared.standardOutput);
@@ -33,20 +24,24 @@ ToolRun outcomeOf(const PreparedRun& prepared, bool isCancelled) {
 
 } // namespace
 
-std::shared_ptr<ToolCanceller> ReplayRunner::makeCanceller() {
-    return std::make_shared<ReplayCanceller>();
+void ReplayRunner::replay(std::vector<PreparedRun> runs) {
+    const std::lock_guard lock(mutex_);
+    runs_ = std::move(runs);
+    invocations_.clear();
 }
 
-ToolRun ReplayRunner::run(const ToolInvocation& invocation, ToolCanceller& canceller) {
-    const bool isCancelled = dynamic_cast<const ReplayCanceller&>(canceller).isCancelled();
+ToolRun ReplayRunner::run(const ToolInvocation& invocation, std::stop_token stop) {
+    const bool isCancelled = stop.stop_requested();
     const std::lock_guard lock(mutex_);
     invocations_.push_back(invocation);
+    invocations_.back().operation = nullptr;
+    invocations_.back().outputWatcher = nullptr;
     if (invocations_.size() <= runs_.size()) {
         return outcomeOf(runs_[invocations_.size() - 1], isCancelled);
     }
-    ADD_FAILURE() << invocation.operation << " asked for run " << invocations_.size() << " of "
+    ADD_FAILURE() << invocation.operationClass << " asked for run " << invocations_.size() << " of "
                   << runs_.size() << " prepared: " << testing::PrintToString(invocation.arguments);
-    return outcomeOf({.end = ToolEnd::couldNotStart, .reason = "no run is prepared"}, false);
+    return outcomeOf({.end = RunEnd::couldNotStart, .reason = "no run is prepared"}, false);
 }
 
 std::vector<ToolInvocation> ReplayRunner::invocations() const {

@@ -17,7 +17,7 @@ struct PreparedRun {
     /// Left out of the outcome where there is a signal.
     int exitStatus = 0;
     std::optional<int> signal = {};
-    ToolEnd end = ToolEnd::ended;
+    RunEnd end = RunEnd::ended;
     String reason = {};
 };
 
@@ -27,15 +27,17 @@ class ReplayRunner : public ToolRunner {
 public:
     explicit ReplayRunner(std::vector<PreparedRun> runs = {}) : runs_(std::move(runs)) {}
 
-    std::shared_ptr<ToolCanceller> makeCanceller() override;
-    ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) override;
+    ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override;
 
-    /// In the order in which they came.
+    /// What the next runs give. Forgets what it was asked for so far.
+    void replay(std::vector<PreparedRun> runs);
+
+    /// In the order in which they came; without what belongs to the operations.
     std::vector<ToolInvocation> invocations() const;
 
 private:
     mutable std::mutex mutex_;
-    const std::vector<PreparedRun> runs_;
+    std::vector<PreparedRun> runs_;
     std::vector<ToolInvocation> invocations_;
 };
 

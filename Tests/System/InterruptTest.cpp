@@ -19,7 +19,7 @@ public:
     Going(const Sandbox& sandbox, Sandbox::Words words)
         : invocation_(sandbox.invocation(withProgram(std::move(words)), sandbox.workingCopy())) {
         invocation_.politeness = std::chrono::seconds(25);
-        thread_ = std::thread([this] { outcome_ = runProcess(invocation_, canceller_); });
+        thread_ = std::thread([this] { outcome_ = runProcess(invocation_, stop_.get_token()); });
     }
     Going(const Going&) = delete;
     Going& operator=(const Going&) = delete;
@@ -30,7 +30,7 @@ public:
     }
 
     Ran end() {
-        canceller_.cancel();
+        stop_.request_stop();
         thread_.join();
         return {outcome_.exitStatus.value_or(-1), std::string(outcome_.output->bytes()),
                 std::string(outcome_.errors->bytes())};
@@ -43,7 +43,7 @@ private:
     }
 
     ProcessInvocation invocation_;
-    ProcessCanceller canceller_;
+    std::stop_source stop_;
     ProcessOutcome outcome_;
     std::thread thread_;
 };

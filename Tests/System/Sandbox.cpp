@@ -93,8 +93,7 @@ Ran Sandbox::quen(const Words& words, const std::filesystem::path& directory) co
 
 Ran Sandbox::run(const Words& words, const std::filesystem::path& directory,
                  const Words& variables) const {
-    ProcessCanceller canceller;
-    const ProcessOutcome outcome = runProcess(invocation(words, directory, variables), canceller);
+    const ProcessOutcome outcome = runProcess(invocation(words, directory, variables), {});
     return {outcome.exitStatus.value_or(-1), std::string(outcome.output->bytes()),
             std::string(outcome.errors->bytes())};
 }
@@ -115,7 +114,7 @@ ProcessInvocation Sandbox::invocation(const Words& words, const std::filesystem:
                               {"VISUAL", String()},
                               {"EDITOR", String()},
                               {"QUEN_PLUG_IN", String()}};
-    invocation.totalLimit = std::chrono::seconds(30);
+    invocation.limits.total = std::chrono::seconds(30);
     return invocation;
 }
 

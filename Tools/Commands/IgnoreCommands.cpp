@@ -1,7 +1,7 @@
 #include "Foundation/PathComponents.h"
 #include "Host/ClientMessage.h"
-#include "Host/HostServices.h"
 #include "Host/Places/Locations.h"
+#include "Host/RunContext.h"
 #include "Host/TaskErrors.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/IgnoreListGuard.h"
@@ -77,7 +77,7 @@ Error errorOfRun(const RecordedRun& recorded) {
 /// The operation looks only at how its queries end, not at the edits that follow from them.
 Error errorOfEdits(const RunRecorder& recorder) {
     for (const RecordedRun& recorded : recorder.runs()) {
-        if (recorded.invocation.operation != "SVNPropGetOperation") {
+        if (recorded.invocation.operationClass != "SVNPropGetOperation") {
             if (Error error = errorOfRun(recorded)) {
                 return error;
             }
@@ -96,8 +96,8 @@ int runEdit(const Edit& edit, const Options& options) {
         return ExitFailure;
     }
     const auto recorder = std::make_shared<RunRecorder>(
-        std::make_shared<IgnoreListGuard>(HostServices::shared().toolRunner()));
-    HostServices::shared().setToolRunner(recorder);
+        std::make_shared<IgnoreListGuard>(RunContext::current().toolRunner()));
+    const RunContext::Scope scope(RunContext::current().withToolRunner(recorder));
     StringArray names;
     std::transform(options.paths.begin(), options.paths.end(), std::back_inserter(names),
                    pathWithDirectory);

@@ -1,5 +1,5 @@
 #include "Host/ClientRunner.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Console/RequestConsole.h"
 #include "Tools/Provider/Provider.h"
@@ -71,7 +71,8 @@ int serve(const Options& options, std::istream& input) {
         return explain(problem);
     }
     if (!options.toolsDirectory.empty()) {
-        HostServices::shared().setToolsDirectory(options.toolsDirectory);
+        RunContext::setProcessDefault(
+            RunContext::processDefault().withToolsDirectory(options.toolsDirectory));
     }
     RequestConsole console(std::move(provider), std::make_shared<ClientRunner>(),
                            {options.dryRun, options.logLevel});

@@ -1,5 +1,5 @@
 #include "Host/ClientRunner.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Session/Session.h"
 #include "Tools/Provider/Provider.h"
@@ -35,7 +35,7 @@ int runTourCommand(const Options& options) {
         return fail(problem);
     }
     const auto recorder = std::make_shared<RunRecorder>(std::make_shared<ClientRunner>());
-    HostServices::shared().setToolRunner(recorder);
+    const RunContext::Scope scope(RunContext::current().withToolRunner(recorder));
     TourStage stage(std::move(provider), recorder, Palette::named(options.colour),
                     project->directory().string());
     try {

@@ -1,32 +1,24 @@
 #include "Tools/Console/EffectsRecorder.h"
 
-#include "Host/HostServices.h"
-#include "QuenFoundation/QuenSourceControlManager.h"
-
 #include <utility>
 
 namespace quen::tools {
 
-EffectsRecorder::EffectsRecorder(ToolRunnerPtr runner, std::uint32_t logLevel) {
-    HostServices& services = HostServices::shared();
-    services.setToolRunner(std::move(runner));
-    services.setAssertionHandler([this](const MarlAssertionFailure& failure) {
-        const std::lock_guard lock(mutex_);
-        assertions_.push_back(failure);
-    });
-    services.setLogHandler([this](std::uint32_t level, const String& text) {
-        const std::lock_guard lock(mutex_);
-        log_.push_back({level, text});
-    });
-    QuenSourceControlManager::sourceControlLogAspect()->_logLevel = logLevel;
-}
+EffectsRecorder::EffectsRecorder(ToolRunnerPtr runner, std::uint32_t logLevel)
+    : scope_(recordingContext(std::move(runner), logLevel)) {}
 
-EffectsRecorder::~EffectsRecorder() {
-    HostServices& services = HostServices::shared();
-    services.setToolRunner(nullptr);
-    services.setAssertionHandler(nullptr);
-    services.setLogHandler(nullptr);
-    QuenSourceControlManager::sourceControlLogAspect()->_logLevel = 0;
+RunContext EffectsRecorder::recordingContext(ToolRunnerPtr runner, std::uint32_t logLevel) {
+    return RunContext::current()
+        .withToolRunner(std::move(runner))
+        .withLogLevel(logLevel)
+        .withAssertionHandler([this](const MarlAssertionFailure& failure) {
+            const std::lock_guard lock(mutex_);
+            assertions_.push_back(failure);
+        })
+        .withLogHandler([this](std::uint32_t level, const String& text) {
+            const std::lock_guard lock(mutex_);
+            log_.push_back({level, text});
+        });
 }
 
 std::vector<MarlAssertionFailure> EffectsRecorder::assertions() const {

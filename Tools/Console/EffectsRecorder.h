@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Host/ToolRunner.h"
-#include "MarlFoundation/MarlAssertionFailureHandler.h"
+#include "Host/RunContext.h"
 
 #include <cstdint>
 #include <mutex>
@@ -9,8 +8,8 @@
 
 namespace quen::tools {
 
-/// Takes the place of the host's assertion handler, log handler and tool runner for as long as it
-/// lives, and keeps what reaches the first two. The defaults come back afterwards. One at a time.
+/// Makes a context with a runner, an assertion handler and a log handler of its own the current one
+/// for as long as it lives, and keeps what reaches the handlers.
 class EffectsRecorder {
 public:
     struct LogLine {
@@ -21,15 +20,17 @@ public:
     EffectsRecorder(ToolRunnerPtr runner, std::uint32_t logLevel);
     EffectsRecorder(const EffectsRecorder&) = delete;
     EffectsRecorder& operator=(const EffectsRecorder&) = delete;
-    ~EffectsRecorder();
 
     std::vector<MarlAssertionFailure> assertions() const;
     std::vector<LogLine> log() const;
 
 private:
+    RunContext recordingContext(ToolRunnerPtr runner, std::uint32_t logLevel);
+
     mutable std::mutex mutex_;
     std::vector<MarlAssertionFailure> assertions_;
     std::vector<LogLine> log_;
+    const RunContext::Scope scope_;
 };
 
 } // namespace quen::tools

@@ -1,7 +1,7 @@
 #include "Tools/Console/RequestConsole.h"
 
 #include "Host/ClassName.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Tools/Console/ConsoleInput.h"
 #include "Tools/Console/EffectsRecorder.h"
 #include "Tools/Console/JsonInput.h"
@@ -17,7 +17,7 @@ namespace {
 
 OrderedJson describe(const RecordedRun& record) {
     OrderedJson json;
-    json["operation"] = toJson(record.invocation.operation);
+    json["operation"] = toJson(record.invocation.operationClass);
     json["arguments"] = toJson(std::optional(record.invocation.arguments));
     json["exitStatus"] =
         record.run.exitStatus ? OrderedJson(*record.run.exitStatus) : OrderedJson();
@@ -76,7 +76,7 @@ RequestConsole::Answer requestError(const std::string& reason) {
 /// An operation that has an error already is not run; one without arguments does not run itself.
 void run(QuenSourceControlOperation& operation) {
     if (!operation.error()) {
-        operation.main();
+        operation.run();
     }
 }
 

@@ -10,10 +10,9 @@
 namespace quen::tools {
 
 /// Drives a provider exactly as a host does, one request at a time, with every input and every
-/// effect visible as JSON.
+/// effect visible as JSON. Each object is served in a context of its own.
 ///
-/// While it serves an object it takes the place of the host's assertion handler, log handler and
-/// tool runner. Threads: one at a time in a process.
+/// Threads: one console serves one object at a time; several consoles may be at work at once.
 class RequestConsole {
 public:
     struct Defaults {

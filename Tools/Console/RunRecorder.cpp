@@ -4,16 +4,16 @@
 
 namespace quen::tools {
 
-ToolRun RunRecorder::run(const ToolInvocation& invocation, ToolCanceller& canceller) {
+ToolRun RunRecorder::run(const ToolInvocation& invocation, std::stop_token stop) {
     std::size_t position = 0;
     {
         const std::lock_guard lock(mutex_);
         position = runs_.size();
         runs_.push_back({invocation, {}});
-        // It belongs to the operation, which the record outlives.
+        runs_.back().invocation.operation = nullptr;
         runs_.back().invocation.outputWatcher = nullptr;
     }
-    ToolRun run = runner_->run(invocation, canceller);
+    ToolRun run = runner_->run(invocation, std::move(stop));
     const std::lock_guard lock(mutex_);
     // The output is the operation's alone: a record must not keep what an operation lets go of.
     runs_[position].run = run;
@@ -26,22 +26,14 @@ std::vector<RecordedRun> RunRecorder::runs() const {
     return runs_;
 }
 
-std::shared_ptr<ToolCanceller> ReplayRunner::makeCanceller() {
-    /// A replayed run is over at once: there is nothing to end.
-    struct NoCanceller : ToolCanceller {
-        void cancel() override {}
-    };
-    return std::make_shared<NoCanceller>();
-}
-
-ToolRun ReplayRunner::run(const ToolInvocation& /*invocation*/, ToolCanceller& /*canceller*/) {
+ToolRun ReplayRunner::run(const ToolInvocation& /*invocation*/, std::stop_token /*stop*/) {
     const std::lock_guard lock(mutex_);
     if (next_ < runs_.size()) {
         return runs_[next_++];
     }
     wasExhausted_ = true;
     ToolRun none;
-    none.end = ToolEnd::couldNotStart;
+    none.end = RunEnd::couldNotStart;
     none.output = std::make_shared<Data>();
     none.errors = std::make_shared<Data>();
     none.reason = "the replay has no run left";

@@ -8,7 +8,7 @@
 
 namespace quen::tools {
 
-/// A run as it went.
+/// A run as it went, without what belongs to its operation.
 struct RecordedRun {
     ToolInvocation invocation;
     ToolRun run;
@@ -20,8 +20,7 @@ class RunRecorder : public ToolRunner {
 public:
     explicit RunRecorder(ToolRunnerPtr runner) : runner_(std::move(runner)) {}
 
-    std::shared_ptr<ToolCanceller> makeCanceller() override { return runner_->makeCanceller(); }
-    ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) override;
+    ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override;
 
     std::vector<RecordedRun> runs() const;
 
@@ -36,8 +35,7 @@ class ReplayRunner : public ToolRunner {
 public:
     explicit ReplayRunner(std::vector<ToolRun> runs) : runs_(std::move(runs)) {}
 
-    std::shared_ptr<ToolCanceller> makeCanceller() override;
-    ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) override;
+    ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override;
 
     /// A run was asked for after the last prepared one. It counted as one that could not start.
     bool wasExhausted() const;

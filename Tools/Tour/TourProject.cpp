@@ -1,8 +1,8 @@
 #include "Tools/Tour/TourProject.h"
 
 #include "Foundation/PathComponents.h"
-#include "Host/HostServices.h"
 #include "Host/Process/Process.h"
+#include "Host/RunContext.h"
 
 #include <cerrno>
 #include <fstream>
@@ -23,10 +23,9 @@ void writeFile(const std::filesystem::path& path, std::string_view content) {
 std::string TourProject::createRepository() const {
     ProcessInvocation invocation;
     invocation.launchPath =
-        appendingPathComponent(HostServices::shared().toolsDirectory().view(), "svnadmin");
+        appendingPathComponent(RunContext::current().toolsDirectory().view(), "svnadmin");
     invocation.arguments = {"create", place("repository")};
-    ProcessCanceller canceller;
-    const ProcessOutcome outcome = runProcess(invocation, canceller);
+    const ProcessOutcome outcome = runProcess(invocation, {});
     if (outcome.exitStatus == 0) {
         return {};
     }
@@ -38,7 +37,7 @@ std::unique_ptr<TourProject> TourProject::make(std::string& problem) {
     auto directory = TemporaryDirectory::make();
     if (directory == nullptr) {
         problem = "No temporary directory can be made below \"" +
-                  HostServices::shared().temporaryDirectory().str() + "\".";
+                  RunContext::current().temporaryDirectory().str() + "\".";
         return nullptr;
     }
     std::unique_ptr<TourProject> project(new TourProject(std::move(directory)));

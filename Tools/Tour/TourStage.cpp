@@ -141,7 +141,7 @@ void TourStage::show(const std::string& title, const QuenSourceControlRequestPtr
     const bool isValid = provider_->validateRequest(request, nullptr);
     const auto operation = provider_->operationForRequest(request);
     if (operation != nullptr && !operation->error()) {
-        operation->main();
+        operation->run();
     }
     const auto time = std::chrono::steady_clock::now() - start;
     const std::string outcome = !isValid               ? "refused"

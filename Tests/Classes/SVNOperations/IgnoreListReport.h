@@ -53,7 +53,7 @@ inline PreparedRun editRun() {
 inline std::vector<StringArray> asked(const std::vector<ToolInvocation>& invocations) {
     std::vector<StringArray> lines;
     for (const ToolInvocation& invocation : invocations) {
-        StringArray line{invocation.operation};
+        StringArray line{invocation.operationClass};
         line.insert(line.end(), invocation.arguments.begin(), invocation.arguments.end());
         lines.push_back(line);
     }

@@ -206,9 +206,9 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName());
 
 TEST_F(SVNExportFileOperationTest, WithoutATemporaryPlaceThereIsNoTargetAndNoFile) {
-    HostServices::shared().setTemporaryDirectory("/nowhere/at/all");
+    const RunContext::Scope scope(
+        RunContext::current().withTemporaryDirectory("/nowhere/at/all"));
     const auto operation = makeOperation<SVNExportFileOperation>(oneFile);
-    HostServices::shared().setTemporaryDirectory(nullptr);
     EXPECT_EQ(operation->arguments(), (StringArray{"export", "src/a.c"}));
     operation->parseData();
     EXPECT_TRUE(operation->result().isNothing());

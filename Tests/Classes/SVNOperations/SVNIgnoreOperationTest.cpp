@@ -293,11 +293,11 @@ public:
         : ReplayRunner({listRun("c\n"), editRun()}), operation_(operation),
           victim_(std::move(victim)) {}
 
-    ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) override {
-        if (invocation.operation == victim_) {
+    ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override {
+        if (invocation.operationClass == victim_) {
             operation_.cancel();
         }
-        return ReplayRunner::run(invocation, canceller);
+        return ReplayRunner::run(invocation, std::move(stop));
     }
 
 private:
@@ -318,7 +318,7 @@ TEST(SVNIgnoreOperationTest, CancelledMeanwhileItCancelsItsClient) {
         const auto operation =
             makeOperation<SVNIgnoreOperation>(ignoring(StringArray{"/w/a", "/w/b"}));
         const auto runner = std::make_shared<CancellingRunner>(*operation, victim);
-        HostServices::shared().setToolRunner(runner);
+        const RunContext::Scope scope(recorder.context().withToolRunner(runner));
         operation->main();
         EXPECT_EQ(asked(runner->invocations()), expected);
         EXPECT_EQ(operation->error(), aggregate({wrappedAmongMany(cancelledError()),

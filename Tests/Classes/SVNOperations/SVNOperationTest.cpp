@@ -24,7 +24,8 @@ class LaunchPath : public testing::TestWithParam<LaunchPathCase> {
 };
 
 TEST_P(LaunchPath, IsTheToolsDirectoryJoinedWithTheClientsName) {
-    HostServices::shared().setToolsDirectory(GetParam().toolsDirectory);
+    const RunContext::Scope scope(
+        RunContext::current().withToolsDirectory(GetParam().toolsDirectory));
     EXPECT_EQ(makeOperation<SVNOperation>({})->launchPath(), GetParam().launchPath);
 }
 

@@ -416,7 +416,7 @@ TEST(StatusRun, GoesThroughTheHost) {
     EXPECT_EQ(operation->data(), nullptr);
     const std::vector<ToolInvocation> invocations = recorder.invocations();
     ASSERT_EQ(invocations.size(), 1U);
-    EXPECT_EQ(invocations.front().operation, "SVNStatusOperation");
+    EXPECT_EQ(invocations.front().operationClass, "SVNStatusOperation");
     EXPECT_EQ(invocations.front().launchPath, "/tools/svn");
     EXPECT_EQ(invocations.front().arguments,
               (StringArray{"status", "-u", "--no-ignore", "--xml", "plain", "icon@2x.png@"}));

@@ -5,7 +5,6 @@
 #include <ctime>
 #include <fstream>
 #include <future>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
@@ -30,14 +29,14 @@ bool isAsleep(pid_t thread) {
 /// for more.
 class CancellingThread {
 public:
-    explicit CancellingThread(ProcessCanceller& canceller)
-        : thread_([&canceller, said = running_.get_future()]() mutable {
+    explicit CancellingThread(std::stop_source& stop)
+        : thread_([&stop, said = running_.get_future()]() mutable {
               const pid_t running = said.get();
               const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
               while (!isAsleep(running) && std::chrono::steady_clock::now() < deadline) {
                   std::this_thread::yield();
               }
-              canceller.cancel();
+              stop.request_stop();
           }) {}
     ~CancellingThread() { thread_.join(); }
 
@@ -56,7 +55,7 @@ private:
 
 struct CancelCase {
     const char* mode;
-    milliseconds politeness;
+    milliseconds terminationGrace;
     std::string end;
     std::string output;
 };
@@ -68,12 +67,12 @@ std::ostream& operator<<(std::ostream& out, const CancelCase& value) {
 class CancelTest : public ProcessTest, public testing::WithParamInterface<CancelCase> {};
 
 TEST_P(CancelTest, EndsTheChildFromAnotherThread) {
-    ProcessCanceller canceller;
-    CancellingThread other(canceller);
+    std::stop_source stop;
+    CancellingThread other(stop);
     ProcessInvocation invocation = faultChild(GetParam().mode);
-    invocation.politeness = GetParam().politeness;
+    invocation.limits.terminationGrace = GetParam().terminationGrace;
     invocation.outputWatcher = [&](std::string_view) { other.childSpoke(); };
-    const ProcessOutcome outcome = runProcess(invocation, canceller);
+    const ProcessOutcome outcome = runProcess(invocation, stop.get_token());
     EXPECT_EQ(described(outcome), GetParam().end);
     EXPECT_EQ(outputOf(outcome), GetParam().output);
     EXPECT_LT(outcome.duration, std::chrono::seconds(10));
@@ -91,45 +90,45 @@ INSTANTIATE_TEST_SUITE_P(
 class ProcessCancelTest : public ProcessTest {};
 
 TEST_F(ProcessCancelTest, BeforeTheRunStartsNothing) {
-    ProcessCanceller canceller;
-    canceller.cancel();
-    canceller.cancel();
+    std::stop_source stop;
+    stop.request_stop();
+    stop.request_stop();
     ProcessInvocation invocation = faultChild("say:0");
     for (int i = 0; i < 2; ++i) {
-        const ProcessOutcome outcome = runProcess(invocation, canceller);
+        const ProcessOutcome outcome = runProcess(invocation, stop.get_token());
         EXPECT_EQ(described(outcome), "cancelled");
         EXPECT_EQ(outputOf(outcome), "");
     }
 }
 
 TEST_F(ProcessCancelTest, AfterTheRunChangesNothingAboutIt) {
-    ProcessCanceller canceller;
-    const ProcessOutcome outcome = runProcess(faultChild("say:1"), canceller);
-    canceller.cancel();
-    canceller.cancel();
+    std::stop_source stop;
+    const ProcessOutcome outcome = runProcess(faultChild("say:1"), stop.get_token());
+    stop.request_stop();
+    stop.request_stop();
     EXPECT_EQ(described(outcome), "exited 1");
-    EXPECT_EQ(described(runProcess(faultChild("say:1"), canceller)), "cancelled");
+    EXPECT_EQ(described(runProcess(faultChild("say:1"), stop.get_token())), "cancelled");
 }
 
 /// Cancels when the child has ended and the run, busy with its first words, has not seen it yet.
 ProcessOutcome cancelTooLate(ProcessInvocation invocation) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     bool isFirst = true;
     invocation.outputWatcher = [&](std::string_view said) {
         if (std::exchange(isFirst, false)) {
             ::kill(std::stoi(std::string(said)), SIGUSR1);
             siginfo_t info{};
             EXPECT_EQ(::waitid(P_ALL, 0, &info, WEXITED | WNOWAIT), 0);
-            canceller.cancel();
+            stop.request_stop();
         }
     };
-    return runProcess(invocation, canceller);
+    return runProcess(invocation, stop.get_token());
 }
 
 TEST_F(ProcessCancelTest, AfterTheChildsEndChangesNothing) {
     ProcessInvocation invocation = faultChild("on-request:3");
-    for (const milliseconds grace : {milliseconds(0), milliseconds(5000)}) {
-        invocation.grace = grace;
+    for (const milliseconds timeout : {milliseconds(0), milliseconds(5000)}) {
+        invocation.limits.drainTimeout = timeout;
         const ProcessOutcome outcome = cancelTooLate(invocation);
         EXPECT_EQ(described(outcome), "exited 3");
         EXPECT_TRUE(outputOf(outcome).ends_with("\noutput\n")) << outputOf(outcome);
@@ -138,15 +137,15 @@ TEST_F(ProcessCancelTest, AfterTheChildsEndChangesNothing) {
 }
 
 TEST_F(ProcessCancelTest, StaysTheReasonWhateverFailsAfterwards) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     ProcessInvocation invocation = faultChild("last-words:4");
     invocation.outputWatcher = [&](std::string_view) {
-        if (canceller.isCancelled()) {
+        if (stop.stop_requested()) {
             throw std::runtime_error("no more words");
         }
-        canceller.cancel();
+        stop.request_stop();
     };
-    EXPECT_EQ(described(runProcess(invocation, canceller)), "cancelled 4");
+    EXPECT_EQ(described(runProcess(invocation, stop.get_token())), "cancelled 4");
 }
 
 std::chrono::nanoseconds processorTimeOfThisThread() {
@@ -156,42 +155,41 @@ std::chrono::nanoseconds processorTimeOfThisThread() {
 }
 
 TEST_F(ProcessCancelTest, IsWaitedForWithoutSpinning) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     ProcessInvocation invocation = faultChild("hang-deaf");
-    invocation.politeness = milliseconds(200);
-    invocation.outputWatcher = [&](std::string_view) { canceller.cancel(); };
+    invocation.limits.terminationGrace = milliseconds(200);
+    invocation.outputWatcher = [&](std::string_view) { stop.request_stop(); };
     const auto before = processorTimeOfThisThread();
-    EXPECT_EQ(described(runProcess(invocation, canceller)), "cancelled by signal 9");
+    EXPECT_EQ(described(runProcess(invocation, stop.get_token())), "cancelled by signal 9");
     EXPECT_LT(processorTimeOfThisThread() - before, milliseconds(100));
 }
 
 TEST_F(ProcessCancelTest, HoldsADescriptorOnlyDuringARun) {
     const std::vector<int> before = openDescriptors();
-    std::vector<std::unique_ptr<ProcessCanceller>> cancellers;
-    for (int i = 0; i < 3; ++i) {
-        cancellers.push_back(std::make_unique<ProcessCanceller>());
-        EXPECT_EQ(described(runProcess(faultChild("exit:0"), *cancellers.back())), "exited 0");
+    std::vector<std::stop_source> sources(3);
+    for (const std::stop_source& source : sources) {
+        EXPECT_EQ(described(runProcess(faultChild("exit:0"), source.get_token())), "exited 0");
         EXPECT_EQ(openDescriptors(), before);
     }
 }
 
 TEST_F(ProcessCancelTest, ReachesAStoppedChild) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     ProcessInvocation invocation = faultChild("stop");
-    invocation.politeness = milliseconds(5000);
+    invocation.limits.terminationGrace = milliseconds(5000);
     invocation.outputWatcher = [&](std::string_view) {
         siginfo_t info{};
         EXPECT_EQ(::waitid(P_ALL, 0, &info, WSTOPPED | WNOWAIT), 0);
-        canceller.cancel();
+        stop.request_stop();
     };
-    EXPECT_EQ(described(runProcess(invocation, canceller)), "cancelled by signal 15");
+    EXPECT_EQ(described(runProcess(invocation, stop.get_token())), "cancelled by signal 15");
 }
 
 TEST_F(ProcessCancelTest, AtAnyMomentFindsTheRunOrLetsItEnd) {
     for (int i = 0; i < 50; ++i) {
-        ProcessCanceller canceller;
-        std::thread other([&canceller] { canceller.cancel(); });
-        const std::string end = described(runProcess(faultChild("say:0"), canceller));
+        std::stop_source stop;
+        std::thread other([&stop] { stop.request_stop(); });
+        const std::string end = described(runProcess(faultChild("say:0"), stop.get_token()));
         other.join();
         EXPECT_TRUE(end == "exited 0" || end == "cancelled" || end == "cancelled by signal 15" ||
                     end == "cancelled 0")
@@ -199,8 +197,8 @@ TEST_F(ProcessCancelTest, AtAnyMomentFindsTheRunOrLetsItEnd) {
     }
 }
 
-TEST_F(ProcessCancelTest, EndsAllRunsOfItsCanceller) {
-    ProcessCanceller canceller;
+TEST_F(ProcessCancelTest, EndsAllRunsWithItsToken) {
+    std::stop_source stop;
     std::atomic<int> ready = 0;
     std::vector<std::future<std::string>> runs;
     for (int i = 0; i < 3; ++i) {
@@ -208,10 +206,10 @@ TEST_F(ProcessCancelTest, EndsAllRunsOfItsCanceller) {
             ProcessInvocation invocation = faultChild("hang");
             invocation.outputWatcher = [&](std::string_view) {
                 if (++ready == 3) {
-                    canceller.cancel();
+                    stop.request_stop();
                 }
             };
-            return described(runProcess(invocation, canceller));
+            return described(runProcess(invocation, stop.get_token()));
         }));
     }
     for (std::future<std::string>& run : runs) {
@@ -222,9 +220,9 @@ TEST_F(ProcessCancelTest, EndsAllRunsOfItsCanceller) {
 class FamilyTest : public ProcessTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(FamilyTest, IsEndedAsAWhole) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     ProcessInvocation invocation = faultChild(GetParam());
-    invocation.grace = milliseconds(30);
+    invocation.limits.drainTimeout = milliseconds(30);
     Grandchild grandchild;
     std::string said;
     invocation.outputWatcher = [&](std::string_view piece) {
@@ -233,28 +231,15 @@ TEST_P(FamilyTest, IsEndedAsAWhole) {
             grandchild = Grandchild(said);
         }
         if (std::string_view(GetParam()) == "family" || said.ends_with("ready\n")) {
-            canceller.cancel();
+            stop.request_stop();
         }
     };
-    EXPECT_EQ(described(runProcess(invocation, canceller)), "cancelled by signal 15");
+    EXPECT_EQ(described(runProcess(invocation, stop.get_token())), "cancelled by signal 15");
     EXPECT_TRUE(grandchild.endsSoon());
 }
 
 INSTANTIATE_TEST_SUITE_P(Listening, FamilyTest, testing::Values("family"));
 INSTANTIATE_TEST_SUITE_P(Deaf, FamilyTest, testing::Values("family-deaf"));
-
-TEST_F(ProcessCancelTest, MayComeFromASignalHandler) {
-    static ProcessCanceller* current = nullptr;
-    EXPECT_EQ(inForkedHost([]() -> std::string {
-                  ProcessCanceller canceller;
-                  current = &canceller;
-                  std::signal(SIGUSR1, [](int) { current->cancel(); });
-                  ProcessInvocation invocation = faultChild("hang");
-                  invocation.outputWatcher = [](std::string_view) { std::raise(SIGUSR1); };
-                  return described(runProcess(invocation, canceller));
-              }),
-              "cancelled by signal 15");
-}
 
 } // namespace
 } // namespace quen

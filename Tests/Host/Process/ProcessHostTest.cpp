@@ -71,7 +71,7 @@ TEST_F(ProcessHostTest, MayStartOtherProgramsMeanwhile) {
         }
     };
     EXPECT_EQ(described(run(invocation)), "exited 0");
-    EXPECT_EQ(opened, 4) << "two pipes, the child and the canceller";
+    EXPECT_EQ(opened, 4) << "two pipes, the child and the stop token";
 }
 
 TEST_F(ProcessHostTest, MayHaveClosedItsOwnStandardDescriptors) {
@@ -133,12 +133,12 @@ TEST_F(ProcessHostTest, MayHaveNoDescriptorsForProcesses) {
                       ends << described(run(faultChild(mode))) << '\n';
                   }
                   ProcessInvocation invocation = faultChild("hang-closed");
-                  invocation.totalLimit = std::chrono::milliseconds(50);
+                  invocation.limits.total = std::chrono::milliseconds(50);
                   ends << described(run(invocation)) << '\n';
-                  ProcessCanceller canceller;
+                  std::stop_source stop;
                   invocation = faultChild("hang");
-                  invocation.outputWatcher = [&](std::string_view) { canceller.cancel(); };
-                  ends << described(runProcess(invocation, canceller)) << '\n';
+                  invocation.outputWatcher = [&](std::string_view) { stop.request_stop(); };
+                  ends << described(runProcess(invocation, stop.get_token())) << '\n';
                   return ends.str();
               }),
               "exited 3\nsignalled by signal 9\nexited 7\nexited 0\ntimed out by signal 15\n"
@@ -175,10 +175,10 @@ TEST_F(ProcessHostTest, MayLetTheSystemForgetItsChildren) {
                       const ProcessOutcome outcome = run(faultChild("say:3"));
                       ends << described(outcome) << '\n' << outputOf(outcome) << errorsOf(outcome);
                       ends << described(run(faultChild("close-output:7"))) << '\n';
-                      ProcessCanceller canceller;
+                      std::stop_source stop;
                       ProcessInvocation invocation = faultChild("hang");
-                      invocation.outputWatcher = [&](std::string_view) { canceller.cancel(); };
-                      ends << described(runProcess(invocation, canceller)) << '\n';
+                      invocation.outputWatcher = [&](std::string_view) { stop.request_stop(); };
+                      ends << described(runProcess(invocation, stop.get_token())) << '\n';
                       invocation.launchPath = "/nowhere/svn";
                       ends << described(run(invocation));
                       return ends.str();
@@ -192,17 +192,17 @@ TEST_F(ProcessHostTest, MayLetTheSystemForgetItsChildren) {
 TEST_F(ProcessHostTest, GetsNoSignalSentToANumberThatMayBeAnothers) {
     EXPECT_EQ(inForkedHost([]() -> std::string {
                   std::signal(SIGCHLD, SIG_IGN);
-                  ProcessCanceller canceller;
+                  std::stop_source stop;
                   ProcessInvocation invocation = faultChild("family-deaf");
-                  invocation.grace = std::chrono::milliseconds(30);
+                  invocation.limits.drainTimeout = std::chrono::milliseconds(30);
                   std::string said;
                   invocation.outputWatcher = [&](std::string_view piece) {
                       said += piece;
                       if (said.ends_with("ready\n")) {
-                          canceller.cancel();
+                          stop.request_stop();
                       }
                   };
-                  const std::string end = described(runProcess(invocation, canceller));
+                  const std::string end = described(runProcess(invocation, stop.get_token()));
                   const Grandchild grandchild(said);
                   const bool isAlive = grandchild.isAlive();
                   grandchild.kill();
@@ -295,16 +295,16 @@ TEST_F(ProcessHostTest, SharesItsTerminalOnlyWhenTold) {
 }
 
 TEST_F(ProcessHostTest, EndsTheChildAloneInItsOwnSession) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     ProcessInvocation invocation = faultChild("family");
     invocation.ownSession = false;
-    invocation.grace = std::chrono::milliseconds(30);
+    invocation.limits.drainTimeout = std::chrono::milliseconds(30);
     Grandchild grandchild;
     invocation.outputWatcher = [&](std::string_view said) {
         grandchild = Grandchild(said);
-        canceller.cancel();
+        stop.request_stop();
     };
-    const ProcessOutcome outcome = runProcess(invocation, canceller);
+    const ProcessOutcome outcome = runProcess(invocation, stop.get_token());
     EXPECT_EQ(described(outcome), "cancelled by signal 15");
     EXPECT_TRUE(outcome.leftStreamOpen);
     EXPECT_TRUE(grandchild.isAlive());

@@ -10,7 +10,7 @@ using std::chrono::milliseconds;
 struct LimitCase {
     const char* mode;
     std::optional<milliseconds> total;
-    std::optional<milliseconds> silence;
+    std::optional<milliseconds> idle;
     std::string end;
 };
 
@@ -22,9 +22,9 @@ class LimitTest : public ProcessTest, public testing::WithParamInterface<LimitCa
 
 TEST_P(LimitTest, EndsTheChild) {
     ProcessInvocation invocation = faultChild(GetParam().mode);
-    invocation.totalLimit = GetParam().total;
-    invocation.silenceLimit = GetParam().silence;
-    invocation.politeness = milliseconds(20);
+    invocation.limits.total = GetParam().total;
+    invocation.limits.idle = GetParam().idle;
+    invocation.limits.terminationGrace = milliseconds(20);
     const ProcessOutcome outcome = run(invocation);
     EXPECT_EQ(described(outcome), GetParam().end);
     EXPECT_LT(outcome.duration, std::chrono::seconds(10));
@@ -45,26 +45,26 @@ INSTANTIATE_TEST_SUITE_P(
                     LimitCase{"say:0", forever, {}, "exited 0"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Silence, LimitTest,
-    testing::Values(LimitCase{"hang", {}, shortTime, "fell silent by signal 15"},
-                    LimitCase{"hang", longTime, shortTime, "fell silent by signal 15"},
-                    LimitCase{"hang-closed", {}, shortTime, "fell silent by signal 15"},
+    Idle, LimitTest,
+    testing::Values(LimitCase{"hang", {}, shortTime, "idle timed out by signal 15"},
+                    LimitCase{"hang", longTime, shortTime, "idle timed out by signal 15"},
+                    LimitCase{"hang-closed", {}, shortTime, "idle timed out by signal 15"},
                     LimitCase{"say:0", {}, forever, "exited 0"}));
 
 class ProcessLimitTest : public ProcessTest {};
 
 TEST_F(ProcessLimitTest, AChildThatSpeaksIsNotSilent) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     ProcessInvocation invocation = faultChild("chatter");
-    invocation.silenceLimit = milliseconds(300);
+    invocation.limits.idle = milliseconds(300);
     std::size_t heard = 0;
     invocation.outputWatcher = [&](std::string_view piece) {
         heard += piece.size();
         if (heard > 450) { // more milliseconds than the limit has
-            canceller.cancel();
+            stop.request_stop();
         }
     };
-    EXPECT_EQ(described(runProcess(invocation, canceller)), "cancelled by signal 15");
+    EXPECT_EQ(described(runProcess(invocation, stop.get_token())), "cancelled by signal 15");
 }
 
 } // namespace

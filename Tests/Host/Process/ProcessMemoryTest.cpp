@@ -53,9 +53,9 @@ namespace {
 class ProcessMemoryTest : public ProcessTest {};
 
 ProcessOutcome runWithAllocations(const ProcessInvocation& invocation, int count) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     allocationsLeft = count;
-    ProcessOutcome outcome = runProcess(invocation, canceller);
+    ProcessOutcome outcome = runProcess(invocation, stop.get_token());
     allocationsLeft = std::numeric_limits<int>::max();
     return outcome;
 }
@@ -65,7 +65,7 @@ TEST_F(ProcessMemoryTest, MayEndAtAnyPointOfTheStart) {
     invocation.environment = {{"A_VARIABLE", "with a value that needs memory of its own"}};
     int refused = 0;
     ProcessOutcome outcome = runWithAllocations(invocation, refused);
-    while (outcome.end == ProcessEnd::couldNotStart && refused < 1000) {
+    while (outcome.end == RunEnd::couldNotStart && refused < 1000) {
         EXPECT_EQ(outcome.error, ENOMEM);
         EXPECT_EQ(outputOf(outcome), "");
         EXPECT_EQ(errorsOf(outcome), "");
@@ -103,7 +103,7 @@ TEST_F(ProcessMemoryTest, MayEndWhileOutputArrives) {
                   limit.rlim_cur = limit.rlim_max = addressSpaceInUse() + (rlim_t{24} << 20U);
                   ::setrlimit(RLIMIT_AS, &limit);
                   const ProcessOutcome outcome = run(faultChild("flood:100"));
-                  if (outcome.end != ProcessEnd::outputLost || outcome.error != ENOMEM) {
+                  if (outcome.end != RunEnd::outputLost || outcome.error != ENOMEM) {
                       return described(outcome);
                   }
                   const std::size_t kept = outcome.output->size();

@@ -52,10 +52,10 @@ TEST_F(ProcessOutputTest, IsWatchedByteForByteAsItArrives) {
 }
 
 TEST_F(ProcessOutputTest, IsWatchedWhileTheChildRuns) {
-    ProcessCanceller canceller;
+    std::stop_source stop;
     ProcessInvocation invocation = faultChild("hang"); // it would never end by itself
-    invocation.outputWatcher = [&](std::string_view) { canceller.cancel(); };
-    EXPECT_EQ(described(runProcess(invocation, canceller)), "cancelled by signal 15");
+    invocation.outputWatcher = [&](std::string_view) { stop.request_stop(); };
+    EXPECT_EQ(described(runProcess(invocation, stop.get_token())), "cancelled by signal 15");
 }
 
 struct FailingWatcherCase {
@@ -86,7 +86,7 @@ TEST_P(FailingWatcherTest, IsNotCalledAgain) {
         ++calls;
         GetParam().fail();
     };
-    EXPECT_EQ(run(invocation).end, ProcessEnd::outputLost);
+    EXPECT_EQ(run(invocation).end, RunEnd::outputLost);
     EXPECT_EQ(calls, 1);
 }
 
@@ -104,14 +104,14 @@ class GrandchildTest : public ProcessTest, public testing::WithParamInterface<co
 
 TEST_P(GrandchildTest, CannotHoldTheRunPastItsGraceAndIsLeftAlone) {
     ProcessInvocation invocation = faultChild(GetParam());
-    invocation.grace = std::chrono::milliseconds(30);
+    invocation.limits.drainTimeout = std::chrono::milliseconds(30);
     Grandchild grandchild;
     invocation.outputWatcher = [&](std::string_view said) { grandchild = Grandchild(said); };
     const ProcessOutcome outcome = run(invocation);
     EXPECT_EQ(described(outcome), "exited 3");
     EXPECT_TRUE(outcome.leftStreamOpen);
     EXPECT_EQ(outputOf(outcome), std::to_string(grandchild.pid()) + "\n");
-    EXPECT_GE(outcome.duration, invocation.grace);
+    EXPECT_GE(outcome.duration, invocation.limits.drainTimeout);
     EXPECT_LT(outcome.duration, std::chrono::seconds(10));
     // One that writes on dies of its pipe, which is how a pipe tells that nobody listens.
     if (std::string_view(GetParam()) == "grandchild:3") {
@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(Writing, GrandchildTest, testing::Values("grandchild-fl
 
 TEST_F(ProcessOutputTest, OfTheChildItselfIsWholeWithoutAnyGrace) {
     ProcessInvocation invocation = faultChild("both:2");
-    invocation.grace = std::chrono::milliseconds(0);
+    invocation.limits.drainTimeout = std::chrono::milliseconds(0);
     for (int i = 0; i < 20; ++i) {
         const ProcessOutcome outcome = run(invocation);
         EXPECT_EQ(described(outcome), "exited 0");

@@ -18,16 +18,15 @@ namespace {
 
 constexpr std::chrono::seconds bound{20};
 
-std::string_view nameOf(ProcessEnd end) {
-    switch (end) {
-    case ProcessEnd::exited: return "exited";
-    case ProcessEnd::signalled: return "signalled";
-    case ProcessEnd::statusUnknown: return "status unknown";
-    case ProcessEnd::cancelled: return "cancelled";
-    case ProcessEnd::timedOut: return "timed out";
-    case ProcessEnd::fellSilent: return "fell silent";
-    case ProcessEnd::outputLost: return "output lost";
-    case ProcessEnd::couldNotStart: return "could not start";
+std::string_view nameOf(const ProcessOutcome& outcome) {
+    switch (outcome.end) {
+    case RunEnd::ended: return outcome.exitStatus ? "exited" : "signalled";
+    case RunEnd::statusUnknown: return "status unknown";
+    case RunEnd::cancelled: return "cancelled";
+    case RunEnd::timedOut: return "timed out";
+    case RunEnd::idleTimedOut: return "idle timed out";
+    case RunEnd::outputLost: return "output lost";
+    case RunEnd::couldNotStart: return "could not start";
     }
     return "?";
 }
@@ -45,17 +44,16 @@ ProcessInvocation faultChild(String mode, const std::vector<String>& arguments) 
     std::vector<String> all = {std::move(mode)};
     all.insert(all.end(), arguments.begin(), arguments.end());
     ProcessInvocation invocation = program(QUEN_FAULT_CHILD, std::move(all));
-    invocation.totalLimit = bound;
+    invocation.limits.total = bound;
     return invocation;
 }
 
 ProcessOutcome run(const ProcessInvocation& invocation) {
-    ProcessCanceller canceller;
-    return runProcess(invocation, canceller);
+    return runProcess(invocation, {});
 }
 
 std::string described(const ProcessOutcome& outcome) {
-    std::string text(nameOf(outcome.end));
+    std::string text(nameOf(outcome));
     if (outcome.exitStatus) {
         text += " " + std::to_string(*outcome.exitStatus);
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/Process/FileDescriptor.h"
 #include "Host/Process/Process.h"
 
 #include <chrono>
@@ -18,7 +19,7 @@ ProcessInvocation program(String path, std::vector<String> arguments = {});
 /// would hang.
 ProcessInvocation faultChild(String mode, const std::vector<String>& arguments = {});
 
-/// Runs it with a canceller that nobody else knows.
+/// Runs it with nobody to stop it.
 ProcessOutcome run(const ProcessInvocation& invocation);
 
 /// The whole outcome in one comparable line: `exited 0`, `cancelled by signal 15`, `could not

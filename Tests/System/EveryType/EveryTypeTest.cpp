@@ -1,6 +1,6 @@
 #include "Foundation/OperationQueue.h"
 #include "Host/ClassName.h"
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Host/PlugInLoader.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
@@ -33,20 +33,8 @@ QuenSourceControlProtocolPtr provider() {
 
 class EveryType : public testing::TestWithParam<TypeCase> {
 protected:
-    EveryType() {
-        HostServices::shared().setAssertionHandler(
-            [this](const MarlAssertionFailure& failure) { failures_.push_back(failure.format); });
-    }
-    EveryType(const EveryType&) = delete;
-    EveryType& operator=(const EveryType&) = delete;
-    ~EveryType() override {
-        HostServices::shared().setAssertionHandler({});
-        HostServices::shared().setTemporaryDirectory(String());
-    }
-
     void SetUp() override {
         std::filesystem::create_directory(sandbox_.root() / "temporary");
-        HostServices::shared().setTemporaryDirectory((sandbox_.root() / "temporary").string());
         // The client that this process starts sees the sandbox's home, too.
         ASSERT_EQ(setenv("HOME", (sandbox_.root() / "home").c_str(), 1), 0);
         makeProject(sandbox_);
@@ -109,6 +97,12 @@ protected:
 
     Sandbox sandbox_;
     std::vector<String> failures_;
+    const RunContext::Scope scope_{
+        RunContext::current()
+            .withTemporaryDirectory((sandbox_.root() / "temporary").string())
+            .withAssertionHandler([this](const MarlAssertionFailure& failure) {
+                failures_.push_back(failure.format);
+            })};
 };
 
 TEST_P(EveryType, DoesWhatTheClientConfirms) {

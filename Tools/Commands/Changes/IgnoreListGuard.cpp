@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace quen::tools {
 
@@ -27,12 +28,12 @@ String objectionTo(const StringArray& arguments) {
 
 } // namespace
 
-ToolRun IgnoreListGuard::run(const ToolInvocation& invocation, ToolCanceller& canceller) {
+ToolRun IgnoreListGuard::run(const ToolInvocation& invocation, std::stop_token stop) {
     const String objection = objectionTo(invocation.arguments);
     if (objection.isNil()) {
-        return runner_->run(invocation, canceller);
+        return runner_->run(invocation, std::move(stop));
     }
-    return {.end = ToolEnd::couldNotStart,
+    return {.end = RunEnd::couldNotStart,
             .exitStatus = {},
             .signal = {},
             .output = std::make_shared<Data>(),

@@ -14,8 +14,7 @@ class IgnoreListGuard : public ToolRunner {
 public:
     explicit IgnoreListGuard(ToolRunnerPtr runner) : runner_(std::move(runner)) {}
 
-    std::shared_ptr<ToolCanceller> makeCanceller() override { return runner_->makeCanceller(); }
-    ToolRun run(const ToolInvocation& invocation, ToolCanceller& canceller) override;
+    ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override;
 
 private:
     ToolRunnerPtr runner_;

@@ -1,6 +1,6 @@
 #include "Tools/Commands/Changes/LogMessage.h"
 
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/Editor.h"
 
@@ -44,7 +44,7 @@ bool writeWhole(const std::string& path, const std::string& text) {
 /// A new, empty file that only this user can read; empty, with errno, where none can be made.
 std::string freshFile() {
     constexpr std::string_view ending = ".txt";
-    std::string path = HostServices::shared().temporaryDirectory().str() + "/quen-message-XXXXXX" +
+    std::string path = RunContext::current().temporaryDirectory().str() + "/quen-message-XXXXXX" +
                        std::string(ending);
     const int descriptor = mkstemps(path.data(), static_cast<int>(ending.size()));
     if (descriptor < 0) {

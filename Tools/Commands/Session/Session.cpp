@@ -1,42 +1,22 @@
 #include "Tools/Commands/Session/Session.h"
 
 #include "Host/ClientRunner.h"
-#include "Host/HostServices.h"
 #include "Tools/Commands/Session/ErrorTexts.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Provider/Provider.h"
 #include "Tools/Terminal/InterruptWatch.h"
-#include "Tools/Terminal/Progress.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <optional>
 #include <utility>
 
 namespace quen::tools {
 
 namespace {
 
-ToolRunnerPtr makeRunner(bool keepsTerminal, std::function<void(std::string_view)> watcher) {
-    ClientRunner::Options options;
-    options.keepsTerminal = keepsTerminal;
-    options.outputWatcher = std::move(watcher);
-    return std::make_shared<ClientRunner>(std::move(options));
+ToolRunnerPtr makeRunner(bool keepsTerminal) {
+    return std::make_shared<ClientRunner>(ClientRunner::Options{.keepsTerminal = keepsTerminal});
 }
-
-/// Another runner for the host, for as long as this lives.
-class ReplacedRunner {
-public:
-    explicit ReplacedRunner(ToolRunnerPtr runner) : former_(HostServices::shared().toolRunner()) {
-        HostServices::shared().setToolRunner(std::move(runner));
-    }
-    ReplacedRunner(const ReplacedRunner&) = delete;
-    ReplacedRunner& operator=(const ReplacedRunner&) = delete;
-    ~ReplacedRunner() { HostServices::shared().setToolRunner(former_); }
-
-private:
-    ToolRunnerPtr former_;
-};
 
 } // namespace
 
@@ -54,16 +34,19 @@ void CommonOptions::addTo(CLI::App& command) {
     command.add_option("--plug-in", plugIn, "The plug-in's module");
 }
 
+Session::Session(QuenSourceControlProtocolPtr provider, std::string command, bool lendsTerminal)
+    : provider_(std::move(provider)), command_(std::move(command)), lendsTerminal_(lendsTerminal),
+      scope_(RunContext::current().withToolRunner(makeRunner(lendsTerminal))) {}
+
 std::unique_ptr<Session> Session::open(const CommonOptions& options, std::string command) {
     std::string problem;
     auto provider = loadProviderOrExplain(options.plugIn, problem);
-    std::unique_ptr<Session> session(new Session(std::move(provider), std::move(command)));
+    std::unique_ptr<Session> session(
+        new Session(std::move(provider), std::move(command), options.asksOnTerminal));
     if (session->provider_ == nullptr) {
         session->tell(problem);
         return nullptr;
     }
-    session->lendsTerminal_ = options.asksOnTerminal;
-    HostServices::shared().setToolRunner(makeRunner(options.asksOnTerminal, {}));
     return session;
 }
 
@@ -74,6 +57,7 @@ QuenSourceControlOperationPtr Session::perform(const QuenSourceControlRequestPtr
         tell(refusal);
         return nullptr;
     }
+    const RunContext::Scope scope(contextFor(follow));
     auto operation = provider_->operationForRequest(request);
     if (operation == nullptr) {
         tell("The plug-in has no operation for this request.");
@@ -85,25 +69,30 @@ QuenSourceControlOperationPtr Session::perform(const QuenSourceControlRequestPtr
     return operation;
 }
 
+RunContext Session::contextFor(Follow follow) {
+    if (follow == Follow::nothing) {
+        return RunContext::current();
+    }
+    return RunContext::current().withOutputWatcher(
+        [this](const QuenSourceControlOperation& /*operation*/, std::string_view piece) {
+            report_.take(piece);
+            if (progress_) {
+                progress_->show(report_.lastLine(), report_.items());
+            }
+        });
+}
+
 void Session::run(const QuenSourceControlOperationPtr& operation, Follow follow) {
     const InterruptWatch watch([&] { operation->cancel(); });
-    if (follow == Follow::nothing) {
-        operation->main();
-    } else {
+    if (follow == Follow::progress) {
         report_ = ClientReport();
         // A client that has the terminal may be asking there.
-        std::optional<Progress> progress;
         if (!lendsTerminal_ && canShowProgress()) {
-            progress.emplace();
+            progress_.emplace();
         }
-        const ReplacedRunner replaced(makeRunner(lendsTerminal_, [&](std::string_view piece) {
-            report_.take(piece);
-            if (progress) {
-                progress->show(report_.lastLine(), report_.items());
-            }
-        }));
-        operation->main();
     }
+    operation->run();
+    progress_.reset();
     wasInterrupted_ = watch.wasInterrupted();
 }
 

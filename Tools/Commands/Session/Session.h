@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlProtocol.h"
 #include "Tools/Commands/Changes/ClientReport.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Terminal/Progress.h"
 #include "Tools/Terminal/Style.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,8 +36,9 @@ enum class Follow {
     progress,
 };
 
-/// A provider at work for a person at a terminal: the plug-in loaded, the host's services set up,
-/// and errors told in the words of a command line.
+/// A provider at work for a person at a terminal: the plug-in loaded, a run context set up, and
+/// errors told in the words of a command line. It lives on one thread, whose current context is its
+/// own meanwhile.
 class Session {
 public:
     /// Null when there is no provider to be had; the reason has then been told on standard error.
@@ -65,16 +69,18 @@ public:
     void tell(const Error& error) const;
 
 private:
-    Session(QuenSourceControlProtocolPtr provider, std::string command)
-        : provider_(std::move(provider)), command_(std::move(command)) {}
+    Session(QuenSourceControlProtocolPtr provider, std::string command, bool lendsTerminal);
 
+    RunContext contextFor(Follow follow);
     void run(const QuenSourceControlOperationPtr& operation, Follow follow);
 
     QuenSourceControlProtocolPtr provider_;
     std::string command_;
-    bool lendsTerminal_ = false;
+    const bool lendsTerminal_;
+    const RunContext::Scope scope_;
     bool wasInterrupted_ = false;
     ClientReport report_;
+    std::optional<Progress> progress_;
 };
 
 /// The result as the operation gives it, on one line.

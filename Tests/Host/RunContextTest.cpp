@@ -1,4 +1,4 @@
-#include "Host/HostServices.h"
+#include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlManager.h"
 #include "Tests/Host/ScratchDirectory.h"
 #include "Tests/Support/HostRecorder.h"
@@ -39,7 +39,6 @@ TEST(AssertionService, HandsTheWholeFailureToTheHandler) {
 }
 
 TEST(AssertionService, PrintsALineWhereNobodyHandlesIt) {
-    HostServices::shared().setAssertionHandler(nullptr);
     testing::internal::CaptureStderr();
     MarlAssertionFailureHandler(someFailure());
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
@@ -76,7 +75,6 @@ TEST(LogService, EmitsNothingAtLevelZero) {
 }
 
 TEST(LogService, PrintsALineWhereNobodyHandlesIt) {
-    HostServices::shared().setLogHandler(nullptr);
     const auto aspect = QuenSourceControlManager::sourceControlLogAspect();
     aspect->_logLevel.store(3);
     testing::internal::CaptureStderr();
@@ -85,7 +83,7 @@ TEST(LogService, PrintsALineWhereNobodyHandlesIt) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "[3] number 12\n");
 }
 
-TEST(LogService, IsTheSameObjectAlways) {
+TEST(LogService, IsTheSameObjectInOneContext) {
     EXPECT_EQ(QuenSourceControlManager::sourceControlLogAspect(),
               QuenSourceControlManager::sourceControlLogAspect());
 }
@@ -113,16 +111,16 @@ TEST_F(ToolsDirectory, IsThatOfTheFirstClientOnThePath) {
                              scratch_.pathOf("folder").str() + ":" + first.str() + ":" +
                              second.str();
     const ScopedVariable variable("PATH", path);
-    EXPECT_EQ(HostServices::shared().toolsDirectory(), first);
+    EXPECT_EQ(RunContext().toolsDirectory(), first);
 }
 
 TEST_F(ToolsDirectory, IsLookedUpEachTime) {
     const String first = directoryWithClient("first", true);
     const String second = directoryWithClient("second", true);
     const ScopedVariable outer("PATH", first);
-    EXPECT_EQ(HostServices::shared().toolsDirectory(), first);
+    EXPECT_EQ(RunContext().toolsDirectory(), first);
     const ScopedVariable inner("PATH", second);
-    EXPECT_EQ(HostServices::shared().toolsDirectory(), second);
+    EXPECT_EQ(RunContext().toolsDirectory(), second);
 }
 
 TEST_F(ToolsDirectory, IsNeverRelative) {
@@ -130,51 +128,47 @@ TEST_F(ToolsDirectory, IsNeverRelative) {
     const std::filesystem::path previous = std::filesystem::current_path();
     std::filesystem::current_path(scratch_.path().str());
     const ScopedVariable variable("PATH", "bin:.");
-    EXPECT_EQ(HostServices::shared().toolsDirectory(), "/usr/bin");
+    EXPECT_EQ(RunContext().toolsDirectory(), "/usr/bin");
     std::filesystem::current_path(previous);
 }
 
 TEST_F(ToolsDirectory, HasANameEvenWhereThereIsNoClient) {
     for (const String& path : {String("/nowhere"), String(""), String()}) {
         const ScopedVariable variable("PATH", path);
-        EXPECT_EQ(HostServices::shared().toolsDirectory(), "/usr/bin");
+        EXPECT_EQ(RunContext().toolsDirectory(), "/usr/bin");
     }
 }
 
 TEST_F(ToolsDirectory, IsWhatItWasSetToUntilItIsSetToNothing) {
     const ScopedVariable variable("PATH", directoryWithClient("bin", true));
-    HostServices::shared().setToolsDirectory("/elsewhere");
-    EXPECT_EQ(HostServices::shared().toolsDirectory(), "/elsewhere");
-    HostServices::shared().setToolsDirectory(nullptr);
-    EXPECT_EQ(HostServices::shared().toolsDirectory(), scratch_.pathOf("bin"));
+    const RunContext changed = RunContext().withToolsDirectory("/elsewhere");
+    EXPECT_EQ(changed.toolsDirectory(), "/elsewhere");
+    EXPECT_EQ(changed.withToolsDirectory(nullptr).toolsDirectory(), scratch_.pathOf("bin"));
 }
 
 TEST(TemporaryPlace, IsTheEnvironmentsOrTheSystems) {
-    const HostServices& services = HostServices::shared();
+    const RunContext context;
     const ScopedVariable set("TMPDIR", "/somewhere");
-    EXPECT_EQ(services.temporaryDirectory(), "/somewhere");
+    EXPECT_EQ(context.temporaryDirectory(), "/somewhere");
     const ScopedVariable empty("TMPDIR", "");
-    EXPECT_EQ(services.temporaryDirectory(), "/tmp");
+    EXPECT_EQ(context.temporaryDirectory(), "/tmp");
     const ScopedVariable unset("TMPDIR", nullptr);
-    EXPECT_EQ(services.temporaryDirectory(), "/tmp");
+    EXPECT_EQ(context.temporaryDirectory(), "/tmp");
 }
 
 TEST(TemporaryPlace, IsWhatItWasSetToUntilItIsSetToNothing) {
     const ScopedVariable variable("TMPDIR", "/somewhere");
-    HostServices::shared().setTemporaryDirectory("/elsewhere");
-    EXPECT_EQ(HostServices::shared().temporaryDirectory(), "/elsewhere");
-    HostServices::shared().setTemporaryDirectory(nullptr);
-    EXPECT_EQ(HostServices::shared().temporaryDirectory(), "/somewhere");
+    const RunContext changed = RunContext().withTemporaryDirectory("/elsewhere");
+    EXPECT_EQ(changed.temporaryDirectory(), "/elsewhere");
+    EXPECT_EQ(changed.withTemporaryDirectory(nullptr).temporaryDirectory(), "/somewhere");
 }
 
-TEST(ToolRunnerService, IsWhatItWasSetToUntilItIsSetToNothing) {
-    HostServices& services = HostServices::shared();
+TEST(RunContextTest, HasTheRunnerThatItWasMadeWith) {
     const auto runner = std::make_shared<ReplayRunner>();
-    services.setToolRunner(runner);
-    EXPECT_EQ(services.toolRunner(), runner);
-    services.setToolRunner(nullptr);
-    ASSERT_NE(services.toolRunner(), nullptr);
-    EXPECT_NE(services.toolRunner(), runner);
+    const RunContext changed = RunContext().withToolRunner(runner);
+    EXPECT_EQ(changed.toolRunner(), runner);
+    ASSERT_NE(changed.withToolRunner(nullptr).toolRunner(), nullptr);
+    EXPECT_NE(changed.withToolRunner(nullptr).toolRunner(), runner);
 }
 
 } // namespace
