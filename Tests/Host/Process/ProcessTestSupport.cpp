@@ -49,7 +49,8 @@ ProcessInvocation faultChild(String mode, const std::vector<String>& arguments) 
 }
 
 ProcessOutcome run(const ProcessInvocation& invocation) {
-    return runProcess(invocation, {});
+    const std::stop_source stop;
+    return runProcess(invocation, stop.get_token());
 }
 
 std::string described(const ProcessOutcome& outcome) {

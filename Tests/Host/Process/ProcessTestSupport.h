@@ -19,7 +19,7 @@ ProcessInvocation program(String path, std::vector<String> arguments = {});
 /// would hang.
 ProcessInvocation faultChild(String mode, const std::vector<String>& arguments = {});
 
-/// Runs it with nobody to stop it.
+/// Runs it with a stop token that nobody uses.
 ProcessOutcome run(const ProcessInvocation& invocation);
 
 /// The whole outcome in one comparable line: `exited 0`, `cancelled by signal 15`, `could not
