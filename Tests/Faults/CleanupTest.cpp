@@ -1,3 +1,4 @@
+#include "Host/Process/FileDescriptor.h"
 #include "Host/TaskFailure.h"
 #include "Host/WorkingCopyCleanup.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
@@ -62,8 +63,9 @@ TEST(CleanupTest, OfAWorkingCopyWhoseClientWasKilled) {
     sandbox.svn({"add", "-q", "src@1@"});
     const HeldUpCommits heldUp(sandbox);
     const LeftBehind left;
-    const RunContext::Scope scope(
-        RunContext::current().withLimits({.terminationGrace = std::chrono::milliseconds(50)}));
+    RunLimits limits;
+    limits.terminationGrace = std::chrono::milliseconds(50);
+    const RunContext::Scope scope(RunContext::current().withLimits(limits));
 
     const auto commit = operationOn(sandbox, RequestTypeCommit, sandbox.workingCopy().string());
     std::thread running([&] { commit->run(); });

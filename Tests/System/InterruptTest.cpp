@@ -18,7 +18,7 @@ class Going {
 public:
     Going(const Sandbox& sandbox, Sandbox::Words words)
         : invocation_(sandbox.invocation(withProgram(std::move(words)), sandbox.workingCopy())) {
-        invocation_.politeness = std::chrono::seconds(25);
+        invocation_.limits.terminationGrace = std::chrono::seconds(25);
         thread_ = std::thread([this] { outcome_ = runProcess(invocation_, stop_.get_token()); });
     }
     Going(const Going&) = delete;
