@@ -1,4 +1,5 @@
-// Bundles the extension (default), its client tests (--client-tests) or its host tests (--host-tests).
+// Bundles the extension, or with an option what it is tried and tested with: --client-tests,
+// --host-tests, --browser-tests, --workbench.
 
 import { build } from 'esbuild';
 import { readdirSync } from 'node:fs';
@@ -8,7 +9,7 @@ const shared = {
   platform: 'node',
   format: 'cjs',
   target: 'node20',
-  external: ['vscode'],
+  external: ['vscode', 'typescript'],
   logLevel: 'warning',
   sourcemap: process.argv.includes('--production') ? false : 'linked',
   minify: process.argv.includes('--production'),
@@ -19,14 +20,19 @@ const sourcesOf = (folder) =>
     .filter((name) => name.endsWith('.ts'))
     .map((name) => `${folder}/${name}`);
 
-if (process.argv.includes('--client-tests')) {
-  await build({ ...shared, entryPoints: sourcesOf('Tests/client'), outdir: 'out/client' });
-} else if (process.argv.includes('--host-tests')) {
-  await build({ ...shared, entryPoints: ['Tests/host/index.ts'], outfile: 'out/host/index.js' });
-} else {
-  await build({
-    ...shared,
-    entryPoints: ['Source/extension.ts'],
-    outfile: 'out/extension.js',
-  });
+const outputs = {
+  '--client-tests': { entryPoints: sourcesOf('Tests/client'), outdir: 'out/client' },
+  '--host-tests': { entryPoints: ['Tests/host/index.ts'], outdir: 'out/host' },
+  '--browser-tests': {
+    entryPoints: sourcesOf('Tests/browser'),
+    outdir: 'out/browser',
+    external: ['playwright-core'],
+  },
+  '--workbench': { entryPoints: ['Workbench/try.ts'], outdir: 'out/workbench' },
+};
+
+const chosen = Object.keys(outputs).filter((option) => process.argv.includes(option));
+for (const option of chosen) await build({ ...shared, ...outputs[option] });
+if (chosen.length === 0) {
+  await build({ ...shared, entryPoints: ['Source/extension.ts'], outfile: 'out/extension.js' });
 }

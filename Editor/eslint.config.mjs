@@ -2,7 +2,7 @@ import eslint from '@eslint/js';
 import tseslint from 'typescript-eslint';
 
 export default tseslint.config(
-  { ignores: ['out/', 'node_modules/', 'Workbench/', '*.mjs', 'Scripts/'] },
+  { ignores: ['out/', 'node_modules/', '*.mjs', 'Scripts/'] },
   eslint.configs.recommended,
   ...tseslint.configs.strictTypeChecked,
   {

@@ -2,17 +2,17 @@
 
 import * as vscode from 'vscode';
 import { command } from '../commands';
-import { compare, name } from '../content/comparisons';
+import { compare } from '../content/comparisons';
 import { addressOf, revisionUri, scheme } from '../content/revisionUri';
 import { whenOf } from '../history/entries';
 import { reportQuietly } from '../report';
 import { succeeded } from '../server/failures';
-import type { BlameRevision } from '../server/protocol';
+import type { BlameRevision, Place, Revision } from '../server/protocol';
 import type { Services } from '../services';
 import { Messages } from './messages';
 
 interface FileBlame {
-  readonly path: string;
+  readonly place: Place;
   readonly revisions: readonly BlameRevision[];
   readonly lines: readonly number[];
 }
@@ -46,8 +46,7 @@ export function registerBlame(services: Services): vscode.Disposable {
       return;
     }
     const blame = await blameOf(editor.document);
-    const place = { path: blame.path };
-    await messages.fetch(place, revisionsIn(blame, editor.visibleRanges));
+    await messages.fetch(blame.place, revisionsIn(blame, editor.visibleRanges));
     const options = blame.lines
       .slice(0, editor.document.lineCount)
       .map((index, line) => fileDecoration(blame, index, line, messages));
@@ -63,7 +62,7 @@ export function registerBlame(services: Services): vscode.Disposable {
     const blame = await blameOf(editor.document);
     const index = blame.lines[line];
     const revision = index === undefined ? undefined : blame.revisions[index];
-    if (revision) await messages.fetch({ path: blame.path }, [revision.revision]);
+    if (revision) await messages.fetch(blame.place, [revision.revision]);
     if (editor.selection.active.line !== line) return; // The caret went on meanwhile.
     editor.setDecorations(currentLine, [lineDecoration(editor, blame, revision, line, messages)]);
   };
@@ -92,12 +91,11 @@ export function registerBlame(services: Services): vscode.Disposable {
       showsLine = !showsLine;
       if (vscode.window.activeTextEditor) await showLine(vscode.window.activeTextEditor);
     }),
-    command('quen.blamePrevious', (path?: string, revision?: number) =>
-      blamePrevious(services, shown, path, revision, blameOf),
+    command('quen.blamePrevious', (place?: Place, revision?: number) =>
+      blamePrevious(shown, place, revision, blameOf),
     ),
-    command('quen.openRevisionOfLine', (path: string, revision: number) => {
-      const place = { path };
-      const title = `${name(vscode.Uri.file(path))} (r${revision - 1} ↔ r${revision})`;
+    command('quen.openRevisionOfLine', (place: Place, revision: number) => {
+      const title = `r${revision - 1} ↔ r${revision}`;
       return compare(revisionUri(place, revision - 1), revisionUri(place, revision), title);
     }),
     vscode.window.onDidChangeActiveTextEditor(show),
@@ -127,18 +125,12 @@ function isLineWanted(): boolean {
 }
 
 async function readBlame(services: Services, uri: vscode.Uri): Promise<FileBlame> {
-  if (uri.scheme !== scheme) return blameAt(services, { path: uri.path });
-  const { place, revision } = addressOf(uri);
-  const path = 'path' in place ? place.path : place.url;
-  return blameAt(services, { path, revision });
-}
-
-async function blameAt(
-  services: Services,
-  params: { path: string; revision?: number | 'BASE' | 'HEAD' },
-): Promise<FileBlame> {
-  const { revisions, lines } = succeeded(await services.server.request('file/blame', params));
-  return { path: params.path, revisions, lines };
+  const at: { place: Place; revision?: Revision } =
+    uri.scheme === scheme ? addressOf(uri) : { place: { path: uri.path } };
+  const revision = at.revision === undefined ? {} : { revision: at.revision };
+  const answer = await services.server.request('file/blame', { ...at.place, ...revision });
+  const { revisions, lines } = succeeded(answer);
+  return { place: at.place, revisions, lines };
 }
 
 function revisionsIn(blame: FileBlame, ranges: readonly vscode.Range[]): number[] {
@@ -199,7 +191,7 @@ function hover(
   );
   text.appendMarkdown('\n\n');
   text.appendText(messages.of(revision.revision) ?? '');
-  const args = encodeURIComponent(JSON.stringify([blame.path, revision.revision]));
+  const args = encodeURIComponent(JSON.stringify([blame.place, revision.revision]));
   const change = vscode.l10n.t('Change');
   const before = vscode.l10n.t('Blame before this revision');
   text.appendMarkdown(
@@ -210,23 +202,21 @@ function hover(
 
 /** Opens the file as it was before a revision, blamed. */
 async function blamePrevious(
-  services: Services,
   shown: Set<string>,
-  path: string | undefined,
+  place: Place | undefined,
   revision: number | undefined,
   blameOf: (document: vscode.TextDocument) => Promise<FileBlame>,
 ): Promise<void> {
   const editor = vscode.window.activeTextEditor;
-  let of = path !== undefined && revision !== undefined ? { path, revision } : undefined;
+  let of = place !== undefined && revision !== undefined ? { place, revision } : undefined;
   if (!of && editor) {
     const blame = await blameOf(editor.document);
     const found = blame.revisions[blame.lines[editor.selection.active.line] ?? -1];
-    if (found) of = { path: blame.path, revision: found.revision };
+    if (found) of = { place: blame.place, revision: found.revision };
   }
   if (!of) return;
-  const uri = revisionUri({ path: of.path }, of.revision - 1);
+  const uri = revisionUri(of.place, of.revision - 1);
   shown.add(uri.toString());
   const document = await vscode.workspace.openTextDocument(uri);
   await vscode.window.showTextDocument(document);
-  services.log.debug(`blame of ${of.path} before r${of.revision}`);
 }

@@ -2,13 +2,13 @@ import * as vscode from 'vscode';
 import { command } from '../commands';
 import type { WorkingCopy } from '../model/workingCopy';
 import { describe } from '../model/words';
-import { succeeded } from '../server/failures';
 import type { Item, Plan } from '../server/protocol';
 import type { Services } from '../services';
 import { byCopy, copyFrom, pathsOf, urisFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
 import { perform } from '../work';
 import { keepMessage, pickMessage } from './messageHistory';
+import { planOf } from './plans';
 
 export function registerCommit(services: Services, controls: SourceControls): vscode.Disposable {
   return vscode.Disposable.from(
@@ -89,7 +89,7 @@ async function commitPaths(
   const box = controls.inputBoxOf(copy);
   const message = await messageFor(box);
   if (message === undefined) return;
-  const plan = succeeded(await services.server.request('change/plan', { kind: 'commit', paths }));
+  const plan = await planOf(services, copy, 'commit', paths);
   if (!(await agreesTo(plan, paths))) return;
   const revisions = await commitGroups(services, copy, plan, paths, message);
   if (revisions.length === 0) return;

@@ -9,7 +9,7 @@ import { byCopy, copyFrom, pathsOf, urisFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
 import { perform } from '../work';
 import { list } from './commit';
-import { succeeded } from '../server/failures';
+import { planOf } from './plans';
 
 type PathsMethod = 'change/add' | 'change/remove' | 'change/ignore' | 'change/unignore';
 
@@ -63,7 +63,7 @@ async function eachCopy(
 async function remove(services: Services, uris: readonly vscode.Uri[]): Promise<void> {
   for (const { copy, uris: own } of byCopy(services, uris)) {
     const paths = pathsOf(own);
-    const plan = succeeded(await services.server.request('change/plan', { kind: 'remove', paths }));
+    const plan = await planOf(services, copy, 'remove', paths);
     if (plan.lost.length > 0 && !(await agreesToLose(plan.lost))) return;
     const work = { title: vscode.l10n.t('Removing'), copy, isLong: false };
     await perform(services, work, 'change/remove', { paths });

@@ -3,13 +3,13 @@
 import * as vscode from 'vscode';
 import { command } from '../commands';
 import type { WorkingCopy } from '../model/workingCopy';
-import { succeeded } from '../server/failures';
 import type { Item } from '../server/protocol';
 import type { Services } from '../services';
 import { byCopy, copyFrom, pathsOf, urisFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
 import { perform } from '../work';
 import { list } from './commit';
+import { planOf } from './plans';
 
 interface Kept {
   readonly copy: WorkingCopy;
@@ -55,7 +55,7 @@ async function revert(
   copy: WorkingCopy,
   paths: readonly string[],
 ): Promise<Kept | undefined> {
-  const plan = succeeded(await services.server.request('change/plan', { kind: 'revert', paths }));
+  const plan = await planOf(services, copy, 'revert', paths);
   const affected = plan.items.map(({ path }) => path);
   if (affected.length === 0) {
     void vscode.window.showInformationMessage(vscode.l10n.t('There is nothing to revert.'));

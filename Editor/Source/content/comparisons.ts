@@ -3,6 +3,7 @@
 import * as vscode from 'vscode';
 import { command } from '../commands';
 import { openMergeEditor } from '../proposed';
+import type { SettledFile } from '../model/workingCopy';
 import { askRevision } from '../remote/questions';
 import type { Item, Revision } from '../server/protocol';
 import type { Services } from '../services';
@@ -120,14 +121,19 @@ async function openIncoming(services: Services, uri: vscode.Uri): Promise<void> 
   await compare(base, head, vscode.l10n.t('{0} (BASE ↔ HEAD)', name(uri)));
 }
 
+function theirsOf(settled: SettledFile): vscode.Uri | undefined {
+  if (settled.theirs !== null) return vscode.Uri.file(settled.theirs);
+  return settled.isTheirsBase ? revisionUri({ path: settled.path }, 'BASE') : undefined;
+}
+
 /** Theirs beside mine; what is chosen goes into the file. */
 async function openSettled(services: Services, uri: vscode.Uri): Promise<void> {
   const settled = services.copies.of(uri)?.settled.find(({ path }) => path === uri.path);
-  if (!settled?.theirs) {
+  const theirs = settled && theirsOf(settled);
+  if (!theirs || settled.kind !== 'text') {
     await openChange(services, uri);
     return;
   }
-  const theirs = vscode.Uri.file(settled.theirs);
   const document = await vscode.workspace.openTextDocument(uri);
   const isOpen =
     settled.base !== null &&

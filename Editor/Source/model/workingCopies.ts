@@ -64,7 +64,7 @@ export class WorkingCopies implements vscode.Disposable {
     const copy = makeWorkingCopy(facts);
     this.byPath.set(copy.path, copy);
     this.opened.fire(copy);
-    void this.refresh(copy).catch(this.report);
+    void this.load(copy, false).catch(this.report);
     return copy;
   }
 
@@ -82,8 +82,13 @@ export class WorkingCopies implements vscode.Disposable {
 
   /** Runs the client over the whole working copy. */
   async refresh(copy: WorkingCopy): Promise<void> {
+    await this.load(copy, true);
+  }
+
+  /** Takes in the whole status: as the server has it, or as a run of the client finds it now. */
+  private async load(copy: WorkingCopy, refresh: boolean): Promise<void> {
     const status = succeeded(
-      await this.server.request('workingCopy/status', { workingCopy: copy.path, refresh: true }),
+      await this.server.request('workingCopy/status', { workingCopy: copy.path, refresh }),
     );
     if (status.generation < copy.generation) return; // A newer delta came first.
     const before = [...copy.items.keys()];

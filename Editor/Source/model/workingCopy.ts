@@ -22,6 +22,8 @@ export interface WorkingCopy {
 export interface SettledFile extends Settled {
   /** The revision both sides started from, where it is known. */
   readonly base: number | null;
+  /** After an update theirs is what BASE holds now; after a merge it is not. */
+  readonly isTheirsBase: boolean;
 }
 
 export interface Change {

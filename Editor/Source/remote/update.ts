@@ -3,6 +3,7 @@
 import * as vscode from 'vscode';
 import { command } from '../commands';
 import { list } from '../changes/commit';
+import { planOf } from '../changes/plans';
 import type { WorkingCopy } from '../model/workingCopy';
 import type { Method, Params, PlanKind, UpdateResult } from '../server/protocol';
 import type { Services } from '../services';
@@ -76,9 +77,7 @@ async function agrees(
   url?: string,
 ): Promise<boolean> {
   if (!vscode.workspace.getConfiguration('quen').get<boolean>('update.askFirst', true)) return true;
-  const work = { title: vscode.l10n.t('Looking at what both sides changed'), copy, isLong: false };
-  const place = url === undefined ? {} : { url };
-  const plan = await perform(services, work, 'change/plan', { kind, paths, ...place });
+  const plan = await planOf(services, copy, kind, paths, url);
   if (plan.decidedForMine.length === 0 && plan.lost.length === 0) return true;
   const goOn = vscode.l10n.t('Continue');
   const answer = await vscode.window.showWarningMessage(
@@ -111,7 +110,7 @@ async function run<M extends Bringing & Method>(
 ): Promise<void> {
   const base = copy.facts.revision;
   const result = await perform(services, { title, copy, isLong: true }, method, params);
-  await settle(services, copy, base, result);
+  await settle(services, copy, base, result, method !== 'branch/merge');
 }
 
 /** Takes in what an operation has brought: facts, contents, and what waits to be looked at. */
@@ -120,9 +119,10 @@ export async function settle(
   copy: WorkingCopy,
   base: number,
   result: UpdateResult,
+  isTheirsBase: boolean,
 ): Promise<void> {
   services.contents.invalidate(null);
-  const settled = result.settled.map((file) => ({ ...file, base }));
+  const settled = result.settled.map((file) => ({ ...file, base, isTheirsBase }));
   const again = new Set(settled.map(({ path }) => path));
   copy.settled = [...copy.settled.filter(({ path }) => !again.has(path)), ...settled];
   const updated = new Set(result.items.map(({ path }) => path));

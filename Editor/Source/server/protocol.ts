@@ -97,7 +97,7 @@ export interface Requests {
     Place & { readonly revision: Revision },
     Outcome & { readonly base64: string | null }
   >;
-  'file/blame': Call<{ readonly path: string; readonly revision?: Revision }, BlameResult>;
+  'file/blame': Call<Place & { readonly revision?: Revision }, BlameResult>;
   'history/log': Call<LogParams, LogResult>;
   'history/search': Call<
     LogParams & {

@@ -1,0 +1,60 @@
+// Runs the tests of Tests/host inside the extension host of the browser-served editor.
+
+import { mkdirSync } from 'node:fs';
+import { resolve } from 'node:path';
+import { makeDemonstration } from '../../Workbench/demonstration';
+import { Sandbox } from '../../Workbench/repository';
+import { folderAddress, startWorkbench } from '../../Workbench/workbench';
+import { launch } from './driver';
+
+const bound = 240_000;
+
+async function main(): Promise<number> {
+  const sandbox = new Sandbox();
+  const { copy } = makeDemonstration(sandbox);
+  mkdirSync(sandbox.path('editor'));
+  const workbench = await startWorkbench({
+    node: process.execPath,
+    modules: process.env.QUEN_EDITOR_MODULES ?? '',
+    home: sandbox.path('editor'),
+    settings: { 'quen.path': process.env.QUEN_PROGRAM ?? '' },
+  });
+  const browser = await launch();
+  try {
+    const page = await browser.newPage();
+    const exit = new Promise<number>((done) => {
+      void page.exposeFunction('codeAutomationExit', done);
+    });
+    await page.exposeFunction('codeAutomationLog', (_type: string, args: unknown[]) => {
+      console.log(...args);
+    });
+    const here = (path: string) => `vscode-remote://${workbench.host}${resolve(path)}`;
+    const payload = [
+      ['extensionDevelopmentPath', here('.')],
+      ['extensionTestsPath', here('out/host/index.js')],
+    ];
+    const query = `&payload=${encodeURIComponent(JSON.stringify(payload))}`;
+    await page.goto(folderAddress(workbench, copy.root) + query);
+    return await Promise.race([exit, late()]);
+  } finally {
+    await browser.close();
+    await workbench.stop();
+    sandbox.remove();
+  }
+}
+
+function late(): Promise<never> {
+  return new Promise((_resolve, reject) => {
+    setTimeout(() => {
+      reject(new Error(`the tests did not end within ${bound} ms`));
+    }, bound).unref();
+  });
+}
+
+main().then(
+  (code) => process.exit(code),
+  (error: unknown) => {
+    console.error(error);
+    process.exit(1);
+  },
+);

@@ -1,0 +1,78 @@
+import assert from 'node:assert/strict';
+import * as vscode from 'vscode';
+import { succeeded } from '../../Source/server/failures';
+import type { HostTest } from './runner';
+import { extension, file } from './window';
+
+export const lookingBackTests: readonly HostTest[] = [
+  [
+    'the history of a file holds its revisions, each with its files',
+    async () => {
+      const { history } = await extension();
+      await vscode.commands.executeCommand('quen.fileHistory', file('src/station.c'));
+      assert.deepEqual(
+        history.shown.map(({ revision, author }) => [revision, author]),
+        [
+          [4, 'ann'],
+          [3, 'ben'],
+          [2, 'ann'],
+        ],
+      );
+      const [newest] = history.shown;
+      assert.deepEqual(
+        newest?.files?.map(({ path }) => path),
+        ['/trunk/src/station.c'],
+      );
+    },
+  ],
+  [
+    'a search finds by text and by author',
+    async () => {
+      const { history } = await extension();
+      await vscode.commands.executeCommand('quen.repositoryHistory');
+      await history.searchFor({ text: 'Fahrenheit' });
+      assert.deepEqual(
+        history.shown.map(({ revision }) => revision),
+        [3],
+      );
+      await history.searchFor({ author: 'eve' });
+      assert.deepEqual(
+        history.shown.map(({ revision }) => revision),
+        [7],
+      );
+    },
+  ],
+  [
+    'blame tells the revision of every line, and what is not committed',
+    async () => {
+      const { services } = await extension();
+      const answer = await services.server.request('file/blame', {
+        path: file('src/station.c').path,
+      });
+      const { revisions, lines } = succeeded(answer);
+      const document = await vscode.workspace.openTextDocument(file('src/station.c'));
+      const of = (part: string) => {
+        const line = document
+          .getText()
+          .split('\n')
+          .findIndex((candidate) => candidate.includes(part));
+        return revisions[lines[line] ?? -1]?.revision;
+      };
+      assert.equal(of('#include "sensor.h"'), 2);
+      assert.equal(of('%d sensors'), 4);
+      assert.equal(of('%6.2f'), undefined);
+    },
+  ],
+  [
+    'all files of a revision open in one editor',
+    async () => {
+      const { history } = await extension();
+      await vscode.commands.executeCommand('quen.repositoryHistory');
+      const [node] = await history.getChildren();
+      await vscode.commands.executeCommand('quen.history.openAll', node);
+      const tab = vscode.window.tabGroups.activeTabGroup.activeTab;
+      assert.match(tab?.label ?? '', /^r\d+/);
+      await vscode.commands.executeCommand('workbench.action.closeAllEditors');
+    },
+  ],
+];

@@ -1,0 +1,42 @@
+// Runs tests inside the extension host, one after the other, and says on the console how each went.
+
+export type HostTest = readonly [name: string, run: () => Promise<void>];
+
+const bound = 30_000;
+
+export async function runAll(tests: readonly HostTest[]): Promise<void> {
+  const failed: string[] = [];
+  for (const [name, run] of tests) {
+    const problem = await problemOf(run);
+    console.log(problem === undefined ? `ok - ${name}` : `not ok - ${name}\n${problem}`);
+    if (problem !== undefined) failed.push(name);
+  }
+  console.log(`# pass ${tests.length - failed.length}\n# fail ${failed.length}`);
+  if (failed.length > 0) throw new Error(`${failed.length} tests failed`);
+}
+
+async function problemOf(run: () => Promise<void>): Promise<string | undefined> {
+  let timer: NodeJS.Timeout | undefined;
+  const late = new Promise<never>((_resolve, reject) => {
+    timer = setTimeout(() => {
+      reject(new Error(`not done after ${bound} ms`));
+    }, bound);
+  });
+  try {
+    await Promise.race([run(), late]);
+    return undefined;
+  } catch (error) {
+    return error instanceof Error ? (error.stack ?? error.message) : String(error);
+  } finally {
+    clearTimeout(timer);
+  }
+}
+
+/** Waits until `check` answers something, looking again on `event`s; bounded by the test's own bound. */
+export async function until<T>(check: () => T | undefined | false, every = 20): Promise<T> {
+  for (;;) {
+    const found = check();
+    if (found !== undefined && found !== false) return found;
+    await new Promise((resolve) => setTimeout(resolve, every));
+  }
+}
