@@ -21,7 +21,7 @@ std::string withPlainAt(std::string location) {
     return location;
 }
 
-/// -1 for what is no digit.
+/// -1 for what is not a digit.
 int hexValue(char c) {
     const auto digit = std::string_view("0123456789abcdef")
                            .find(static_cast<char>(std::tolower(static_cast<unsigned char>(c))));

@@ -21,7 +21,7 @@ bool isUsualName(std::string_view component) {
 
 std::string projectRootOf(std::string_view url, std::string_view repositoryRoot) {
     const std::string_view root = withoutSlashesAtEnd(repositoryRoot);
-    // Names above the root are no part of the layout: /srv/trunk may hold repositories.
+    // Names above the root are not part of the layout: /srv/trunk may hold repositories.
     std::size_t slash = root.size();
     while (url.starts_with(root) && slash < url.size() && url[slash] == '/') {
         const std::size_t end = std::min(url.find('/', slash + 1), url.size());

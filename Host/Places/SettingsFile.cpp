@@ -38,7 +38,7 @@ std::string readLine(std::string_view line, Settings& settings) {
     const std::string name(trimmed(line.substr(0, equals)));
     std::string* const member = memberNamed(settings, name);
     if (member == nullptr) {
-        return "\"" + name + "\" is no setting; there are trunk, branches and username.";
+        return "\"" + name + "\" is not a setting; there are trunk, branches and username.";
     }
     *member = trimmed(line.substr(equals + 1));
     return member->empty() ? "\"" + name + "\" is given no value." : "";

@@ -108,8 +108,8 @@ TEST_F(BrowsingTest, BranchFollowsWhatIsSaidOfTheLayout) {
                 {{"branch", "--trunk", "^/a b"},
                  "",
                  1,
-                 "quen branch: \"^/a b\" is no URL. Write it whole or as ^/NAME, with %20 for a "
-                 "blank and likewise for what is no ASCII.\n"}});
+                 "quen branch: \"^/a b\" is not a URL. Write it whole or as ^/NAME, with %20 for a "
+                 "blank and likewise for what is not ASCII.\n"}});
     sandbox_.write(".quen", "trunk = ^/tags\nbranches = ^/branches/\n");
     expectEach(sandbox_, {{{"branch", "--trunk", "^/trunk"}, "trunk\n"}});
     EXPECT_THAT(sandbox_.quen({"branch"}).err, HasSubstr("is neither below"));
@@ -128,8 +128,8 @@ TEST_F(BrowsingTest, BranchesListsThem) {
 
 TEST_F(BrowsingTest, ASettingsFileAtFaultIsNamedWithItsLine) {
     sandbox_.write(".quen", "# where it is\ntrnk = ^/trunk\n");
-    const std::string problem =
-        ": SANDBOX/wc/.quen:2: \"trnk\" is no setting; there are trunk, branches and username.\n";
+    const std::string problem = ": SANDBOX/wc/.quen:2: \"trnk\" is not a setting; there are trunk, "
+                                "branches and username.\n";
     expectEach(sandbox_, {{{"branch"}, "", 1, "quen branch" + problem},
                           {{"status"}, "", 1, "quen status" + problem}});
 }
@@ -155,25 +155,26 @@ TEST_F(BrowsingTest, CatPrintsWhatTheRepositoryHolds) {
 }
 
 TEST_F(BrowsingTest, CatRefusesWhatItCannotPrint) {
-    expectEach(sandbox_,
-               {{{"cat", "-r", "1", "hello.c"},
-                 "",
-                 1,
-                 "quen cat: The revision 1 was not found for the file \"hello.c\".\n"},
-                {{"cat", sandbox_.url("trunk/greet.c")},
-                 "",
-                 1,
-                 "quen cat: The revision (null) was not found for the file "
-                 "\"file://SANDBOX/repository/trunk/greet.c\".\n"},
-                {{"cat", "src"},
-                 "",
-                 1,
-                 "quen cat: \"src\" is no file. `quen list` shows what a directory holds.\n"},
-                {{"cat", "--json", "blob"},
-                 "",
-                 1,
-                 "quen cat: \"blob\" is no text, and JSON holds nothing else. Without --json it is "
-                 "printed as it is.\n"}});
+    expectEach(
+        sandbox_,
+        {{{"cat", "-r", "1", "hello.c"},
+          "",
+          1,
+          "quen cat: The revision 1 was not found for the file \"hello.c\".\n"},
+         {{"cat", sandbox_.url("trunk/greet.c")},
+          "",
+          1,
+          "quen cat: The revision (null) was not found for the file "
+          "\"file://SANDBOX/repository/trunk/greet.c\".\n"},
+         {{"cat", "src"},
+          "",
+          1,
+          "quen cat: \"src\" is not a file. `quen list` shows what a directory holds.\n"},
+         {{"cat", "--json", "blob"},
+          "",
+          1,
+          "quen cat: \"blob\" is not text, and JSON holds nothing else. Without --json it is "
+          "printed as it is.\n"}});
     EXPECT_EQ(sandbox_.quen({"cat", "-r", "1:2", "hello.c"}).status, 2);
 }
 

@@ -304,16 +304,17 @@ TEST_F(BranchCommandsTest, MergeTakesARange) {
     sandbox_.commit("New");
     sandbox_.svn({"switch", "-q", "^/branches/b"});
 
-    expectEach(sandbox_, {{{"merge", "^/trunk", "-r", "4:5"}, "Merged 1 item from ^/trunk.\n"},
-                          {{"merge", "trunk", "-r", "4"},
-                           "",
-                           2,
-                           "quen merge: A merge takes two revisions, -r START:END: the changes "
-                           "after START are merged, up to END.\n"},
-                          {{"merge", ".."},
-                           "",
-                           1,
-                           "quen merge: \"..\" is no branch: give its name, a URL or ^/NAME.\n"}});
+    expectEach(sandbox_,
+               {{{"merge", "^/trunk", "-r", "4:5"}, "Merged 1 item from ^/trunk.\n"},
+                {{"merge", "trunk", "-r", "4"},
+                 "",
+                 2,
+                 "quen merge: A merge takes two revisions, -r START:END: the changes "
+                 "after START are merged, up to END.\n"},
+                {{"merge", ".."},
+                 "",
+                 1,
+                 "quen merge: \"..\" is not a branch: give its name, a URL or ^/NAME.\n"}});
     EXPECT_EQ(sandbox_.svn({"status"}), " M      .\nA  +    b.c\n");
 }
 

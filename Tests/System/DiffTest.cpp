@@ -118,7 +118,7 @@ TEST_F(DiffTest, SaysWhatIsWrong) {
          {{"diff", "-c", "x"},
           "",
           2,
-          "--change: \"x\" is no revision number.\nRun with --help for more information.\n"},
+          "--change: \"x\" is not a revision number.\nRun with --help for more information.\n"},
          {{"diff", "nowhere"},
           "",
           1,

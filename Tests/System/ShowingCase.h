@@ -32,7 +32,7 @@ inline void expectEach(const Sandbox& sandbox, const std::vector<ShowingCase>& c
 }
 
 /// A history with something of everything: a change by another person (r3), a rename (r4), a branch
-/// (r5, not in the working copy); names with a blank, an `@`, letters that are no ASCII, a `-` in
+/// (r5, not in the working copy); names with a blank, an `@`, letters that are not ASCII, a `-` in
 /// front; an empty file, a binary one, and one that is added and not committed.
 inline void makeHistory(const Sandbox& sandbox) {
     using namespace std::string_literals;

@@ -1,6 +1,7 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/FetchFile.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Session/Records.h"
@@ -9,7 +10,6 @@
 #include "Tools/Terminal/Table.h"
 #include "Tools/Terminal/Times.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <sstream>
 
@@ -55,15 +55,19 @@ private:
     std::string text_;
 };
 
-/// nullopt where the text is not to be had; the reason has then been told.
-std::optional<FileText> textFor(Session& session, const SourceTree& source,
-                                const Options& options) {
+/// Explained where the text cannot be fetched.
+Outcome<FileText> textFor(Session& session, const SourceTree& source, const Options& options) {
     const RevisionRange& revisions = options.revisions;
     const auto file =
         fetchFile(session, source,
                   {options.path, revisions.isRange() ? revisions.end : revisions.start, false});
-    const auto content = file ? contentOf(*file) : std::nullopt;
-    return content ? std::optional(FileText(*content)) : std::nullopt;
+    if (!file) {
+        return file.explained();
+    }
+    const auto content = contentOf(*file);
+    return content
+               ? Outcome(FileText(*content))
+               : session.fail("The text of \"" + printable(options.path) + "\" cannot be read.");
 }
 
 /// Why a line has no revision: of a range, it is older; else it is a change of today.
@@ -96,36 +100,31 @@ void printForPeople(const Array& records, const FileText& text, const Options& o
     printPaged(out.str());
 }
 
-int runBlameCommand(const Options& options) {
-    const auto session = Session::open(options.common, "blame");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.path);
+int runBlameCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.path);
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
-    const auto operation = session->perform(requestFor(options, *source));
-    bool textIsMissing = false;
-    const int status = showRecords(*session, operation, options.common, [&](const Array& records) {
-        const auto text = textFor(*session, *source, options);
-        textIsMissing = !text;
-        printForPeople(records, text.value_or(FileText()), options);
+    const auto operation = session.perform(requestFor(options, *source));
+    int textStatus = ExitSuccess;
+    const int status = showRecords(session, operation, [&](const Array& records) {
+        const auto text = textFor(session, *source, options);
+        textStatus = text ? ExitSuccess : text.status();
+        printForPeople(records, text ? *text : FileText(), options);
     });
-    return textIsMissing ? ExitFailure : status;
+    return textStatus == ExitSuccess ? status : textStatus;
 }
 
 } // namespace
 
 void addBlameCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command = line.app.add_subcommand(
-        "blame", "Show who changed each line of a file last, when, and in which revision");
-    addRevisionOption(*command, options->revisions, true,
+    Subcommand command =
+        line.add("blame", "Show who changed each line of a file last, when, and in which revision");
+    addRevisionOption(command, options->revisions, true,
                       "The file as of a revision, or only what the revisions A:B changed");
-    command->add_option("FILE", options->path, "A path or URL")->required();
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runBlameCommand);
+    command.argument("FILE", options->path, "A path or URL").required();
+    runInSession<Options>(command, options, runBlameCommand);
 }
 
 } // namespace quen::tools

@@ -2,11 +2,11 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/BranchEditCommands.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -49,21 +49,16 @@ void tellIfNone(const Session& session, const QuenSourceControlOperation& operat
     }
 }
 
-int runBranchCommand(const Options& options) {
-    const auto session = Session::open(options.common, "branch");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source =
-        SourceTreeFinder(*session, options.common).findWithLayout(options.path, options.layout);
+int runBranchCommand(Session& session, const Options& options) {
+    const auto source = findSourceWithLayout(session, options.path, options.layout);
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
     const auto operation =
-        session->perform(makeRequest(RequestTypeCurrentBranch, sourceAt(options.path, *source)));
-    const int status = showRecords(*session, operation, options.common, printForPeople);
-    if (operation != nullptr && !options.common.json) {
-        tellIfNone(*session, *operation, options, *source);
+        session.perform(makeRequest(RequestTypeCurrentBranch, sourceAt(options.path, *source)));
+    const int status = showRecords(session, operation, printForPeople);
+    if (operation && !options.common.json) {
+        tellIfNone(session, **operation, options, *source);
     }
     return status;
 }
@@ -72,14 +67,12 @@ int runBranchCommand(const Options& options) {
 
 void addBranchCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command = line.app.add_subcommand(
-        "branch", "Show which branch a working copy or URL is on; make or delete one");
-    command->add_option("PATH", options->path, "A path or URL (default: here)");
-    options->layout.addTo(*command);
-    options->common.addTo(*command);
-    addBranchEditCommands(line, *command);
-    command->require_subcommand(0, 1);
-    runWhenGiven(line, *command, options, runBranchCommand);
+    Subcommand command =
+        line.add("branch", "Show which branch a working copy or URL is on; make or delete one");
+    command.argument("PATH", options->path, "A path or URL (default: here)");
+    options->layout.addTo(command);
+    runInSession<Options>(command, options, runBranchCommand);
+    addBranchEditCommands(command);
 }
 
 } // namespace quen::tools

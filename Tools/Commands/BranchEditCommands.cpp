@@ -5,7 +5,6 @@
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/Places/BranchLocation.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
 namespace quen::tools {
@@ -31,79 +30,76 @@ struct Edit {
 };
 
 /// The repository with its branches: the only kind of tree that these requests take.
-std::optional<SourceTree> findRepository(Session& session, const Options& options) {
+Outcome<SourceTree> findRepository(Session& session, const Options& options) {
     if (!isBranchName(options.name)) {
-        session.tell("\"" + printable(options.name) +
-                     "\" cannot be the name of a branch: it has parts that are empty, . or ..");
-        return std::nullopt;
+        return session.fail("\"" + printable(options.name) +
+                            "\" cannot be the name of a branch: it has parts that are empty, . or "
+                            "..");
     }
-    auto source =
-        SourceTreeFinder(session, options.common).findWithLayout(options.path, options.layout);
+    auto source = findSourceWithLayout(session, options.path, options.layout);
     if (source) {
         source->tree = source->repository;
     }
     return source;
 }
 
-/// The options of the request but for the message; nullopt where what to copy is not to be found
+/// The options of the request but for the message; explained where what to copy cannot be found
 /// out.
-std::optional<Dictionary> sourceOptions(Session& session, const Options& options) {
+Outcome<Dictionary> sourceOptions(Session& session, const Options& options) {
     if (options.from.empty()) {
         return Dictionary::empty();
     }
-    const auto location =
-        branchLocation(session, options.common, options.layout, options.path, options.from);
-    return location ? std::optional(
-                          Dictionary{{QuenSourceControlRequestOptionSourceLocation, *location}})
-                    : std::nullopt;
+    const auto location = branchLocation(session, options.layout, options.path, options.from);
+    if (!location) {
+        return location.explained();
+    }
+    return Dictionary{{QuenSourceControlRequestOptionSourceLocation, *location}};
 }
 
-int runEdit(const Edit& edit, const Options& options) {
-    const auto session = Session::open(options.common, "branch " + edit.name);
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = findRepository(*session, options);
+int runEdit(Session& session, const Edit& edit, const Options& options) {
+    const auto source = findRepository(session, options);
     if (!source) {
-        return session->failureStatus();
+        return source.status();
     }
-    auto requestOptions = sourceOptions(*session, options);
-    LogMessage message(*session);
-    if (!requestOptions ||
-        !message.obtain(options.message, {edit.about + " " + printable(options.name)})) {
-        return session->failureStatus();
+    auto requestOptions = sourceOptions(session, options);
+    if (!requestOptions) {
+        return requestOptions.status();
+    }
+    LogMessage message(session);
+    if (!message.obtain(options.message, {edit.about + " " + printable(options.name)})) {
+        return ExitFailure;
     }
     requestOptions->set(QuenSourceControlRequestOptionMessage, message.text());
     const auto request = makeRequest(edit.type, *source, {}, *requestOptions);
     request->setDestination(branchNameInURL(options.name));
-    return message.conclude(makeChange(*session, {request, ""}, options.common, committedSummary));
+    return message.conclude(makeChange(session, {request, ""}, committedSummary));
 }
 
-CLI::App* addEdit(CommandLine& line, CLI::App& branch, const Edit& edit, const std::string& help,
-                  const std::shared_ptr<Options>& options) {
-    CLI::App* const command = branch.add_subcommand(edit.name, help);
-    command->add_option("NAME", options->name, "The branch")->required();
-    command->add_option("PATH", options->path, "A path or URL in the project (default: here)");
-    options->message.addTo(*command);
-    options->layout.addTo(*command);
-    options->common.addTo(*command);
-    command->callback([&line, edit, options] {
-        options->name = branchNameSaid(options->name);
-        line.run = [edit, options] { return runEdit(edit, *options); };
+Subcommand addEdit(Subcommand& branch, const Edit& edit, const std::string& help,
+                   const std::shared_ptr<Options>& options) {
+    Subcommand command = branch.subcommand(edit.name, help);
+    command.argument("NAME", options->name, "The branch").required();
+    command.argument("PATH", options->path, "A path or URL in the project (default: here)");
+    options->message.addTo(command);
+    options->layout.addTo(command);
+    runInSession<Options>(command, options, [edit](Session& session, const Options& given) {
+        Options said = given;
+        said.name = branchNameSaid(given.name);
+        return runEdit(session, edit, said);
     });
     return command;
 }
 
 } // namespace
 
-void addBranchEditCommands(CommandLine& line, CLI::App& branch) {
+void addBranchEditCommands(Subcommand& branch) {
     const auto creation = std::make_shared<Options>();
-    CLI::App* const create = addEdit(line, branch, {"create", RequestTypeRemoteCopy, "New branch"},
-                                     "Make a branch in the repository", creation);
-    create->add_option("--from", creation->from,
-                       "What to branch off: a branch, a URL or ^/NAME (default: the trunk)");
+    Subcommand create = addEdit(branch, {"create", RequestTypeRemoteCopy, "New branch"},
+                                "Make a branch in the repository", creation);
+    create.option("--from", creation->from,
+                  "What to branch off: a branch, a URL or ^/NAME (default: the trunk)");
 
-    addEdit(line, branch, {"delete", RequestTypeRemoteRemove, "Deletion of branch"},
+    addEdit(branch, {"delete", RequestTypeRemoteRemove, "Deletion of branch"},
             "Delete a branch in the repository", std::make_shared<Options>());
 }
 

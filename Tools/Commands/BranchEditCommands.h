@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/CommandLine/Subcommand.h"
 
 namespace quen::tools {
 
 /// Adds `create` and `delete` to the sub-command `branch`.
-void addBranchEditCommands(CommandLine& line, CLI::App& branch);
+void addBranchEditCommands(Subcommand& branch);
 
 } // namespace quen::tools

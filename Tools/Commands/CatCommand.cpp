@@ -1,10 +1,10 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/FetchFile.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -33,52 +33,47 @@ int printContent(const Session& session, const std::string& content, const Optio
     }
     const String text = quensc_stringFromData(std::make_shared<Data>(content));
     if (text.isNil()) {
-        session.tell("\"" + printable(options.path) +
-                     "\" is no text, and JSON holds nothing else. Without --json it is printed as "
-                     "it is.");
-        return ExitFailure;
+        const Explained failure =
+            session.fail("\"" + printable(options.path) +
+                         "\" is not text, and JSON holds nothing else. Without --json it is "
+                         "printed as it is.");
+        return failure.status;
     }
     printJson(Array{Dictionary{{QuenSourceControlOperationContentKey, text}}});
     return ExitSuccess;
 }
 
-int runCatCommand(const Options& options) {
-    const auto session = Session::open(options.common, "cat");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.path);
+int runCatCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.path);
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
-    const auto file = fetchFile(*session, *source, fileFor(options));
+    const auto file = fetchFile(session, *source, fileFor(options));
     if (!file) {
-        return ExitFailure;
+        return file.status();
     }
     const auto content = contentOf(*file);
     if (!content) {
-        session->tell("\"" + printable(options.path) +
-                      "\" is no file. `quen list` shows what a directory holds.");
+        session.tell("\"" + printable(options.path) +
+                     "\" is not a file. `quen list` shows what a directory holds.");
         return ExitFailure;
     }
-    return printContent(*session, *content, options);
+    return printContent(session, *content, options);
 }
 
 } // namespace
 
 void addCatCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        line.app.add_subcommand("cat", "Print a file as the repository holds it");
-    CLI::Option* const revision = addRevisionOption(
-        *command, options->revision, false,
+    Subcommand command = line.add("cat", "Print a file as the repository holds it");
+    const Parameter revision = addRevisionOption(
+        command, options->revision, false,
         "Which revision (default: the one that the working copy is based on; of a URL the "
         "youngest)");
-    command->add_flag("--peg", options->pegs, "The path names what was there in revision REV")
-        ->needs(revision);
-    command->add_option("FILE", options->path, "A path or URL")->required();
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runCatCommand);
+    command.flag("--peg", options->pegs, "The path names what was there in revision REV")
+        .needs(revision);
+    command.argument("FILE", options->path, "A path or URL").required();
+    runInSession<Options>(command, options, runCatCommand);
 }
 
 } // namespace quen::tools

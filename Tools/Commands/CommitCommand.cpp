@@ -3,9 +3,9 @@
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/ChangeList.h"
 #include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -38,48 +38,39 @@ std::string summaryOf(const Value& result, const ClientReport& /*report*/) {
            record[QuenSourceControlOperationRevisionKey].stringValue().str() + ".";
 }
 
-int runCommitCommand(const Options& options) {
-    const auto session = Session::open(options.common, "commit");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.paths.front());
+int runCommitCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.paths.front());
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
     std::vector<std::string> changes;
     if (options.message.needsEditor()) {
-        int status = ExitSuccess;
-        const auto found =
-            linesOfChanges(*session, *source, options.paths, committedChanges, status);
+        const auto found = linesOfChanges(session, *source, options.paths, committedChanges);
         if (!found) {
-            return status;
+            return found.status();
         }
         if (found->empty()) {
             return tellNothingToCommit(options);
         }
         changes = *found;
     }
-    LogMessage message(*session);
+    LogMessage message(session);
     if (!message.obtain(options.message, changes)) {
         return ExitFailure;
     }
     const auto request = makeRequest(RequestTypeCommit, *source, clientPaths(options.paths),
                                      {{QuenSourceControlRequestOptionMessage, message.text()}});
-    return message.conclude(
-        makeChange(*session, {request, options.paths.front()}, options.common, summaryOf));
+    return message.conclude(makeChange(session, {request, options.paths.front()}, summaryOf));
 }
 
 } // namespace
 
 void addCommitCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        line.app.add_subcommand("commit", "Send the changes of a working copy to the repository");
-    options->message.addTo(*command);
-    command->add_option("PATH", options->paths, "Files or directories (default: here)");
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runCommitCommand);
+    Subcommand command = line.add("commit", "Send the changes of a working copy to the repository");
+    options->message.addTo(command);
+    command.arguments("PATH", options->paths, "Files or directories (default: here)");
+    runInSession<Options>(command, options, runCommitCommand);
 }
 
 } // namespace quen::tools

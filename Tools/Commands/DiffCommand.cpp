@@ -1,11 +1,11 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/DiffSummary.h"
 #include "Tools/Commands/Content/DiffText.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/Pager.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <iostream>
@@ -86,28 +86,23 @@ StringArray filesFor(const Options& options) {
     return files;
 }
 
-int runDiffCommand(const Options& options) {
-    const auto session = Session::open(options.common, "diff");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
+int runDiffCommand(Session& session, const Options& options) {
     if (const std::string fault = faultOf(options); !fault.empty()) {
-        session->tell(fault);
+        session.tell(fault);
         return ExitUsage;
     }
     const auto& paths = options.targets.paths;
-    const auto source =
-        SourceTreeFinder(*session, options.common).find(paths.empty() ? "." : paths.front());
+    const auto source = findSource(session, paths.empty() ? "." : paths.front());
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
     if (options.summarizes) {
-        return showSummary(*session, *source, options.targets, options.common);
+        return showSummary(session, *source, options.targets);
     }
     auto request = makeRequest(RequestTypeDiff, *source, filesFor(options));
     setRevisions(*request, options);
-    const auto operation = session->perform(request);
-    return showRecords(*session, operation, options.common,
+    const auto operation = session.perform(request);
+    return showRecords(session, operation,
                        [&](const Array& records) { printForPeople(records, options); });
 }
 
@@ -115,30 +110,28 @@ std::string checkNumber(const std::string& text) {
     const bool isNumber =
         !text.empty() &&
         std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
-    return isNumber ? "" : "\"" + text + "\" is no revision number.";
+    return isNumber ? "" : "\"" + text + "\" is not a revision number.";
 }
 
 } // namespace
 
 void addDiffCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        line.app.add_subcommand("diff", "Show what has changed, line by line or by name");
-    CLI::Option* const revisions =
-        addRevisionOption(*command, options->targets.revisions, true, "The two revisions, A:B");
-    CLI::Option* const change =
-        command->add_option("-c,--change", options->change, "What revision N changed")
-            ->check(CLI::Validator(checkNumber, "N"))
-            ->excludes(revisions);
+    Subcommand command = line.add("diff", "Show what has changed, line by line or by name");
+    const Parameter revisions =
+        addRevisionOption(command, options->targets.revisions, true, "The two revisions, A:B");
+    const Parameter change =
+        command.option("-c,--change", options->change, "What revision N changed")
+            .checked(checkNumber, "N")
+            .excludes(revisions);
     command
-        ->add_flag("--summarize", options->summarizes,
-                   "Only the names of what differs between two places, OLD and NEW, or one place "
-                   "in two revisions")
-        ->excludes(change);
-    command->add_option("PATH", options->targets.paths,
-                        "Paths or URLs (default: here); with --summarize OLD and NEW");
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runDiffCommand);
+        .flag("--summarize", options->summarizes,
+              "Only the names of what differs between two places, OLD and NEW, or one place "
+              "in two revisions")
+        .excludes(change);
+    command.arguments("PATH", options->targets.paths,
+                      "Paths or URLs (default: here); with --summarize OLD and NEW");
+    runInSession<Options>(command, options, runDiffCommand);
 }
 
 } // namespace quen::tools

@@ -1,10 +1,10 @@
 #include "Foundation/PathComponents.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/FetchFile.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -72,37 +72,31 @@ int place(const Session& session, const FetchedFile& file, const Options& option
     return ExitSuccess;
 }
 
-int runExportCommand(const Options& options) {
-    const auto session = Session::open(options.common, "export");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.path);
+int runExportCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.path);
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
     const auto file =
-        fetchFile(*session, *source, {options.path, options.revision.start, options.pegs});
-    return file ? place(*session, *file, options) : ExitFailure;
+        fetchFile(session, *source, {options.path, options.revision.start, options.pegs});
+    return file ? place(session, *file, options) : file.status();
 }
 
 } // namespace
 
 void addExportCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        line.app.add_subcommand("export", "Write a file as it is in a revision to another place");
-    CLI::Option* const revision =
-        addRevisionOption(*command, options->revision, false,
+    Subcommand command = line.add("export", "Write a file as it is in a revision to another place");
+    const Parameter revision =
+        addRevisionOption(command, options->revision, false,
                           "Which revision (default: what the working copy holds; of a URL the "
                           "youngest)");
-    command->add_flag("--peg", options->pegs, "The path names what was there in revision REV")
-        ->needs(revision);
-    command->add_flag("--force", options->overwrites, "Overwrite what is there");
-    command->add_option("FILE", options->path, "A path or URL")->required();
-    command->add_option("TARGET", options->target, "A name or directory (default: here)");
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runExportCommand);
+    command.flag("--peg", options->pegs, "The path names what was there in revision REV")
+        .needs(revision);
+    command.flag("--force", options->overwrites, "Overwrite what is there");
+    command.argument("FILE", options->path, "A path or URL").required();
+    command.argument("TARGET", options->target, "A name or directory (default: here)");
+    runInSession<Options>(command, options, runExportCommand);
 }
 
 } // namespace quen::tools

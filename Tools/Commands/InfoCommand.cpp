@@ -1,11 +1,11 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/Times.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -41,7 +41,7 @@ void printForPeople(const Array& records, const Options& options) {
     }
 }
 
-/// How many of the items have no record, where that is no error.
+/// How many of the items have no record, where that is not an error.
 void tellWhatIsMissing(const Session& session, const QuenSourceControlOperation& operation,
                        const Options& options) {
     const Array* const records = operation.result().array();
@@ -55,25 +55,21 @@ void tellWhatIsMissing(const Session& session, const QuenSourceControlOperation&
                            " items " + (missing == 1 ? "was" : "were") + " never committed.");
 }
 
-int runInfoCommand(const Options& options) {
-    const auto session = Session::open(options.common, "info");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.paths.front());
+int runInfoCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.paths.front());
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
     const auto operation =
-        session->perform(makeRequest(options.onlyChecks ? RequestTypeInfoCheck : RequestTypeInfo,
-                                     *source, clientPaths(options.paths)));
-    if (operation != nullptr && options.onlyChecks) {
-        return session->finish(*operation);
+        session.perform(makeRequest(options.onlyChecks ? RequestTypeInfoCheck : RequestTypeInfo,
+                                    *source, clientPaths(options.paths)));
+    if (operation && options.onlyChecks) {
+        return session.finish(**operation);
     }
-    const int status = showRecords(*session, operation, options.common,
+    const int status = showRecords(session, operation,
                                    [&](const Array& records) { printForPeople(records, options); });
-    if (operation != nullptr && !options.common.json) {
-        tellWhatIsMissing(*session, *operation, options);
+    if (operation && !options.common.json) {
+        tellWhatIsMissing(session, **operation, options);
     }
     return status;
 }
@@ -82,13 +78,12 @@ int runInfoCommand(const Options& options) {
 
 void addInfoCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command = line.app.add_subcommand(
-        "info", "Show where items lie in the repository, and their last change");
-    command->add_flag("--check", options->onlyChecks,
-                      "Print nothing; the exit status says whether all of them are known");
-    command->add_option("PATH", options->paths, "Paths or URLs (default: here)");
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runInfoCommand);
+    Subcommand command =
+        line.add("info", "Show where items lie in the repository, and their last change");
+    command.flag("--check", options->onlyChecks,
+                 "Print nothing; the exit status says whether all of them are known");
+    command.arguments("PATH", options->paths, "Paths or URLs (default: here)");
+    runInSession<Options>(command, options, runInfoCommand);
 }
 
 } // namespace quen::tools

@@ -1,10 +1,10 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -27,18 +27,14 @@ void printForPeople(const Array& records, const Options& options) {
     }
 }
 
-int runListCommand(const Options& options) {
-    const auto session = Session::open(options.common, "list");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.path);
+int runListCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.path);
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
     const auto operation =
-        session->perform(makeRequest(RequestTypeList, *source, {clientPath(options.path)}));
-    return showRecords(*session, operation, options.common,
+        session.perform(makeRequest(RequestTypeList, *source, {clientPath(options.path)}));
+    return showRecords(session, operation,
                        [&](const Array& records) { printForPeople(records, options); });
 }
 
@@ -46,11 +42,9 @@ int runListCommand(const Options& options) {
 
 void addListCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        line.app.add_subcommand("list", "List what a directory of the repository holds");
-    command->add_option("PATH", options->path, "A path or URL (default: here)");
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runListCommand);
+    Subcommand command = line.add("list", "List what a directory of the repository holds");
+    command.argument("PATH", options->path, "A path or URL (default: here)");
+    runInSession<Options>(command, options, runListCommand);
 }
 
 } // namespace quen::tools

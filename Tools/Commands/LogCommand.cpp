@@ -1,5 +1,6 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/Records.h"
@@ -9,7 +10,6 @@
 #include "Tools/Terminal/Table.h"
 #include "Tools/Terminal/Times.h"
 
-#include <CLI/CLI.hpp>
 #include <charconv>
 #include <cstdint>
 #include <memory>
@@ -92,18 +92,13 @@ void printForPeople(const Array& records, const Options& options) {
     printPaged(out.str());
 }
 
-int runLogCommand(const Options& options) {
-    const auto session = Session::open(options.common, "log");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source =
-        SourceTreeFinder(*session, options.common).find(options.path.empty() ? "." : options.path);
+int runLogCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.path.empty() ? "." : options.path);
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
-    const auto operation = session->perform(requestFor(options, *source));
-    return showRecords(*session, operation, options.common,
+    const auto operation = session.perform(requestFor(options, *source));
+    return showRecords(session, operation,
                        [&](const Array& records) { printForPeople(records, options); });
 }
 
@@ -113,27 +108,26 @@ std::string complaintAboutLimit(const std::string& text) {
     const char* const end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, limit);
     const bool isGood = read.ec == std::errc() && read.ptr == end && limit > 0;
-    return isGood ? "" : "\"" + text + "\" is no number of revisions. The least is 1.";
+    return isGood ? "" : "\"" + text + "\" is not a number of revisions. The least is 1.";
 }
 
 } // namespace
 
 void addLogCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command = line.app.add_subcommand("log", "Show the history of an item");
-    addRevisionOption(*command, options->revisions, true, "A revision, or a range of them, A:B");
-    CLI::Option* const path =
-        command->add_option("PATH", options->path, "A path or URL (default: here)");
-    command->add_option("-l,--limit", options->limit, "At most so many revisions")
-        ->check(complaintAboutLimit);
-    command->add_flag("--stop-on-copy", options->stopsOnCopy,
-                      "End where the item was copied from another place");
-    command->add_flag("-f,--files", options->showsFiles, "Also show the files of each revision");
-    command->add_flag("--peg", options->pegs, "The path names what was there in revision REV")
-        ->needs(path)
-        ->needs("--revision");
-    options->common.addTo(*command);
-    runWhenGiven(line, *command, options, runLogCommand);
+    Subcommand command = line.add("log", "Show the history of an item");
+    const Parameter revision =
+        addRevisionOption(command, options->revisions, true, "A revision, or a range of them, A:B");
+    const Parameter path = command.argument("PATH", options->path, "A path or URL (default: here)");
+    command.option("-l,--limit", options->limit, "At most so many revisions")
+        .checked(complaintAboutLimit);
+    command.flag("--stop-on-copy", options->stopsOnCopy,
+                 "End where the item was copied from another place");
+    command.flag("-f,--files", options->showsFiles, "Also show the files of each revision");
+    command.flag("--peg", options->pegs, "The path names what was there in revision REV")
+        .needs(path)
+        .needs(revision);
+    runInSession<Options>(command, options, runLogCommand);
 }
 
 } // namespace quen::tools

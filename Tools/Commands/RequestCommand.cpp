@@ -4,7 +4,6 @@
 #include "Tools/Console/RequestConsole.h"
 #include "Tools/Provider/Provider.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <fstream>
 #include <iostream>
@@ -96,17 +95,17 @@ int runRequestCommand(const Options& options) {
 
 void addRequestCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command = line.app.add_subcommand(
-        "request", "Drive the plug-in with requests in JSON, one object or one a line");
-    command->add_flag("--dry-run", options->dryRun, "Make the operation, do not run it");
-    command->add_flag("--lines", options->lines, "Read one object a line, answer one a line");
-    command->add_option("--log-level", options->logLevel, "Level of the source-control log");
-    command->add_option("--tools-directory", options->toolsDirectory,
-                        "Directory that holds svn (default: that of the svn on PATH)");
-    command->add_option("--plug-in", options->plugIn, "The plug-in's module");
-    command->add_option("FILE", options->file, "The input (default: standard input)");
-    command->callback(
-        [&line, options] { line.run = [options] { return runRequestCommand(*options); }; });
+    Subcommand command =
+        line.add("request", "Drive the plug-in with requests in JSON, one object or one a line");
+    command.flag("--dry-run", options->dryRun, "Make the operation, do not run it");
+    command.flag("--lines", options->lines, "Read one object a line, answer one a line");
+    command.option("--log-level", options->logLevel, "Level of the source-control log");
+    command.option("--tools-directory", options->toolsDirectory,
+                   "Directory that holds svn (default: that of the svn on PATH)");
+    command.option("--plug-in", options->plugIn, "The plug-in's module");
+    command.argument("FILE", options->file, "The input (default: standard input)");
+    command.run([options] { return runRequestCommand(*options); });
+    command.setUsageStatus(ExitFailure);
 }
 
 } // namespace quen::tools

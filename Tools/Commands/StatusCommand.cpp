@@ -1,12 +1,12 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlStatus.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/StatusWords.h"
 #include "Tools/Terminal/Table.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <memory>
@@ -135,19 +135,15 @@ void printForPeople(const Array& records, const Options& options) {
     std::cout << '\n';
 }
 
-int runStatusCommand(const Options& options) {
-    const auto session = Session::open(options.common, "status");
-    if (session == nullptr) {
-        return ExitFailure;
-    }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.paths.front());
+int runStatusCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.paths.front());
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
-    const auto operation = session->perform(
+    const auto operation = session.perform(
         makeRequest(options.asksRepository ? RequestTypeRemoteStatus : RequestTypeStatus, *source,
                     clientPaths(options.paths)));
-    return showRecords(*session, operation, options.common,
+    return showRecords(session, operation,
                        [&](const Array& records) { printForPeople(records, options); });
 }
 
@@ -155,15 +151,12 @@ int runStatusCommand(const Options& options) {
 
 void addStatusCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        line.app.add_subcommand("status", "Show what has changed in a working copy");
-    command->add_flag("-u,--show-updates", options->asksRepository,
-                      "Also ask the repository what others have changed");
-    command->add_flag("--ignored", options->showsIgnored, "Also show ignored items");
-    command->add_option("PATH", options->paths, "Files or directories (default: here)");
-    options->common.addTo(*command);
-    command->callback(
-        [&line, options] { line.run = [options] { return runStatusCommand(*options); }; });
+    Subcommand command = line.add("status", "Show what has changed in a working copy");
+    command.flag("-u,--show-updates", options->asksRepository,
+                 "Also ask the repository what others have changed");
+    command.flag("--ignored", options->showsIgnored, "Also show ignored items");
+    command.arguments("PATH", options->paths, "Files or directories (default: here)");
+    runInSession<Options>(command, options, runStatusCommand);
 }
 
 } // namespace quen::tools

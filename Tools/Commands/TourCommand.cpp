@@ -5,7 +5,6 @@
 #include "Tools/Provider/Provider.h"
 #include "Tools/Tour/TourSteps.h"
 
-#include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -54,12 +53,11 @@ int runTourCommand(const Options& options) {
 
 void addTourCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command = line.app.add_subcommand(
-        "tour", "Watch a small throw-away project go through every kind of request");
-    addColourOption(*command, options->colour);
-    command->add_option("--plug-in", options->plugIn, "The plug-in's module");
-    command->callback(
-        [&line, options] { line.run = [options] { return runTourCommand(*options); }; });
+    Subcommand command =
+        line.add("tour", "Watch a small throw-away project go through every kind of request");
+    addColourOption(command, options->colour);
+    command.option("--plug-in", options->plugIn, "The plug-in's module");
+    command.run([options] { return runTourCommand(*options); });
 }
 
 } // namespace quen::tools

@@ -12,7 +12,7 @@ using OrderedJson = nlohmann::ordered_json;
 
 /// How values look on the wire: nothing is null; strings, integers and booleans are JSON's own; a
 /// date is `YYYY-MM-DDTHH:MM:SS.ffffffZ`; a file path is `{"MarlFilePath": path}`; an error is an
-/// object of domain, code and userInfo. Bytes of a text that are no UTF-8 become U+FFFD.
+/// object of domain, code and userInfo. Bytes of a text that are not UTF-8 become U+FFFD.
 OrderedJson toJson(const String& text);
 OrderedJson toJson(const Value& value);
 OrderedJson toJson(const Error& error);

@@ -77,7 +77,7 @@ std::string editorCommand() {
 bool editFile(const std::string& editor, const std::string& path, std::string& problem) {
     const KeysIgnored keys;
     const DefaultSignals signals;
-    // The command may hold options and quotes, which are a shell's to read; the path is none of it.
+    // The command may hold options and quotes, which are a shell's to read; the path is not.
     std::string script = editor + " \"$1\"";
     std::string shell = "sh";
     std::string option = "-c";

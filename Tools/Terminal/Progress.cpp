@@ -13,7 +13,7 @@ namespace quen::tools {
 namespace {
 
 constexpr std::chrono::milliseconds redrawInterval{100};
-/// With less room than that it is no help to say what is being done.
+/// With less room than this there is no point in saying what is being done.
 constexpr std::size_t leastDoingWidth = 8;
 constexpr std::string_view clearRestOfLine = "\x1b[K";
 constexpr std::string_view ellipsis = "\xE2\x80\xA6"; // one cell wide

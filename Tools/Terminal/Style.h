@@ -29,7 +29,7 @@ private:
 /// Whether standard output is a terminal.
 bool outputIsTerminal() noexcept;
 
-/// A text from outside, made safe to show: control characters and bytes that are no UTF-8, which
+/// A text from outside, made safe to show: control characters and bytes that are not UTF-8, which
 /// could play tricks on a terminal, are shown as U+FFFD.
 std::string printable(std::string_view text);
 

@@ -61,13 +61,13 @@ INSTANTIATE_TEST_SUITE_P(
     Bad, BadSettingsTest,
     testing::Values(
         BadCase{"an unknown name", "\n# x\ntrnk = a\n",
-                "/w/.quen:3: \"trnk\" is no setting; there are trunk, branches and username."},
+                "/w/.quen:3: \"trnk\" is not a setting; there are trunk, branches and username."},
         BadCase{"no equals sign", "trunk ^/main\n",
                 "/w/.quen:1: expected `name = value`, as in `trunk = ^/trunk`."},
         BadCase{"no value", "trunk = ^/main\nbranches =\n",
                 "/w/.quen:2: \"branches\" is given no value."},
         BadCase{"no name", "= a",
-                "/w/.quen:1: \"\" is no setting; there are trunk, branches and "
+                "/w/.quen:1: \"\" is not a setting; there are trunk, branches and "
                 "username."}),
     CaseName());
 

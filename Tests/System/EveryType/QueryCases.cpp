@@ -52,7 +52,7 @@ std::vector<TypeCase> queryCases() {
                    "QuenSourceControlOperationWCStatusKey: 256, "
                    "QuenSourceControlOperationRepositoryStatusKey: 0}]",
          .effects = {{{"status"}, "M       a.txt\n?       new.txt\n"}}},
-        {.name = "status of what is no working copy",
+        {.name = "status of what is not a working copy",
          .type = RequestTypeStatus,
          .className = "SVNStatusOperation",
          .prepare = {},

@@ -43,34 +43,24 @@ void tellOfCleanup(const Session& session, const QuenSourceControlOperation& ope
 
 } // namespace
 
-int makeChange(Session& session, const Change& change, const CommonOptions& options,
-               const ChangeSummary& summary) {
-    return finishChange(session, session.perform(change.request, change.follow), change, options,
-                        summary);
+int makeChange(Session& session, const Change& change, const ChangeSummary& summary) {
+    return finishChange(session, session.perform(change.request, change.follow), change, summary);
 }
 
-int finishChange(Session& session, const QuenSourceControlOperationPtr& operation,
-                 const Change& change, const CommonOptions& options, const ChangeSummary& summary) {
-    if (operation == nullptr) {
-        return ExitFailure;
+int finishChange(const Session& session, const Outcome<QuenSourceControlOperationPtr>& operation,
+                 const Change& change, const ChangeSummary& summary) {
+    if (!operation) {
+        return operation.status();
     }
-    if (options.json) {
-        printJson(operation->result());
-    } else if (!operation->error() && !session.wasStopped(*operation)) {
-        printForPeople(summary(operation->result(), session.report()), session.report());
+    const QuenSourceControlOperation& performed = **operation;
+    if (session.options().json) {
+        printJson(performed.result());
+    } else if (!performed.error() && !session.wasStopped(performed)) {
+        printForPeople(summary(performed.result(), session.report()), session.report());
     }
-    const int status = session.finish(*operation);
-    tellOfCleanup(session, *operation, change);
+    const int status = session.finish(performed);
+    tellOfCleanup(session, performed, change);
     return status;
-}
-
-std::string counted(std::size_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
-std::string committedSummary(const Value& /*result*/, const ClientReport& report) {
-    return report.revision().empty() ? "Nothing to commit."
-                                     : "Committed revision " + report.revision() + ".";
 }
 
 } // namespace quen::tools

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/Session/Session.h"
 
 #include <functional>
@@ -24,18 +25,10 @@ using ChangeSummary = std::function<std::string(const Value& result, const Clien
 /// Makes the change and tells how it went: the records as JSON or the summary on standard output,
 /// and on standard error what went wrong, with what to do where the working copy may have been left
 /// locked. The exit status.
-int makeChange(Session& session, const Change& change, const CommonOptions& options,
-               const ChangeSummary& summary);
+int makeChange(Session& session, const Change& change, const ChangeSummary& summary);
 
-/// The second half of that, for an operation that was performed; null where there was none to
-/// perform, for a reason that has been told.
-int finishChange(Session& session, const QuenSourceControlOperationPtr& operation,
-                 const Change& change, const CommonOptions& options, const ChangeSummary& summary);
-
-/// `1 item`, `12 items`; `noun` is the plural but for its `s`.
-std::string counted(std::size_t count, const std::string& noun);
-
-/// `Committed revision 12.`; nothing to commit where the client named no revision.
-std::string committedSummary(const Value& result, const ClientReport& report);
+/// The second half of that, for an operation that was performed.
+int finishChange(const Session& session, const Outcome<QuenSourceControlOperationPtr>& operation,
+                 const Change& change, const ChangeSummary& summary);
 
 } // namespace quen::tools

@@ -36,17 +36,16 @@ Table tableOf(const Value& result, std::uint32_t flags) {
 
 } // namespace
 
-std::optional<std::vector<std::string>> linesOfChanges(Session& session, const SourceTree& source,
-                                                       const std::vector<std::string>& paths,
-                                                       std::uint32_t flags, int& status) {
+Outcome<std::vector<std::string>> linesOfChanges(Session& session, const SourceTree& source,
+                                                 const std::vector<std::string>& paths,
+                                                 std::uint32_t flags) {
     const auto operation =
-        session.perform(makeRequest(RequestTypeStatus, source, clientPaths(paths)));
-    status = operation == nullptr ? ExitFailure : session.finish(*operation);
-    if (status != ExitSuccess) {
-        return std::nullopt;
+        session.query(makeRequest(RequestTypeStatus, source, clientPaths(paths)));
+    if (!operation) {
+        return operation.explained();
     }
     std::ostringstream text;
-    tableOf(operation->result(), flags).print(text, Palette(Palette::Use::never));
+    tableOf((*operation)->result(), flags).print(text, Palette(Palette::Use::never));
     std::vector<std::string> lines;
     const std::string whole = text.str();
     for (const std::string_view line : linesOf(whole)) {

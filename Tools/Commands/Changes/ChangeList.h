@@ -4,7 +4,6 @@
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,10 +28,9 @@ constexpr std::uint32_t changesLostByRemoval = changesLostByRevert | QuenSourceC
                                                QuenSourceControlStatusIgnored;
 
 /// The items at and below the paths whose status has one of the flags, a line each in aligned
-/// columns: `modified  src/a.c`. nullopt where the status is not to be had: that is then told, and
-/// `status` is the exit status that follows.
-std::optional<std::vector<std::string>> linesOfChanges(Session& session, const SourceTree& source,
-                                                       const std::vector<std::string>& paths,
-                                                       std::uint32_t flags, int& status);
+/// columns: `modified  src/a.c`. Explained where the client does not tell the status.
+Outcome<std::vector<std::string>> linesOfChanges(Session& session, const SourceTree& source,
+                                                 const std::vector<std::string>& paths,
+                                                 std::uint32_t flags);
 
 } // namespace quen::tools

@@ -4,7 +4,6 @@
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/Editor.h"
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -85,11 +84,11 @@ std::string messageInEditorText(std::string_view text) {
     return message.substr(lineFeed == std::string::npos ? 0 : lineFeed + 1);
 }
 
-void MessageOptions::addTo(CLI::App& command) {
-    CLI::Option* const message =
-        command.add_option("-m,--message", text, "The log message (default: ask the editor)");
-    command.add_option("-F,--file", file, "A file that holds the log message; - is standard input")
-        ->excludes(message);
+void MessageOptions::addTo(Subcommand& command) {
+    const Parameter message =
+        command.option("-m,--message", text, "The log message (default: ask the editor)");
+    command.option("-F,--file", file, "A file that holds the log message; - is standard input")
+        .excludes(message);
 }
 
 LogMessage::~LogMessage() {

@@ -23,7 +23,7 @@ struct MessageOptions {
     std::optional<std::string> text;
     std::optional<std::string> file;
 
-    void addTo(CLI::App& command);
+    void addTo(Subcommand& command);
     /// Neither was given, so that the person is to write the message in an editor.
     bool needsEditor() const { return !text && !file; }
 };

@@ -1,49 +1,43 @@
 #pragma once
 
+#include "Tools/Commands/CommandLine/Subcommand.h"
 #include "Tools/Terminal/ExitStatus.h"
 
 #include <functional>
+#include <map>
 #include <memory>
-
-namespace CLI {
-class App;
-}
+#include <string>
+#include <vector>
 
 namespace quen::tools {
 
-/// The command line while it is put together. A sub-command adds itself with its options and, when
-/// it is the one given, sets `run`, which then does the work and answers the exit status.
-struct CommandLine {
-    CLI::App& app;
-    std::function<int()> run;
+/// The command line of the program: its sub-commands, and how what was typed leads to one of them.
+class CommandLine {
+public:
+    CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+    ~CommandLine();
+
+    Subcommand add(const std::string& name, const std::string& help);
+
+    /// Reads the words that were typed behind the program's name and runs the sub-command that they
+    /// name. What is wrong with them is told on standard error, and help that was asked for on
+    /// standard output. The exit status.
+    int run(const std::vector<std::string>& words);
+
+private:
+    friend class Subcommand;
+    void choose(std::function<int()> action) { action_ = std::move(action); }
+    void setUsageStatus(const CLI::App& app, int status) { usageStatuses_[&app] = status; }
+    int usageStatus() const;
+
+    std::unique_ptr<CLI::App> app_;
+    std::function<int()> action_;
+    std::map<const CLI::App*, int> usageStatuses_;
 };
 
-/// Makes a sub-command run when it is the one given, and none of its own sub-commands.
-void runWhenGiven(CommandLine& line, CLI::App& command, std::function<int()> run);
-
-/// Likewise, a function of its options.
-template <typename Options> void runWhenGiven(CommandLine& line, CLI::App& command,
-                                              const std::shared_ptr<Options>& options,
-                                              int (*run)(const Options&)) {
-    runWhenGiven(line, command, [options, run] { return run(*options); });
-}
-
-void addBlameCommand(CommandLine& line);
-void addBranchCommand(CommandLine& line);
-void addBranchesCommand(CommandLine& line);
-void addCatCommand(CommandLine& line);
-void addCommitCommand(CommandLine& line);
-void addDiffCommand(CommandLine& line);
-void addExportCommand(CommandLine& line);
-void addIgnoreCommands(CommandLine& line);
-void addInfoCommand(CommandLine& line);
-void addListCommand(CommandLine& line);
-void addLocalEditCommands(CommandLine& line);
-void addLogCommand(CommandLine& line);
-void addRequestCommand(CommandLine& line);
-void addStatusCommand(CommandLine& line);
-void addTourCommand(CommandLine& line);
-void addTransferCommands(CommandLine& line);
-void addTreeEditCommands(CommandLine& line);
+/// Adds every sub-command, in the order of the help. Made from the list in CMakeLists.txt.
+void addAllCommands(CommandLine& line);
 
 } // namespace quen::tools

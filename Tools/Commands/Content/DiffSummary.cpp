@@ -9,27 +9,25 @@
 
 #include <cstdint>
 #include <iostream>
-#include <optional>
 
 namespace quen::tools {
 
 namespace {
 
-/// The client compares places by URL. nullopt where there is none; the reason has then been told.
-std::optional<std::string> urlOf(Session& session, const SourceTree& source,
-                                 const std::string& location) {
+/// The client compares places by URL. Explained where there is none.
+Outcome<std::string> urlOf(Session& session, const SourceTree& source,
+                           const std::string& location) {
     if (isRepositoryURL(location)) {
         return location;
     }
     const auto operation =
-        session.perform(makeRequest(RequestTypeInfo, source, {clientPath(location)}));
-    if (operation == nullptr || session.finish(*operation) != ExitSuccess) {
-        return std::nullopt;
+        session.query(makeRequest(RequestTypeInfo, source, {clientPath(location)}));
+    if (!operation) {
+        return operation.explained();
     }
-    const Array* const records = operation->result().array();
+    const Array* const records = (*operation)->result().array();
     if (records == nullptr || records->count() == 0) {
-        session.tell("\"" + printable(location) + "\" was never committed.");
-        return std::nullopt;
+        return session.fail("\"" + printable(location) + "\" was never committed.");
     }
     const Dictionary& record = *(*records)[0].dictionary();
     return record[QuenSourceControlOperationRemoteOriginKey].stringValue().str();
@@ -95,17 +93,16 @@ std::string faultOfSummary(const DiffTargets& targets) {
            "What has changed in a working copy is shown by `quen status`.";
 }
 
-int showSummary(Session& session, const SourceTree& source, const DiffTargets& targets,
-                const CommonOptions& options) {
+int showSummary(Session& session, const SourceTree& source, const DiffTargets& targets) {
     const auto oldURL = urlOf(session, source, targets.paths.front());
     const auto newURL =
         oldURL && targets.paths.size() > 1 ? urlOf(session, source, targets.paths.back()) : oldURL;
     if (!oldURL || !newURL) {
-        return ExitFailure;
+        return (oldURL ? newURL : oldURL).status();
     }
     const auto operation = session.perform(requestFor(source, *oldURL, *newURL, targets.revisions));
-    return showRecords(session, operation, options, [&](const Array& records) {
-        printForPeople(records, *oldURL, options.palette());
+    return showRecords(session, operation, [&](const Array& records) {
+        printForPeople(records, *oldURL, session.options().palette());
     });
 }
 

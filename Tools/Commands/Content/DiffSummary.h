@@ -21,7 +21,6 @@ std::string faultOfSummary(const DiffTargets& targets);
 /// Shows the names of what differs between two places of the repository: OLD and NEW, each at its
 /// end of the range where there is one. A path stands for its URL; a single target for both.
 /// The exit status.
-int showSummary(Session& session, const SourceTree& source, const DiffTargets& targets,
-                const CommonOptions& options);
+int showSummary(Session& session, const SourceTree& source, const DiffTargets& targets);
 
 } // namespace quen::tools

@@ -11,7 +11,7 @@ bool beginsHunk(std::string_view line) {
     return line.starts_with("@@ ") || line.starts_with("## ");
 }
 
-/// Whether a line can belong to a hunk: else what follows is no part of it.
+/// Whether a line can belong to a hunk: else what follows is not part of it.
 bool continuesHunk(std::string_view line) {
     return !line.empty() && std::string_view(" +-\\").find(line.front()) != std::string_view::npos;
 }

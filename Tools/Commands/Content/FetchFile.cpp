@@ -26,17 +26,17 @@ std::filesystem::path pathIn(const Value& result) {
 
 } // namespace
 
-std::optional<FetchedFile> fetchFile(Session& session, const SourceTree& source,
-                                     const FileToFetch& file) {
+Outcome<FetchedFile> fetchFile(Session& session, const SourceTree& source,
+                               const FileToFetch& file) {
     auto request =
         makeRequest(RequestTypeExportFile, source, {clientPath(file.location)},
                     Dictionary{{QuenSourceControlRequestOptionSupplyDirectRevision, file.pegs}});
     request->setStartingRevision(startingRevisionFor(file.revision));
-    const auto operation = session.perform(request, Follow::progress);
-    if (operation == nullptr || session.finish(*operation) != ExitSuccess) {
-        return std::nullopt;
+    const auto operation = session.query(request, Follow::progress);
+    if (!operation) {
+        return operation.explained();
     }
-    return FetchedFile{operation, pathIn(operation->result())};
+    return FetchedFile{*operation, pathIn((*operation)->result())};
 }
 
 std::optional<std::string> contentOf(const FetchedFile& file) {

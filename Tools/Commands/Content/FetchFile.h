@@ -25,9 +25,8 @@ struct FetchedFile {
     std::filesystem::path path;
 };
 
-/// nullopt where the file is not to be had; the reason has then been told.
-std::optional<FetchedFile> fetchFile(Session& session, const SourceTree& source,
-                                     const FileToFetch& file);
+/// Explained where the file cannot be fetched.
+Outcome<FetchedFile> fetchFile(Session& session, const SourceTree& source, const FileToFetch& file);
 
 /// What a fetched file holds; of a symbolic link `link` and where it leads, as the client itself
 /// shows it, for the link is the repository's and not to be followed here. nullopt for a directory

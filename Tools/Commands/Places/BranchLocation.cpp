@@ -8,20 +8,19 @@ std::string branchNameSaid(const std::string& word) {
     return word.starts_with("./-") ? word.substr(2) : word;
 }
 
-std::optional<String> branchLocation(Session& session, const CommonOptions& common,
-                                     const LayoutOptions& layout, const std::string& place,
-                                     const std::string& word) {
+Outcome<String> branchLocation(Session& session, const LayoutOptions& layout,
+                               const std::string& place, const std::string& word) {
     const std::string branch = branchNameSaid(word);
     if (isRepositoryURL(branch) || branch.starts_with("^/")) {
         return closedClientPath(branch);
     }
     if (!isBranchName(branch)) {
-        session.tell("\"" + printable(branch) + "\" is no branch: give its name, a URL or ^/NAME.");
-        return std::nullopt;
+        return session.fail("\"" + printable(branch) +
+                            "\" is not a branch: give its name, a URL or ^/NAME.");
     }
-    const auto source = SourceTreeFinder(session, common).findWithLayout(place, layout);
+    const auto source = findSourceWithLayout(session, place, layout);
     if (!source) {
-        return std::nullopt;
+        return source.explained();
     }
     if (branch == "trunk") {
         return closedClientPath(source->repository->trunkLocation().absoluteString().str());

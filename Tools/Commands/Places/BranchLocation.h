@@ -3,7 +3,6 @@
 #include "Host/Places/BranchNames.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,9 +14,8 @@ std::string branchNameSaid(const std::string& word);
 
 /// What a person means by the branch to switch to, to merge or to copy: a URL or a place below the
 /// repository's root (`^/NAME`) as it is, `trunk`, or the name of a branch. As the client must be
-/// given it; nullopt where it cannot be found out, which has then been told.
-std::optional<String> branchLocation(Session& session, const CommonOptions& common,
-                                     const LayoutOptions& layout, const std::string& place,
-                                     const std::string& word);
+/// given it; explained where it cannot be found out.
+Outcome<String> branchLocation(Session& session, const LayoutOptions& layout,
+                               const std::string& place, const std::string& word);
 
 } // namespace quen::tools

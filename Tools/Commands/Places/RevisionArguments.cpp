@@ -2,7 +2,6 @@
 
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -16,7 +15,7 @@ bool isNumber(std::string_view text) {
                                         [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
-/// The revision as the client reads it; empty for what is none.
+/// The revision as the client reads it; empty for anything else.
 std::string parseRevision(std::string_view text) {
     if (isNumber(text)) {
         return std::string(text);
@@ -61,20 +60,19 @@ String startingRevisionFor(const std::string& revision) {
     return revision.empty() ? String() : String(revision);
 }
 
-CLI::Option* addRevisionOption(CLI::App& command, RevisionRange& revisions, bool takesRange,
-                               const std::string& help) {
-    const auto read = [&revisions, takesRange](const std::string& text) {
-        const auto range = parseRevisionRange(text);
-        if (!range || (range->isRange() && !takesRange)) {
-            throw CLI::ValidationError(
-                "--revision",
-                "\"" + text + "\" is no revision" + (takesRange ? " or range of them" : "") +
-                    ". A revision is a number, HEAD, BASE, PREV, COMMITTED or a date in braces" +
-                    (takesRange ? ", a range is two of them with a colon between." : "."));
+Parameter addRevisionOption(Subcommand& command, RevisionRange& revisions, bool takesRange,
+                            const std::string& help) {
+    const auto read = [&revisions, takesRange](const std::string& word) -> std::string {
+        const auto range = parseRevisionRange(word);
+        if (range && (takesRange || !range->isRange())) {
+            revisions = *range;
+            return {};
         }
-        revisions = *range;
+        return "\"" + word + "\" is not a revision" + (takesRange ? " or range of them" : "") +
+               ". A revision is a number, HEAD, BASE, PREV, COMMITTED or a date in braces" +
+               (takesRange ? ", a range is two of them with a colon between." : ".");
     };
-    return command.add_option_function<std::string>("-r,--revision", read, help)->type_name("REV");
+    return command.option("-r,--revision", "REV", read, help);
 }
 
 } // namespace quen::tools

@@ -1,15 +1,11 @@
 #pragma once
 
 #include "Foundation/String.h"
+#include "Tools/Commands/CommandLine/Subcommand.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
-
-namespace CLI {
-class App;
-class Option;
-} // namespace CLI
 
 namespace quen::tools {
 
@@ -34,8 +30,9 @@ std::optional<RevisionRange> parseRevisionRange(std::string_view text);
 /// ending revision goes to the client word for word.
 String startingRevisionFor(const std::string& revision);
 
-/// `-r`, checked while the command line is read. `range` says whether two revisions make sense.
-CLI::Option* addRevisionOption(CLI::App& command, RevisionRange& revisions, bool takesRange,
-                               const std::string& help);
+/// `-r`, checked while the command line is read. `takesRange` says whether two revisions make
+/// sense.
+Parameter addRevisionOption(Subcommand& command, RevisionRange& revisions, bool takesRange,
+                            const std::string& help);
 
 } // namespace quen::tools

@@ -4,7 +4,6 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -40,7 +39,7 @@ bool isBelowRoot(const std::string& location) {
     return location.starts_with("^/");
 }
 
-/// What is said of one location, as a URL; nil for what is none.
+/// What is said of one location, as a URL; nil for anything else.
 URL resolved(std::string location, const String& root) {
     if (isBelowRoot(location)) {
         location = root.str() + location.substr(1);
@@ -75,6 +74,64 @@ std::vector<std::string> placesToAsk(const std::string& location) {
     return places;
 }
 
+/// What is said of this location by options and files.
+Outcome<Settings> settingsOf(const Session& session, const std::string& location) {
+    std::string problem;
+    auto settings = isRepositoryURL(location) ? Settings() : settingsFor(location, problem);
+    if (!settings) {
+        return session.fail(problem);
+    }
+    settings->user = firstSaid(session.options().user, settings->user);
+    return *settings;
+}
+
+struct Place {
+    std::string url;
+    std::string root;
+};
+
+/// Where a location lies in the repository, as the client says.
+Outcome<Place> placeOf(Session& session, const std::string& location, const SourceTree& source) {
+    for (const std::string& place : placesToAsk(location)) {
+        const auto operation =
+            session.query(makeRequest(RequestTypeInfo, source, {clientPath(place)}));
+        if (!operation) {
+            return operation.explained();
+        }
+        const Array* const records = (*operation)->result().array();
+        if (records != nullptr && records->count() > 0) {
+            const Dictionary& record = *(*records)[0].dictionary();
+            return Place{record[QuenSourceControlOperationRemoteOriginKey].stringValue().str(),
+                         record[QuenSourceControlOperationRepositoryRootKey].stringValue().str()};
+        }
+    }
+    return session.fail("It is not known where \"" + printable(location) +
+                        "\" lies in the repository: nothing there was ever committed.");
+}
+
+/// Puts the layout into the facts; explained where it cannot be found out.
+Outcome<HostRepository::Facts> factsWithLayout(Session& session, const std::string& location,
+                                               RepositoryLayout layout,
+                                               HostRepository::Facts facts) {
+    if (!isWholeURL(layout.trunk) || !isWholeURL(layout.branches)) {
+        const auto place = placeOf(session, location, makeSource(location, facts));
+        if (!place) {
+            return place.explained();
+        }
+        const RepositoryLayout usual = usualLayout(place->url, place->root);
+        layout = {firstSaid(layout.trunk, usual.trunk), firstSaid(layout.branches, usual.branches)};
+        facts.location = place->root;
+    }
+    facts.trunkLocation = resolved(layout.trunk, facts.location);
+    facts.branchesLocation = resolved(layout.branches, facts.location);
+    if (facts.trunkLocation.isNil() || facts.branchesLocation.isNil()) {
+        return session.fail("\"" + (facts.trunkLocation.isNil() ? layout.trunk : layout.branches) +
+                            "\" is not a URL. Write it whole or as ^/NAME, with %20 for a blank "
+                            "and likewise for what is not ASCII.");
+    }
+    return facts;
+}
+
 } // namespace
 
 QuenSourceControlRequestPtr makeRequest(RequestType type, const SourceTree& source,
@@ -85,80 +142,33 @@ QuenSourceControlRequestPtr makeRequest(RequestType type, const SourceTree& sour
     return request;
 }
 
-void LayoutOptions::addTo(CLI::App& command) {
-    command.add_option("--trunk", layout.trunk, "The trunk: a URL, or ^/NAME in the repository");
-    command.add_option("--branches", layout.branches, "What holds the branches, likewise");
+void LayoutOptions::addTo(Subcommand& command) {
+    command.option("--trunk", layout.trunk, "The trunk: a URL, or ^/NAME in the repository");
+    command.option("--branches", layout.branches, "What holds the branches, likewise");
 }
 
-std::optional<SourceTree> SourceTreeFinder::find(const std::string& location) {
-    const auto settings = settingsOf(location);
+Outcome<SourceTree> findSource(const Session& session, const std::string& location) {
+    const auto settings = settingsOf(session, location);
     if (!settings) {
-        return std::nullopt;
+        return settings.explained();
     }
     HostRepository::Facts facts;
     facts.user = settings->user;
     return makeSource(location, std::move(facts));
 }
 
-std::optional<SourceTree> SourceTreeFinder::findWithLayout(const std::string& location,
-                                                           const LayoutOptions& options) {
-    const auto settings = settingsOf(location);
+Outcome<SourceTree> findSourceWithLayout(Session& session, const std::string& location,
+                                         const LayoutOptions& options) {
+    const auto settings = settingsOf(session, location);
     if (!settings) {
-        return std::nullopt;
+        return settings.explained();
     }
     HostRepository::Facts facts;
     facts.user = settings->user;
-    RepositoryLayout layout{firstSaid(options.layout.trunk, settings->layout.trunk),
-                            firstSaid(options.layout.branches, settings->layout.branches)};
-    if (!isWholeURL(layout.trunk) || !isWholeURL(layout.branches)) {
-        const auto place = placeOf(location, makeSource(location, facts));
-        if (!place) {
-            return std::nullopt;
-        }
-        const RepositoryLayout usual = usualLayout(place->url, place->root);
-        layout = {firstSaid(layout.trunk, usual.trunk), firstSaid(layout.branches, usual.branches)};
-        facts.location = place->root;
-    }
-    facts.trunkLocation = resolved(layout.trunk, facts.location);
-    facts.branchesLocation = resolved(layout.branches, facts.location);
-    if (facts.trunkLocation.isNil() || facts.branchesLocation.isNil()) {
-        session_.tell("\"" + (facts.trunkLocation.isNil() ? layout.trunk : layout.branches) +
-                      "\" is no URL. Write it whole or as ^/NAME, with %20 for a blank and "
-                      "likewise for what is no ASCII.");
-        return std::nullopt;
-    }
-    return makeSource(location, std::move(facts));
-}
-
-std::optional<Settings> SourceTreeFinder::settingsOf(const std::string& location) {
-    std::string problem;
-    auto settings = isRepositoryURL(location) ? Settings() : settingsFor(location, problem);
-    if (!settings) {
-        session_.tell(problem);
-        return std::nullopt;
-    }
-    settings->user = firstSaid(common_.user, settings->user);
-    return settings;
-}
-
-std::optional<SourceTreeFinder::Place> SourceTreeFinder::placeOf(const std::string& location,
-                                                                 const SourceTree& source) {
-    for (const std::string& place : placesToAsk(location)) {
-        const auto operation =
-            session_.perform(makeRequest(RequestTypeInfo, source, {clientPath(place)}));
-        if (operation == nullptr || session_.finish(*operation) != ExitSuccess) {
-            return std::nullopt;
-        }
-        const Array* const records = operation->result().array();
-        if (records != nullptr && records->count() > 0) {
-            const Dictionary& record = *(*records)[0].dictionary();
-            return Place{record[QuenSourceControlOperationRemoteOriginKey].stringValue().str(),
-                         record[QuenSourceControlOperationRepositoryRootKey].stringValue().str()};
-        }
-    }
-    session_.tell("It is not known where \"" + printable(location) +
-                  "\" lies in the repository: nothing there was ever committed.");
-    return std::nullopt;
+    const RepositoryLayout said{firstSaid(options.layout.trunk, settings->layout.trunk),
+                                firstSaid(options.layout.branches, settings->layout.branches)};
+    auto known = factsWithLayout(session, location, said, std::move(facts));
+    return known ? Outcome(makeSource(location, std::move(*known))) : known.explained();
 }
 
 } // namespace quen::tools

@@ -4,7 +4,6 @@
 #include "QuenFoundation/QuenSourceControlRequest.h"
 #include "Tools/Commands/Session/Session.h"
 
-#include <optional>
 #include <string>
 
 namespace quen::tools {
@@ -24,41 +23,21 @@ QuenSourceControlRequestPtr makeRequest(RequestType type, const SourceTree& sour
 struct LayoutOptions {
     RepositoryLayout layout;
 
-    void addTo(CLI::App& command);
+    void addTo(Subcommand& command);
 };
 
-/// Makes the records of source trees that a host would keep, from what a person types: for a path
+/// The records of source trees that a host would keep, made from what a person types: for a path
 /// the working copy that it lies in, at its top directory; for a URL the repository. Always taken
-/// to be reachable, since only trying can tell.
+/// to be reachable, since only trying can tell. The client is not asked, so nothing is known of the
+/// layout.
 ///
 /// What the person says by options comes first, then what a `.quen` file says (for paths), then the
-/// usual layout.
-class SourceTreeFinder {
-public:
-    SourceTreeFinder(Session& session, const CommonOptions& common)
-        : session_(session), common_(common) {}
+/// usual layout. Explained where a `.quen` file is at fault.
+Outcome<SourceTree> findSource(const Session& session, const std::string& location);
 
-    /// Without a word to the client, so it knows nothing of the layout. nullopt where a `.quen`
-    /// file is at fault; that has then been told.
-    std::optional<SourceTree> find(const std::string& location);
-
-    /// With trunk and branches; the repository's location is its root. Asks the client where the
-    /// location lies, unless both are given as URLs. nullopt where that is not to be found out; the
-    /// reason has then been told.
-    std::optional<SourceTree> findWithLayout(const std::string& location,
-                                             const LayoutOptions& options);
-
-private:
-    struct Place {
-        std::string url;
-        std::string root;
-    };
-    /// What is said of this location by options and files.
-    std::optional<Settings> settingsOf(const std::string& location);
-    std::optional<Place> placeOf(const std::string& location, const SourceTree& source);
-
-    Session& session_;
-    const CommonOptions& common_;
-};
+/// Likewise, with trunk and branches; the repository's location is its root. Asks the client where
+/// the location lies, unless both are given as URLs. Explained also where that cannot be found out.
+Outcome<SourceTree> findSourceWithLayout(Session& session, const std::string& location,
+                                         const LayoutOptions& options);
 
 } // namespace quen::tools

@@ -6,7 +6,6 @@
 #include "Tools/Provider/Provider.h"
 #include "Tools/Terminal/InterruptWatch.h"
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <utility>
 
@@ -20,48 +19,46 @@ ToolRunnerPtr makeRunner(bool keepsTerminal) {
 
 } // namespace
 
-void addColourOption(CLI::App& command, std::string& colour) {
-    command.add_option("--color", colour, "Colours: auto, always or never")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
+void addColourOption(Subcommand& command, std::string& colour) {
+    command.option("--color", colour, "Colours: auto, always or never")
+        .oneOf({"auto", "always", "never"});
 }
 
-void CommonOptions::addTo(CLI::App& command) {
-    command.add_flag("--json", json, "Print the records as JSON");
+void CommonOptions::addTo(Subcommand& command) {
+    command.flag("--json", json, "Print the records as JSON");
     addColourOption(command, colour);
-    command.add_option("--username", user, "User name for the repository");
-    command.add_flag("--ask", asksOnTerminal,
-                     "Let svn ask on this terminal, for a password for instance");
-    command.add_option("--plug-in", plugIn, "The plug-in's module");
+    command.option("--username", user, "User name for the repository");
+    command.flag("--ask", asksOnTerminal,
+                 "Let svn ask on this terminal, for a password for instance");
+    command.option("--plug-in", plugIn, "The plug-in's module");
 }
 
-Session::Session(QuenSourceControlProtocolPtr provider, std::string command, bool lendsTerminal)
-    : provider_(std::move(provider)), command_(std::move(command)), lendsTerminal_(lendsTerminal),
-      scope_(RunContext::current().withToolRunner(makeRunner(lendsTerminal))) {}
+Session::Session(const CommonOptions& options, QuenSourceControlProtocolPtr provider,
+                 std::string command)
+    : options_(options), provider_(std::move(provider)), command_(std::move(command)),
+      scope_(RunContext::current().withToolRunner(makeRunner(options.asksOnTerminal))) {}
 
-std::unique_ptr<Session> Session::open(const CommonOptions& options, std::string command) {
+Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, std::string command) {
     std::string problem;
     auto provider = loadProviderOrExplain(options.plugIn, problem);
-    std::unique_ptr<Session> session(
-        new Session(std::move(provider), std::move(command), options.asksOnTerminal));
+    std::unique_ptr<Session> session(new Session(options, std::move(provider), std::move(command)));
     if (session->provider_ == nullptr) {
-        session->tell(problem);
-        return nullptr;
+        return session->fail(problem);
     }
     return session;
 }
 
-QuenSourceControlOperationPtr Session::perform(const QuenSourceControlRequestPtr& request,
-                                               Follow follow) {
+Outcome<QuenSourceControlOperationPtr> Session::perform(const QuenSourceControlRequestPtr& request,
+                                                        Follow follow) {
     Error refusal;
     if (!provider_->validateRequest(request, &refusal)) {
         tell(refusal);
-        return nullptr;
+        return Explained{ExitFailure};
     }
     const RunContext::Scope scope(contextFor(follow));
     auto operation = provider_->operationForRequest(request);
     if (operation == nullptr) {
-        tell("The plug-in has no operation for this request.");
-        return nullptr;
+        return fail("The plug-in has no operation for this request.");
     }
     if (!operation->error()) {
         run(operation, follow);
@@ -82,12 +79,19 @@ RunContext Session::contextFor(Follow follow) {
         });
 }
 
+Outcome<QuenSourceControlOperationPtr> Session::query(const QuenSourceControlRequestPtr& request,
+                                                      Follow follow) {
+    auto operation = perform(request, follow);
+    const int status = operation ? finish(**operation) : operation.status();
+    return status == ExitSuccess ? operation : Explained{status};
+}
+
 void Session::run(const QuenSourceControlOperationPtr& operation, Follow follow) {
     const InterruptWatch watch([&] { operation->cancel(); });
     if (follow == Follow::progress) {
         report_ = ClientReport();
         // A client that has the terminal may be asking there.
-        if (!lendsTerminal_ && canShowProgress()) {
+        if (!options_.asksOnTerminal && canShowProgress()) {
             progress_.emplace();
         }
     }
@@ -124,6 +128,11 @@ void Session::tell(const Error& error) const {
     for (const std::string& line : linesOfError(error)) {
         tell(line);
     }
+}
+
+Explained Session::fail(const std::string& text, int status) const {
+    tell(text);
+    return {status};
 }
 
 void printJson(const Value& result) {

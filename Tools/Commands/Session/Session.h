@@ -3,13 +3,17 @@
 #include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlProtocol.h"
 #include "Tools/Commands/Changes/ClientReport.h"
-#include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/CommandLine/Outcome.h"
+#include "Tools/Commands/CommandLine/Subcommand.h"
+#include "Tools/Terminal/ExitStatus.h"
 #include "Tools/Terminal/Progress.h"
 #include "Tools/Terminal/Style.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quen::tools {
@@ -22,12 +26,12 @@ struct CommonOptions {
     std::string user;
     std::string plugIn;
 
-    void addTo(CLI::App& command);
+    void addTo(Subcommand& command);
     Palette palette() const { return Palette::named(colour); }
 };
 
 /// The option that decides on colours.
-void addColourOption(CLI::App& command, std::string& colour);
+void addColourOption(Subcommand& command, std::string& colour);
 
 /// What is done with the client's standard output while it arrives.
 enum class Follow {
@@ -41,24 +45,30 @@ enum class Follow {
 /// own meanwhile.
 class Session {
 public:
-    /// Null when there is no provider to be had; the reason has then been told on standard error.
-    static std::unique_ptr<Session> open(const CommonOptions& options, std::string command);
+    /// `options` must live as long as the session. Explained when the provider cannot be loaded.
+    static Outcome<std::unique_ptr<Session>> open(const CommonOptions& options,
+                                                  std::string command);
 
-    /// Makes the operation for a request and runs it. Null when the provider refuses the request or
-    /// has no operation for it; the reason has then been told.
+    const CommonOptions& options() const { return options_; }
+
+    /// Makes the operation for a request and runs it; how it ended is in its error, and for
+    /// `finish` to tell. Explained when the provider refuses the request or has no operation for
+    /// it.
     ///
     /// An interrupt meanwhile ends the client with everything that it started, and the operation.
-    QuenSourceControlOperationPtr perform(const QuenSourceControlRequestPtr& request,
-                                          Follow follow = Follow::nothing);
+    Outcome<QuenSourceControlOperationPtr> perform(const QuenSourceControlRequestPtr& request,
+                                                   Follow follow = Follow::nothing);
+
+    /// Likewise, for a command that cannot go on unless the operation succeeds: explained as well
+    /// when it ends with an error or is interrupted.
+    Outcome<QuenSourceControlOperationPtr> query(const QuenSourceControlRequestPtr& request,
+                                                 Follow follow = Follow::nothing);
 
     /// What the client has said in the last run that was followed.
     const ClientReport& report() const { return report_; }
 
     /// Whether an interrupt kept the operation, the last one performed, from doing all its work.
     bool wasStopped(const QuenSourceControlOperation& operation) const;
-
-    /// The exit status of a command that cannot go on, for a reason that has been told.
-    int failureStatus() const { return wasInterrupted_ ? ExitInterrupted : ExitFailure; }
 
     /// Tells the operation's error, if it has one, or that it was interrupted; the exit status that
     /// follows.
@@ -68,20 +78,35 @@ public:
     void tell(const std::string& text) const;
     void tell(const Error& error) const;
 
+    /// Tells a text as the reason that a command cannot go on.
+    Explained fail(const std::string& text, int status = ExitFailure) const;
+
 private:
-    Session(QuenSourceControlProtocolPtr provider, std::string command, bool lendsTerminal);
+    Session(const CommonOptions& options, QuenSourceControlProtocolPtr provider,
+            std::string command);
 
     RunContext contextFor(Follow follow);
     void run(const QuenSourceControlOperationPtr& operation, Follow follow);
 
+    const CommonOptions& options_;
     QuenSourceControlProtocolPtr provider_;
     std::string command_;
-    const bool lendsTerminal_;
     const RunContext::Scope scope_;
     bool wasInterrupted_ = false;
     ClientReport report_;
     std::optional<Progress> progress_;
 };
+
+/// Makes a sub-command open a session and do its work in it. `Options` has a member `common`.
+template <typename Options> void runInSession(Subcommand command,
+                                              const std::shared_ptr<Options>& options,
+                                              std::function<int(Session&, const Options&)> run) {
+    options->common.addTo(command);
+    command.run([options, name = command.name(), run = std::move(run)] {
+        const auto session = Session::open(options->common, name);
+        return session ? run(**session, *options) : session.status();
+    });
+}
 
 /// The result as the operation gives it, on one line.
 void printJson(const Value& result);

@@ -2,19 +2,19 @@
 
 namespace quen::tools {
 
-int showRecords(const Session& session, const QuenSourceControlOperationPtr& operation,
-                const CommonOptions& options,
+int showRecords(const Session& session, const Outcome<QuenSourceControlOperationPtr>& operation,
                 const std::function<void(const Array& records)>& printForPeople) {
-    if (operation == nullptr) {
-        return ExitFailure;
+    if (!operation) {
+        return operation.status();
     }
-    const Array* const records = operation->result().array();
-    if (options.json) {
-        printJson(operation->result());
-    } else if (records != nullptr && (!operation->error() || records->count() > 0)) {
+    const QuenSourceControlOperation& performed = **operation;
+    const Array* const records = performed.result().array();
+    if (session.options().json) {
+        printJson(performed.result());
+    } else if (records != nullptr && (!performed.error() || records->count() > 0)) {
         printForPeople(*records);
     }
-    return session.finish(*operation);
+    return session.finish(performed);
 }
 
 } // namespace quen::tools

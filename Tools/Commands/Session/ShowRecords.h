@@ -8,10 +8,8 @@ namespace quen::tools {
 
 /// How a sub-command that shows something ends: prints the operation's records, as JSON or by
 /// `printForPeople`, then tells its error; the exit status that follows. Where there is an error,
-/// what was found all the same is printed, and nothing where that is nothing. A null operation,
-/// whose reason has been told, is a failure.
-int showRecords(const Session& session, const QuenSourceControlOperationPtr& operation,
-                const CommonOptions& options,
+/// what was found all the same is printed.
+int showRecords(const Session& session, const Outcome<QuenSourceControlOperationPtr>& operation,
                 const std::function<void(const Array& records)>& printForPeople);
 
 } // namespace quen::tools

@@ -1,3 +1,5 @@
+#include "Tools/Commands/Changes/IgnoreEdit.h"
+
 #include "Foundation/PathComponents.h"
 #include "Host/ClientMessage.h"
 #include "Host/Places/Locations.h"
@@ -8,7 +10,6 @@
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Console/RunRecorder.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -16,18 +17,6 @@
 namespace quen::tools {
 
 namespace {
-
-struct Options {
-    CommonOptions common;
-    std::vector<std::string> paths;
-};
-
-/// What the siblings differ in.
-struct Edit {
-    std::string name;
-    RequestType type;
-    std::string done;
-};
 
 /// The plug-in takes the directory from the path, so that a bare name must say where it lies.
 std::string pathWithDirectory(const std::string& path) {
@@ -51,10 +40,10 @@ std::string problemWithName(const std::string& path, RequestType type) {
     return {};
 }
 
-bool tellOfUnusableNames(const Session& session, const Edit& edit, const Options& options) {
+bool tellOfUnusableNames(const Session& session, RequestType type, const IgnoreOptions& options) {
     bool isAnyUnusable = false;
     for (const std::string& path : options.paths) {
-        const std::string problem = problemWithName(path, edit.type);
+        const std::string problem = problemWithName(path, type);
         if (!problem.empty()) {
             session.tell("\"" + printable(path) + "\" " + problem);
             isAnyUnusable = true;
@@ -86,14 +75,20 @@ Error errorOfEdits(const RunRecorder& recorder) {
     return {};
 }
 
-int runEdit(const Edit& edit, const Options& options) {
-    const auto session = Session::open(options.common, edit.name);
-    if (session == nullptr || tellOfUnusableNames(*session, edit, options)) {
+} // namespace
+
+void IgnoreOptions::addTo(Subcommand& command) {
+    command.arguments("NAME", paths, "Paths whose last part is a name or pattern").required();
+}
+
+int runIgnoreEdit(Session& session, RequestType type, const std::string& done,
+                  const IgnoreOptions& options) {
+    if (tellOfUnusableNames(session, type, options)) {
         return ExitFailure;
     }
-    const auto source = SourceTreeFinder(*session, options.common).find(options.paths.front());
+    const auto source = findSource(session, options.paths.front());
     if (!source) {
-        return ExitFailure;
+        return source.status();
     }
     const auto recorder = std::make_shared<RunRecorder>(
         std::make_shared<IgnoreListGuard>(RunContext::current().toolRunner()));
@@ -101,35 +96,16 @@ int runEdit(const Edit& edit, const Options& options) {
     StringArray names;
     std::transform(options.paths.begin(), options.paths.end(), std::back_inserter(names),
                    pathWithDirectory);
-    const Change change{makeRequest(edit.type, *source, names), options.paths.front(), false,
+    const Change change{makeRequest(type, *source, names), options.paths.front(), false,
                         Follow::nothing};
-    const auto operation = session->perform(change.request, change.follow);
-    if (operation != nullptr && !operation->error()) {
-        operation->setError(errorOfEdits(*recorder));
+    const auto operation = session.perform(change.request, change.follow);
+    if (operation && !(*operation)->error()) {
+        (*operation)->setError(errorOfEdits(*recorder));
     }
-    return finishChange(*session, operation, change, options.common,
+    return finishChange(session, operation, change,
                         [&](const Value& /*result*/, const ClientReport& /*report*/) {
-                            return edit.done + " " + counted(names.size(), "name") + ".";
+                            return done + " " + counted(names.size(), "name") + ".";
                         });
-}
-
-void addEdit(CommandLine& line, const Edit& edit, const std::string& help) {
-    auto options = std::make_shared<Options>();
-    CLI::App* const command = line.app.add_subcommand(edit.name, help);
-    command->add_option("NAME", options->paths, "Paths whose last part is a name or pattern")
-        ->required();
-    options->common.addTo(*command);
-    command->callback(
-        [&line, edit, options] { line.run = [edit, options] { return runEdit(edit, *options); }; });
-}
-
-} // namespace
-
-void addIgnoreCommands(CommandLine& line) {
-    addEdit(line, {"ignore", RequestTypeIgnore, "Ignored"},
-            "Add names or patterns to the ignored ones of their directories");
-    addEdit(line, {"unignore", RequestTypeUnignore, "No longer ignored:"},
-            "Take names or patterns out of the ignored ones of their directories");
 }
 
 } // namespace quen::tools

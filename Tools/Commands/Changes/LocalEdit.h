@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/Session/Session.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace quen::tools {
+
+/// The options of sub-commands that do one thing to each of their paths.
+struct LocalEditOptions {
+    CommonOptions common;
+    MessageOptions message;
+    bool isSure = false;
+    std::vector<std::string> paths;
+
+    /// The paths alone; the other members have options of their own.
+    void addTo(Subcommand& command);
+};
+
+/// `-y`, for those that may lose changes.
+void addYesOption(Subcommand& command, bool& isSure);
+
+/// What such a sub-command does.
+struct LocalEdit {
+    RequestType type;
+    /// Of the summary: `Added 3 items.`, `Nothing to add.`
+    std::string done;
+    std::string toDo;
+    std::string noun = "item";
+    /// The changes that it takes from the disk; 0 for none. A person is asked before.
+    std::uint32_t lostChanges = 0;
+};
+
+/// Does it and tells how it went. The exit status.
+int runLocalEdit(Session& session, const LocalEdit& edit, const LocalEditOptions& options);
+
+} // namespace quen::tools

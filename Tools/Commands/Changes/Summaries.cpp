@@ -1,0 +1,22 @@
+#include "Tools/Commands/Changes/Summaries.h"
+
+namespace quen::tools {
+
+std::string counted(std::size_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string committedSummary(const Value& /*result*/, const ClientReport& report) {
+    return report.revision().empty() ? "Nothing to commit."
+                                     : "Committed revision " + report.revision() + ".";
+}
+
+std::string itemsIn(const ClientReport& report) {
+    return report.items() == 0 ? "" : " (" + counted(report.items(), "item") + ")";
+}
+
+std::string revisionIn(const ClientReport& report) {
+    return report.revision().empty() ? "" : " revision " + report.revision();
+}
+
+} // namespace quen::tools

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Foundation/Value.h"
+#include "Tools/Commands/Changes/ClientReport.h"
+
+#include <cstddef>
+#include <string>
+
+namespace quen::tools {
+
+/// `1 item`, `12 items`; `noun` is the plural but for its `s`.
+std::string counted(std::size_t count, const std::string& noun);
+
+/// `Committed revision 12.`; nothing to commit where the client named no revision.
+std::string committedSummary(const Value& result, const ClientReport& report);
+
+/// ` (3 items)`; nothing for none.
+std::string itemsIn(const ClientReport& report);
+
+/// ` revision 12`; nothing where the client named none.
+std::string revisionIn(const ClientReport& report);
+
+} // namespace quen::tools

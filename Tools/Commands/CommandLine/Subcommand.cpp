@@ -1,0 +1,103 @@
+#include "Tools/Commands/CommandLine/Subcommand.h"
+
+#include "Tools/Commands/CommandLine/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <utility>
+
+namespace quen::tools {
+
+Parameter& Parameter::required() {
+    option_->required();
+    return *this;
+}
+
+Parameter& Parameter::checked(WordCheck check, const std::string& kind) {
+    option_->check(std::move(check), kind);
+    return *this;
+}
+
+Parameter& Parameter::oneOf(const std::vector<std::string>& values) {
+    option_->check(CLI::IsMember(values));
+    return *this;
+}
+
+Parameter& Parameter::needs(const Parameter& other) {
+    option_->needs(other.option_);
+    return *this;
+}
+
+Parameter& Parameter::excludes(const Parameter& other) {
+    option_->excludes(other.option_);
+    return *this;
+}
+
+std::string Subcommand::name() const {
+    const CLI::App* const parent = app_->get_parent();
+    const bool isNested = parent != nullptr && parent->get_parent() != nullptr;
+    return (isNested ? parent->get_name() + " " : "") + app_->get_name();
+}
+
+Parameter Subcommand::flag(const std::string& names, bool& isGiven, const std::string& help) {
+    return Parameter(*app_->add_flag(names, isGiven, help));
+}
+
+Parameter Subcommand::option(const std::string& names, std::string& value,
+                             const std::string& help) {
+    return Parameter(*app_->add_option(names, value, help));
+}
+
+Parameter Subcommand::option(const std::string& names, std::optional<std::string>& value,
+                             const std::string& help) {
+    return Parameter(*app_->add_option(names, value, help));
+}
+
+Parameter Subcommand::option(const std::string& names, std::int64_t& value,
+                             const std::string& help) {
+    return Parameter(*app_->add_option(names, value, help));
+}
+
+Parameter Subcommand::option(const std::string& names, std::uint32_t& value,
+                             const std::string& help) {
+    return Parameter(*app_->add_option(names, value, help));
+}
+
+Parameter Subcommand::option(const std::string& names, const std::string& kind, WordCheck read,
+                             const std::string& help) {
+    const std::string name = names.substr(names.rfind(',') + 1);
+    const auto take = [name, read = std::move(read)](const std::string& word) {
+        if (const std::string complaint = read(word); !complaint.empty()) {
+            throw CLI::ValidationError(name, complaint);
+        }
+    };
+    return Parameter(*app_->add_option_function<std::string>(names, take, help)->type_name(kind));
+}
+
+Parameter Subcommand::argument(const std::string& name, std::string& value,
+                               const std::string& help) {
+    return Parameter(*app_->add_option(name, value, help));
+}
+
+Parameter Subcommand::arguments(const std::string& name, std::vector<std::string>& values,
+                                const std::string& help) {
+    return Parameter(*app_->add_option(name, values, help));
+}
+
+Subcommand Subcommand::subcommand(const std::string& name, const std::string& help) {
+    app_->require_subcommand(0, 1);
+    return {*line_, *app_->add_subcommand(name, help)};
+}
+
+void Subcommand::run(std::function<int()> action) {
+    app_->callback([line = line_, app = app_, action = std::move(action)] {
+        if (app->get_subcommands().empty()) {
+            line->choose(action);
+        }
+    });
+}
+
+void Subcommand::setUsageStatus(int status) {
+    line_->setUsageStatus(*app_, status);
+}
+
+} // namespace quen::tools

@@ -1,0 +1,58 @@
+#include "Foundation/PathComponents.h"
+#include "Host/Places/Locations.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Changes/Change.h"
+#include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Places/SourceTreeFinder.h"
+
+#include <memory>
+
+namespace quen::tools {
+
+namespace {
+
+struct Options {
+    CommonOptions common;
+    MessageOptions message;
+    std::string path;
+    std::string url;
+};
+
+std::string importSummary(const Value& result, const ClientReport& report) {
+    return report.revision().empty() ? "Nothing to import." : committedSummary(result, report);
+}
+
+int runImportCommand(Session& session, const Options& options) {
+    const auto source = findSource(session, options.url);
+    if (!source) {
+        return source.status();
+    }
+    LogMessage message(session);
+    if (!message.obtain(options.message, {options.path + " to " + options.url})) {
+        return ExitFailure;
+    }
+    // Unlike most commands, the client's import reads no revisions. Behind `/.` the plug-in sees no
+    // name to close either.
+    const bool holdsAt = lastPathComponent(options.path).find('@') != std::string_view::npos;
+    const std::string path = options.path + (holdsAt ? "/." : "");
+    const auto request =
+        makeRequest(RequestTypeImport, *source, {clientPath(path)},
+                    {{QuenSourceControlRequestOptionMessage, message.text()},
+                     {QuenSourceControlRequestOptionSourceLocation, clientPath(options.url)}});
+    return message.conclude(makeChange(session, {request, ""}, importSummary));
+}
+
+} // namespace
+
+void addImportCommand(CommandLine& line) {
+    const auto options = std::make_shared<Options>();
+    Subcommand command = line.add("import", "Put a directory or file into the repository");
+    options->message.addTo(command);
+    command.argument("PATH", options->path, "What to import").required();
+    command.argument("URL", options->url, "What it becomes; a directory's content goes into it")
+        .required();
+    runInSession<Options>(command, options, runImportCommand);
+}
+
+} // namespace quen::tools

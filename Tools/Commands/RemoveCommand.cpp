@@ -1,0 +1,29 @@
+#include "Tools/Commands/Changes/ChangeList.h"
+#include "Tools/Commands/Changes/LocalEdit.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
+
+#include <memory>
+
+namespace quen::tools {
+
+namespace {
+
+int runRemoveCommand(Session& session, const LocalEditOptions& options) {
+    return runLocalEdit(
+        session, {RequestTypeRemove, "Removed", "remove", "item", changesLostByRemoval}, options);
+}
+
+} // namespace
+
+void addRemoveCommand(CommandLine& line) {
+    const auto options = std::make_shared<LocalEditOptions>();
+    Subcommand command = line.add(
+        "remove",
+        "Remove items from the disk and from version control, or URLs from the repository");
+    options->addTo(command);
+    options->message.addTo(command);
+    addYesOption(command, options->isSure);
+    runInSession<LocalEditOptions>(command, options, runRemoveCommand);
+}
+
+} // namespace quen::tools

@@ -1,0 +1,24 @@
+#include "Tools/Commands/Changes/IgnoreEdit.h"
+#include "Tools/Commands/CommandLine/CommandLine.h"
+
+#include <memory>
+
+namespace quen::tools {
+
+namespace {
+
+int runUnignoreCommand(Session& session, const IgnoreOptions& options) {
+    return runIgnoreEdit(session, RequestTypeUnignore, "No longer ignored:", options);
+}
+
+} // namespace
+
+void addUnignoreCommand(CommandLine& line) {
+    const auto options = std::make_shared<IgnoreOptions>();
+    Subcommand command =
+        line.add("unignore", "Take names or patterns out of the ignored ones of their directories");
+    options->addTo(command);
+    runInSession<IgnoreOptions>(command, options, runUnignoreCommand);
+}
+
+} // namespace quen::tools
