@@ -45,6 +45,7 @@ install(DIRECTORY Contract/QuenFoundation Contract/MarlFoundation
     FILES_MATCHING PATTERN "*.h")
 # The rest of the host's headers are its own.
 install(FILES
+    Host/ClientQuery.h
     Host/ClientRunner.h
     Host/RunContext.h
     Host/RunSettings.h
@@ -62,6 +63,16 @@ install(FILES
     Host/Facts/ReportFacts.h
     Host/Facts/StatusFacts.h
     DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Facts COMPONENT development)
+install(FILES
+    Host/Keeping/FileErrors.h
+    Host/Keeping/FileWriter.h
+    Host/Keeping/FreeName.h
+    Host/Keeping/TheirsKeeper.h
+    Host/Keeping/UndoStore.h
+    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Keeping COMPONENT development)
+install(FILES
+    Host/Process/FileDescriptor.h
+    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Process COMPONENT development)
 
 install(EXPORT quen-targets NAMESPACE quen:: DESTINATION ${QUEN_PACKAGE_DIRECTORY}
     COMPONENT development)

@@ -21,6 +21,8 @@ public:
     /// -1 for none.
     int number() const noexcept { return number_; }
     bool isOpen() const noexcept { return number_ >= 0; }
+    /// Hands it over; the owner of none from then on.
+    int release() noexcept { return std::exchange(number_, -1); }
     /// Leaves errno as it is, so that a failure can be reported after what it left was closed.
     void close() noexcept;
 

@@ -1,0 +1,212 @@
+#include "Host/Keeping/UndoManifest.h"
+
+#include <array>
+#include <charconv>
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+constexpr std::string_view heading = "quen-undo 1";
+constexpr std::string_view ending = "end";
+constexpr std::array<std::string_view, 3> kindWords = {"file", "link", "directory"};
+
+bool isPlain(unsigned char byte) noexcept {
+    return byte > 0x20 && byte < 0x7f && byte != '%';
+}
+
+std::string encoded(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string result;
+    for (const char each : text) {
+        const auto byte = static_cast<unsigned char>(each);
+        if (isPlain(byte)) {
+            result += each;
+        } else {
+            result += {'%', digits[byte / 16U], digits[byte % 16U]};
+        }
+    }
+    return result.empty() ? "%" : result;
+}
+
+std::string decoded(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned int byte = 0;
+        const char* const first = text.data() + i + 1;
+        const bool isEncoded = text[i] == '%' && i + 2 < text.size() &&
+                               std::from_chars(first, first + 2, byte, 16).ptr == first + 2;
+        if (isEncoded) {
+            result += static_cast<char>(byte);
+            i += 2;
+        } else if (text[i] != '%') {
+            result += text[i];
+        }
+    }
+    return result;
+}
+
+template <typename Number> std::optional<Number> number(std::string_view text, int base = 10) {
+    Number value = 0;
+    const char* const end = text.data() + text.size();
+    const auto scanned = std::from_chars(text.data(), end, value, base);
+    const bool isWhole = scanned.ec == std::errc() && scanned.ptr == end && !text.empty();
+    return isWhole ? std::optional(value) : std::nullopt;
+}
+
+std::string octal(unsigned int value) {
+    std::array<char, 16> digits = {};
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value, 8);
+    return {digits.data(), written.ptr};
+}
+
+std::vector<std::string_view> wordsOf(std::string_view line) {
+    std::vector<std::string_view> words;
+    for (auto blank = line.find(' '); blank != line.npos; blank = line.find(' ')) {
+        words.push_back(line.substr(0, blank));
+        line.remove_prefix(blank + 1);
+    }
+    words.push_back(line);
+    return words;
+}
+
+std::optional<ManifestItem> itemIn(const std::vector<std::string_view>& words,
+                                   UndoItem::Kind kind) {
+    const std::size_t count = kind == UndoItem::Kind::link ? 5 : 4;
+    if (words.size() != count) {
+        return std::nullopt;
+    }
+    const auto permissions = number<mode_t>(words[1], 8);
+    const auto size = number<std::uint64_t>(words[2]);
+    if (!permissions || !size) {
+        return std::nullopt;
+    }
+    ManifestItem result;
+    result.item = {String(decoded(words[3])), kind, *size};
+    result.permissions = *permissions & 07777U;
+    result.destination = count == 5 ? decoded(words[4]) : std::string();
+    return result;
+}
+
+std::optional<PlaceState> stateIn(const std::vector<std::string_view>& words) {
+    if (words.size() != 6) {
+        return std::nullopt;
+    }
+    const auto exists = number<int>(words[1]);
+    const auto inode = number<std::uint64_t>(words[2]);
+    const auto size = number<std::uint64_t>(words[3]);
+    const auto modified = number<std::int64_t>(words[4]);
+    const auto changed = number<std::int64_t>(words[5]);
+    if (!exists || !inode || !size || !modified || !changed) {
+        return std::nullopt;
+    }
+    return PlaceState{*exists == 1, *inode, *size, *modified, *changed};
+}
+
+/// False where the line is none of a manifest's.
+bool takeLine(const std::vector<std::string_view>& words, UndoManifest& manifest) {
+    for (std::size_t kind = 0; kind < kindWords.size(); ++kind) {
+        if (words.front() == kindWords[kind]) {
+            auto item = itemIn(words, static_cast<UndoItem::Kind>(kind));
+            if (item) {
+                manifest.items.push_back(std::move(*item));
+            }
+            return item.has_value();
+        }
+    }
+    if (words.front() == "left") {
+        const auto state = stateIn(words);
+        const bool belongs = state && !manifest.items.empty();
+        if (belongs) {
+            manifest.items.back().left = state;
+        }
+        return belongs;
+    }
+    if (words.size() != 2) {
+        return false;
+    }
+    if (words.front() == "workingCopy") {
+        manifest.workingCopy = String(decoded(words[1]));
+    } else if (words.front() == "step") {
+        manifest.step = String(decoded(words[1]));
+    } else if (words.front() == "note") {
+        manifest.notes.emplace_back(decoded(words[1]));
+    } else if (words.front() == "time") {
+        manifest.time = number<std::int64_t>(words[1]).value_or(0);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+std::int64_t nanoseconds(const timespec& time) noexcept {
+    return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
+
+} // namespace
+
+PlaceState PlaceState::at(const std::string& path) {
+    struct stat facts = {};
+    if (::lstat(path.c_str(), &facts) != 0) {
+        return {};
+    }
+    return {true, facts.st_ino, static_cast<std::uint64_t>(facts.st_size),
+            nanoseconds(facts.st_mtim), nanoseconds(facts.st_ctim)};
+}
+
+std::string UndoManifest::text() const {
+    std::string text = std::string(heading) + "\n";
+    text += "workingCopy " + encoded(workingCopy.view()) + "\n";
+    text += "step " + encoded(step.view()) + "\n";
+    text += "time " + std::to_string(time) + "\n";
+    for (const String& note : notes) {
+        text += "note " + encoded(note.view()) + "\n";
+    }
+    for (const ManifestItem& each : items) {
+        text += std::string(kindWords.at(static_cast<std::size_t>(each.item.kind))) + " " +
+                octal(each.permissions) + " " + std::to_string(each.item.size) + " " +
+                encoded(each.item.path.view());
+        text += each.item.kind == UndoItem::Kind::link ? " " + encoded(each.destination) : "";
+        text += "\n";
+        if (each.left) {
+            text += "left " + std::to_string(each.left->exists ? 1 : 0) + " " +
+                    std::to_string(each.left->inode) + " " + std::to_string(each.left->size) + " " +
+                    std::to_string(each.left->modified) + " " + std::to_string(each.left->changed) +
+                    "\n";
+        }
+    }
+    return text + std::string(ending) + "\n";
+}
+
+std::optional<UndoManifest> UndoManifest::fromText(std::string_view text) {
+    UndoManifest manifest;
+    bool isFirst = true;
+    for (auto end = text.find('\n'); end != text.npos; end = text.find('\n')) {
+        const std::string_view line = text.substr(0, end);
+        text.remove_prefix(end + 1);
+        if (line == ending) {
+            return isFirst ? std::nullopt : std::optional(std::move(manifest));
+        }
+        if (isFirst ? line != heading : !takeLine(wordsOf(line), manifest)) {
+            return std::nullopt;
+        }
+        isFirst = false;
+    }
+    return std::nullopt;
+}
+
+UndoEntry UndoManifest::entry(const String& id) const {
+    UndoEntry entry;
+    entry.id = id;
+    entry.workingCopy = workingCopy;
+    entry.step = step;
+    entry.time = std::chrono::system_clock::time_point(std::chrono::microseconds(time));
+    entry.notes = notes;
+    for (const ManifestItem& each : items) {
+        entry.items.push_back(each.item);
+    }
+    return entry;
+}
+
+} // namespace quen
