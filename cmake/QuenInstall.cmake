@@ -71,6 +71,9 @@ install(FILES
     Host/Keeping/UndoStore.h
     DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Keeping COMPONENT development)
 install(FILES
+    Host/Plans/Plans.h
+    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Plans COMPONENT development)
+install(FILES
     Host/Process/FileDescriptor.h
     DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Process COMPONENT development)
 

@@ -76,7 +76,9 @@ Told TwoPeople::perform(std::int32_t type, const std::vector<std::string>& paths
     request.type = type;
     request.sourceTree = workingTree({.location = ours().string()});
     request.files = StringArray(paths.begin(), paths.end());
-    request.options = {{QuenSourceControlRequestOptionMessage, "Why"}};
+    if (type == RequestTypeCommit) {
+        request.options = {{QuenSourceControlRequestOptionMessage, "Why"}};
+    }
     return told(request.make());
 }
 

@@ -1,0 +1,183 @@
+#include "Foundation/PathComponents.h"
+#include "Foundation/XMLReport.h"
+#include "Host/Facts/InfoFacts.h"
+#include "Host/Facts/ListFacts.h"
+#include "Host/Places/Locations.h"
+#include "Host/Plans/PlanQueries.h"
+#include "Host/Plans/Plans.h"
+
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace quen {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isNew(const StatusEntry& entry) noexcept {
+    return entry.item.view() == "unversioned" || entry.item.view() == "ignored";
+}
+
+/// A switch and a merge ask for the state of the target alone.
+template <typename Plan>
+StatusFacts takeLocalChanges(Plan& plan, const String& path, const QueryRunner& run) {
+    StatusAnswer answer = askStatus({plainPath(path)}, {"--no-ignore", "--ignore-externals"}, run);
+    plan.error = answer.error;
+    plan.unreadable = answer.facts.unreadable;
+    for (const StatusEntry& entry : answer.facts.entries) {
+        if (isLocallyChanged(entry) && !entry.isFileExternal) {
+            plan.localChanges.push_back(entry);
+        }
+    }
+    return std::move(answer.facts);
+}
+
+/// What differs between two places of the repository, below them; `item` words by path.
+std::map<std::string, std::string> askSummary(const String& from, const String& to, Error& error,
+                                              const QueryRunner& run) {
+    const auto query = ClientQuery::make({"diff", "--summarize", "--xml", from, to});
+    run(*query);
+    std::map<std::string, std::string> found;
+    XMLReportReader reader({"paths", "path"}, [&](const XMLElement& record, std::size_t) {
+        const std::string_view url = record.text();
+        // The client names what lies below the first place by its URL.
+        const std::string_view base = from.view().substr(0, from.view().rfind('@'));
+        const std::string_view below =
+            url.starts_with(base) ? url.substr(base.size()) : std::string_view();
+        found[percentDecoded(below)] = std::string(record.attribute("item").value_or(""));
+    });
+    const Error broken = reader.readAll(query->output()->bytes());
+    const Error failed = query->error() ? query->error() : broken;
+    error = error ? error : failed;
+    return found;
+}
+
+/// The place that a working copy rests on, with its revision.
+String restingPlace(const String& path, Error& error, const QueryRunner& run) {
+    const auto query = ClientQuery::make({"info", "--xml", closedClientPath(path.str())});
+    run(*query);
+    InfoFactsReader reader;
+    reader.take(query->output()->bytes());
+    const Error broken = reader.finish();
+    const Error failed = query->error() ? query->error() : broken;
+    error = error ? error : failed;
+    if (failed || reader.facts().entries.empty()) {
+        return {};
+    }
+    const InfoEntry& entry = reader.facts().entries.front();
+    return entry.url.str() + "@" + std::to_string(entry.revision.value_or(0));
+}
+
+} // namespace
+
+UpdatePlan planUpdate(const std::vector<String>& paths, const QueryRunner& run) {
+    UpdatePlan plan;
+    StatusAnswer answer = askStatus(paths, {"-u", "--no-ignore"}, run);
+    plan.error = answer.error;
+    plan.unreadable = std::move(answer.facts.unreadable);
+    plan.revision = answer.facts.against;
+    for (const StatusEntry& entry : answer.facts.entries) {
+        if (isIncoming(entry)) {
+            plan.incoming.push_back(entry);
+        }
+        if (isLocallyChanged(entry)) {
+            plan.localChanges.push_back(entry);
+        }
+        if (isIncoming(entry) && isLocallyChanged(entry)) {
+            plan.changedOnBothSides.push_back(entry);
+        }
+        if (isIncoming(entry) && isNew(entry)) {
+            plan.inTheWay.push_back(entry);
+        }
+    }
+    return plan;
+}
+
+MergePlan planMerge(const String& source, const String& target, const String& range,
+                    const QueryRunner& run) {
+    MergePlan plan;
+    takeLocalChanges(plan, target, run);
+    StringArray arguments{"merge", "--dry-run", "--accept", "postpone"};
+    if (!range.isEmpty()) {
+        arguments.insert(arguments.end(), {"-r", range});
+    }
+    arguments.push_back(source);
+    arguments.push_back(closedClientPath(target.str()));
+    const auto query = ClientQuery::make(std::move(arguments));
+    run(*query);
+    ChangeFactsReader reader;
+    reader.take(query->output()->bytes());
+    plan.facts = reader.takeFacts();
+    plan.error = plan.error ? plan.error : query->error();
+    return plan;
+}
+
+SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& run) {
+    SwitchPlan plan;
+    const String top = plainPath(path);
+    const StatusFacts facts = takeLocalChanges(plan, top, run);
+    const String from = restingPlace(top, plan.error, run);
+    if (from.isNil()) {
+        return plan;
+    }
+    const bool hasRevision = lastPathComponent(url.view()).find('@') != std::string_view::npos;
+    const String to = hasRevision ? url : String(url.str() + "@HEAD");
+    const auto differences = askSummary(from, to, plan.error, run);
+    for (const StatusEntry& entry : facts.entries) {
+        const std::string below = liesAtOrBelow(entry.path.view(), top.view())
+                                      ? entry.path.str().substr(top.length())
+                                      : std::string();
+        if (!differences.contains(below)) {
+            continue;
+        }
+        if (isLocallyChanged(entry)) {
+            plan.changedOnBothSides.push_back(entry);
+        } else if (isNew(entry)) {
+            plan.inTheWay.push_back(entry);
+        }
+    }
+    return plan;
+}
+
+CheckoutPlan planCheckout(const String& url, const String& directory, const QueryRunner& run) {
+    CheckoutPlan plan;
+    std::error_code error;
+    const fs::path place = plainPath(directory).str();
+    const fs::file_status status = fs::status(place, error);
+    if (!fs::exists(status)) {
+        return plan;
+    }
+    if (!fs::is_directory(status)) {
+        plan.inTheWay.push_back(place.string());
+        return plan;
+    }
+    plan.isWorkingCopy = fs::exists(place / ".svn", error);
+    if (fs::is_empty(place, error)) {
+        return plan;
+    }
+    const auto query = ClientQuery::make({"list", "-R", "--xml", url});
+    run(*query);
+    ListFactsReader reader;
+    reader.take(query->output()->bytes());
+    const Error broken = reader.finish();
+    plan.error = query->error() ? query->error() : broken;
+    std::set<std::string> told;
+    for (const ListEntry& entry : reader.facts().entries) {
+        const fs::path existing = place / entry.name.str();
+        const fs::file_status there = fs::symlink_status(existing, error);
+        // What lies in a directory that is in the way itself is not told again.
+        const bool isTold =
+            !plan.inTheWay.empty() && liesAtOrBelow(existing.string(), plan.inTheWay.back().view());
+        if (fs::exists(there) && !isTold) {
+            plan.inTheWay.push_back(existing.string());
+        }
+    }
+    return plan;
+}
+
+} // namespace quen
