@@ -30,32 +30,19 @@ bool isReachable(const QuenSourceControlSourceTreePtr& tree) {
     return tree != nullptr && tree->reachable();
 }
 
-/// Types that have nothing to work on without a repository.
-bool needsSourceTree(std::int32_t type) {
-    switch (type) {
-    case RequestTypeList:
-    case RequestTypeLog:
-    case RequestTypeCheckout:
-    case RequestTypeExportFile:
-    case RequestTypeImport:
-    case RequestTypeListBranches:
-    case RequestTypeRemoteStatus:
-    case RequestTypeBlame: return true;
-    default: return false;
-    }
-}
-
-/// Checks look at local data only: whether the source tree can be reached does not count.
-bool isCheck(std::int32_t type) {
-    return type == RequestTypeInfoCheck || type == RequestTypeInfoCheckAlternate;
+const RequestFacts& factsOf(const QuenSourceControlRequest& request) {
+    static constexpr RequestFacts unknown;
+    const RequestFacts* const facts = requestFactsOf(request.type());
+    return facts == nullptr ? unknown : *facts;
 }
 
 bool sourceTreeAdmits(const QuenSourceControlRequest& request) {
-    if (isCheck(request.type())) {
+    const RequestFacts& facts = factsOf(request);
+    const QuenSourceControlSourceTreePtr tree = request.sourceTree();
+    if (facts.isCheck) {
         return true;
     }
-    const QuenSourceControlSourceTreePtr tree = request.sourceTree();
-    return tree == nullptr ? !needsSourceTree(request.type()) : tree->reachable();
+    return tree == nullptr ? !facts.needsSourceTree : tree->reachable();
 }
 
 } // namespace
@@ -64,32 +51,15 @@ bool SVNController::authenticationRequiredForRequest(const QuenSourceControlRequ
     if (request == nullptr) {
         return false;
     }
-    switch (request->type()) {
-    case RequestTypeCheckout:
-    case RequestTypeCommit:
-    case RequestTypeImport:
-    case RequestTypeList:
-    case RequestTypeListBranches:
-    case RequestTypeLog:
-    case RequestTypeRemoteStatus:
-    case RequestTypeSwitch:
-    case RequestTypeUpdate:
-    case RequestTypeBlame: return true;
-    case RequestTypeExportFile:
-        // The very object: an equal text from elsewhere is a revision like any other.
-        return !request->startingRevision().isIdenticalTo(QuenSourceControlBASERevisionName);
-    case RequestTypeInfo:
-    case RequestTypeRemove:
-    case RequestTypeIgnore:
-    case RequestTypeUnignore: return anyFileIsRemote(*request);
-    case RequestTypeCopy:
-        return anyFileIsRemote(*request) || destinationIsRemote(*request) ||
-               !request->startingRevision().isNil();
-    case RequestTypeMove: return anyFileIsRemote(*request) || destinationIsRemote(*request);
-    case RequestTypeMakeDirectory:
-    case RequestTypeMerge: return destinationIsRemote(*request);
-    default: return false;
-    }
+    const std::uint8_t rules = factsOf(*request).authentication;
+    const auto names = [rules](RequestAuthentication rule) { return (rules & rule) != 0; };
+    // The very object: an equal text from elsewhere is a revision like any other.
+    const bool isBase =
+        request->startingRevision().isIdenticalTo(QuenSourceControlBASERevisionName);
+    return names(AuthenticationAlways) || (names(AuthenticationUnlessBase) && !isBase) ||
+           (names(AuthenticationForRemoteFile) && anyFileIsRemote(*request)) ||
+           (names(AuthenticationForRemoteDestination) && destinationIsRemote(*request)) ||
+           (names(AuthenticationForRevision) && !request->startingRevision().isNil());
 }
 
 bool SVNController::validateRequest(const QuenSourceControlRequestPtr& request, Error* error) {
@@ -116,18 +86,20 @@ SVNController::operationForRequest(const QuenSourceControlRequestPtr& request) {
     }
     const SVNAssertions assertions(this, "-[SVNController operationForRequest:]",
                                    SVNAssertions::controllerFile);
-    const SVNDispatchRow& row = dispatchRowForType(request->type());
-    for (const SVNPrecondition& precondition : row.preconditions) {
-        if (precondition.isNilForm) {
-            assertions.checkNotNil(!precondition.holds(*request), precondition.text);
+    const RequestFacts& facts = factsOf(*request);
+    for (const RequestInput input : facts.checked) {
+        const SVNCondition condition = conditionOf(input, request->type());
+        if (condition.isNilForm) {
+            assertions.checkNotNil(!hasInput(*request, input), condition.text);
         } else {
-            assertions.check(precondition.holds(*request), precondition.text);
+            assertions.check(hasInput(*request, input), condition.text);
         }
     }
-    if (row.isUnreachable) {
+    if (facts.isUnreachable) {
         assertions.unreachable();
     }
-    return row.make == nullptr ? nullptr : row.make(request);
+    const SVNOperationMaker make = operationMakerForType(request->type());
+    return make == nullptr ? nullptr : make(request);
 }
 
 } // namespace quen

@@ -11,6 +11,11 @@
 
 namespace quen {
 
+/// The levels of the log: an error, the description of an error that was met, how long work took.
+inline constexpr std::uint32_t levelOfErrors = 1;
+inline constexpr std::uint32_t levelOfDescriptions = 2;
+inline constexpr std::uint32_t levelOfTimes = 3;
+
 /// Whether a message of that level reaches the host's source-control log now.
 bool isLogged(std::uint32_t level);
 

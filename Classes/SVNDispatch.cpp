@@ -1,5 +1,6 @@
 #include "Classes/SVNDispatch.h"
 
+#include "Classes/SVNOperations/SVNArguments.h"
 #include "Classes/SVNOperations/SVNBlameOperation.h"
 #include "Classes/SVNOperations/SVNCommitOperation.h"
 #include "Classes/SVNOperations/SVNCurrentBranchOperation.h"
@@ -13,8 +14,8 @@
 #include "Classes/SVNOperations/SVNStatusOperation.h"
 #include "Classes/SVNOperations/SVNTransfers.h"
 #include "Classes/SVNOperations/SVNTreeEdits.h"
-#include "QuenFoundation/QuenSourceControlConstants.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
 
@@ -22,59 +23,10 @@ namespace quen {
 
 namespace {
 
-std::size_t fileCount(const QuenSourceControlRequest& request) {
-    return request.files() ? request.files()->size() : 0;
-}
-
-bool hasOption(const QuenSourceControlRequest& request, const String& key) {
-    return !request.options()[key].isNothing();
-}
-
-constexpr SVNPrecondition someFiles{
-    "[request.files count] > 0",
-    [](const QuenSourceControlRequest& request) { return fileCount(request) > 0; }};
-
-constexpr SVNPrecondition oneFile{
-    "[request.files count] == 1",
-    [](const QuenSourceControlRequest& request) { return fileCount(request) == 1; }};
-
-constexpr SVNPrecondition destination{
-    "request.destination",
-    [](const QuenSourceControlRequest& request) { return !request.destination().isNil(); }};
-
-constexpr SVNPrecondition sourceTree{
-    "request.sourceTree",
-    [](const QuenSourceControlRequest& request) { return request.sourceTree() != nullptr; }};
-
-constexpr auto hasMessage = [](const QuenSourceControlRequest& request) {
-    return hasOption(request, QuenSourceControlRequestOptionMessage);
+struct Row {
+    std::int32_t type;
+    SVNOperationMaker make;
 };
-
-constexpr SVNPrecondition message{
-    "[request.options objectForKey:QuenSourceControlRequestOptionMessage]", hasMessage};
-
-constexpr SVNPrecondition messageNotNil{
-    "([request.options objectForKey:QuenSourceControlRequestOptionMessage])", hasMessage, true};
-
-constexpr SVNPrecondition sourceLocationNotNil{
-    "([request.options objectForKey:QuenSourceControlRequestOptionSourceLocation])",
-    [](const QuenSourceControlRequest& request) {
-        return hasOption(request, QuenSourceControlRequestOptionSourceLocation);
-    },
-    true};
-
-/// The lists that occur in the table, in the order in which they are checked.
-constexpr std::array needsFiles{someFiles};
-constexpr std::array needsOneFile{oneFile};
-constexpr std::array needsDestination{destination};
-constexpr std::array needsTree{sourceTree};
-constexpr std::array needsMessage{message};
-constexpr std::array needsMessageAndDestination{message, destination};
-constexpr std::array needsFilesAndTree{someFiles, sourceTree};
-constexpr std::array needsFilesAndDestination{someFiles, destination};
-constexpr std::array needsForMerge{destination, sourceTree, oneFile};
-constexpr std::array needsForMove{someFiles, destination, sourceTree};
-constexpr std::array needsForImport{oneFile, messageNotNil, sourceLocationNotNil};
 
 template <typename Class>
 QuenSourceControlOperationPtr make(const QuenSourceControlRequestPtr& request) {
@@ -82,52 +34,96 @@ QuenSourceControlOperationPtr make(const QuenSourceControlRequestPtr& request) {
     return operation->initWithRequest(request) ? operation : nullptr;
 }
 
-constexpr std::size_t typeCount = RequestTypeLogAll + 1;
+constexpr std::array rows{
+    Row{RequestTypeAdd, make<SVNAddOperation>},
+    Row{RequestTypeRemoteCopy, make<SVNCopyOperation>},
+    Row{RequestTypeRemoteRemove, make<SVNRemoveOperation>},
+    Row{RequestTypeCommit, make<SVNCommitOperation>},
+    Row{RequestTypeIgnore, make<SVNIgnoreOperation>},
+    Row{RequestTypeRemove, make<SVNRemoveOperation>},
+    Row{RequestTypeResolve, make<SVNResolveOperation>},
+    Row{RequestTypeRevert, make<SVNRevertOperation>},
+    Row{RequestTypeMakeDirectory, make<SVNMakeDirectoryOperation>},
+    Row{RequestTypeMerge, make<SVNMergeOperation>},
+    Row{RequestTypeCopy, make<SVNCopyOperation>},
+    Row{RequestTypeMove, make<SVNMoveOperation>},
+    Row{RequestTypeUnignore, make<SVNIgnoreOperation>},
+    Row{RequestTypeUpdate, make<SVNUpdateOperation>},
+    Row{RequestTypeSwitch, make<SVNSwitchOperation>},
+    Row{RequestTypeStatus, make<SVNStatusOperation>},
+    Row{RequestTypeRemoteStatus, make<SVNStatusOperation>},
+    Row{RequestTypeList, make<SVNListOperation>},
+    Row{RequestTypeLog, make<SVNLogOperation>},
+    Row{RequestTypeInfo, make<SVNInfoOperation>},
+    Row{RequestTypeCheckout, make<SVNCheckoutOperation>},
+    Row{RequestTypeExportFile, make<SVNExportFileOperation>},
+    Row{RequestTypeImport, make<SVNImportOperation>},
+    Row{RequestTypeListBranches, make<SVNListOperation>},
+    Row{RequestTypeCurrentBranch, make<SVNCurrentBranchOperation>},
+    Row{RequestTypeBlame, make<SVNBlameOperation>},
+    Row{RequestTypeDiff, make<SVNDiffOperation>},
+    Row{RequestTypeInfoCheck, make<SVNInfoOperation>},
+    Row{RequestTypeInfoCheckAlternate, make<SVNInfoOperation>},
+    Row{RequestTypeLogAll, make<SVNLogOperation>},
+};
 
-std::array<SVNDispatchRow, typeCount> makeTable() {
-    std::array<SVNDispatchRow, typeCount> table;
-    table[RequestTypeAdd] = {{}, make<SVNAddOperation>};
-    table[RequestTypeRemoteCopy] = {needsMessageAndDestination, make<SVNCopyOperation>};
-    table[RequestTypeRemoteRemove] = {needsMessage, make<SVNRemoveOperation>};
-    table[RequestTypeCommit] = {needsFiles, make<SVNCommitOperation>};
-    table[RequestTypeIgnore] = {needsFilesAndTree, make<SVNIgnoreOperation>};
-    table[RequestTypeRemove] = {{}, make<SVNRemoveOperation>};
-    table[RequestTypeResolve] = {needsFiles, make<SVNResolveOperation>};
-    table[RequestTypeRevert] = {needsFiles, make<SVNRevertOperation>};
-    table[RequestTypeMakeDirectory] = {needsDestination, make<SVNMakeDirectoryOperation>};
-    table[RequestTypeMerge] = {needsForMerge, make<SVNMergeOperation>};
-    table[RequestTypeCopy] = {needsDestination, make<SVNCopyOperation>};
-    table[RequestTypeMove] = {needsForMove, make<SVNMoveOperation>};
-    table[RequestTypeUnignore] = {needsFilesAndTree, make<SVNIgnoreOperation>};
-    table[RequestTypeUpdate] = {needsFilesAndTree, make<SVNUpdateOperation>};
-    table[RequestTypeSwitch] = {needsFilesAndDestination, make<SVNSwitchOperation>};
-    table[RequestTypeStatus] = {needsFiles, make<SVNStatusOperation>};
-    table[RequestTypeRemoteStatus] = {needsFiles, make<SVNStatusOperation>};
-    table[RequestTypeList] = {needsFiles, make<SVNListOperation>};
-    table[RequestTypeLog] = {needsFiles, make<SVNLogOperation>};
-    table[RequestTypeInfo] = {needsFiles, make<SVNInfoOperation>};
-    table[RequestTypeCheckout] = {needsFilesAndDestination, make<SVNCheckoutOperation>};
-    table[RequestTypeExportFile] = {needsOneFile, make<SVNExportFileOperation>};
-    table[RequestTypeImport] = {needsForImport, make<SVNImportOperation>};
-    table[RequestTypeListBranches] = {needsTree, make<SVNListOperation>};
-    table[RequestTypeCurrentBranch] = {{}, make<SVNCurrentBranchOperation>};
-    table[RequestTypeUnreachable27].isUnreachable = true;
-    table[RequestTypeBlame] = {needsOneFile, make<SVNBlameOperation>};
-    table[RequestTypeUnreachable29].isUnreachable = true;
-    table[RequestTypeDiff] = {needsTree, make<SVNDiffOperation>};
-    table[RequestTypeInfoCheck] = {needsFiles, make<SVNInfoOperation>};
-    table[RequestTypeInfoCheckAlternate] = {needsFiles, make<SVNInfoOperation>};
-    table[RequestTypeLogAll] = {{}, make<SVNLogOperation>};
-    return table;
+constexpr bool everyServedTypeHasOneClass() {
+    return std::ranges::all_of(requestFactsTable, [](const RequestFacts& facts) {
+        const auto count =
+            std::ranges::count_if(rows, [&](const Row& row) { return row.type == facts.type; });
+        return count == (facts.isServed() ? 1 : 0);
+    });
 }
+
+static_assert(everyServedTypeHasOneClass());
 
 } // namespace
 
-const SVNDispatchRow& dispatchRowForType(std::int32_t type) {
-    static const std::array<SVNDispatchRow, typeCount> table = makeTable();
-    static const SVNDispatchRow outside;
-    const bool isInside = type >= 0 && type < static_cast<std::int32_t>(typeCount);
-    return isInside ? table.at(static_cast<std::size_t>(type)) : outside;
+SVNOperationMaker operationMakerForType(std::int32_t type) {
+    const auto* const row = std::ranges::find(rows, type, &Row::type);
+    return row == rows.end() ? nullptr : row->make;
+}
+
+bool hasInput(const QuenSourceControlRequest& request, RequestInput input) {
+    switch (input) {
+    case RequestInput::sourceTree: return request.sourceTree() != nullptr;
+    case RequestInput::repositoryToAuthenticate:
+        return request.repositoryToAuthenticate() != nullptr;
+    case RequestInput::destination: return !request.destination().isNil();
+    case RequestInput::files: return fileCountOf(request) > 0;
+    case RequestInput::oneFile: return fileCountOf(request) == 1;
+    case RequestInput::startingRevision: return !request.startingRevision().isNil();
+    case RequestInput::endingRevision: return !request.endingRevision().isNil();
+    case RequestInput::message:
+    case RequestInput::sourceLocation:
+    case RequestInput::logOutputFilesChanged:
+    case RequestInput::logOutputLimit:
+    case RequestInput::logStopOnBranching:
+    case RequestInput::supplyDirectRevision:
+        return hasOption(request, String(nameOfRequestInput(input)));
+    }
+    return false;
+}
+
+SVNCondition conditionOf(RequestInput input, std::int32_t type) {
+    const bool isImport = type == RequestTypeImport;
+    switch (input) {
+    case RequestInput::files: return {"[request.files count] > 0"};
+    case RequestInput::oneFile: return {"[request.files count] == 1"};
+    case RequestInput::destination: return {"request.destination"};
+    case RequestInput::sourceTree: return {"request.sourceTree"};
+    case RequestInput::message:
+        return isImport
+                   ? SVNCondition{"([request.options "
+                                  "objectForKey:QuenSourceControlRequestOptionMessage])",
+                                  true}
+                   : SVNCondition{
+                         "[request.options objectForKey:QuenSourceControlRequestOptionMessage]"};
+    case RequestInput::sourceLocation:
+        return {"([request.options objectForKey:QuenSourceControlRequestOptionSourceLocation])",
+                true};
+    default: return {nameOfRequestInput(input)};
+    }
 }
 
 } // namespace quen

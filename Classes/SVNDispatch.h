@@ -1,32 +1,30 @@
 #pragma once
 
 #include "QuenFoundation/QuenSourceControlOperation.h"
+#include "QuenFoundation/QuenSourceControlRequestFacts.h"
 
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 namespace quen {
 
-/// Something that a request of a type must bring along.
-struct SVNPrecondition {
-    /// The condition's text; in the nil form, the expression in parentheses.
+/// Makes a new, initialised operation; null when it cannot be initialised.
+using SVNOperationMaker =
+    QuenSourceControlOperationPtr (*)(const QuenSourceControlRequestPtr& request);
+
+/// What makes the operation of a type; null for a type that is not served.
+SVNOperationMaker operationMakerForType(std::int32_t type);
+
+bool hasInput(const QuenSourceControlRequest& request, RequestInput input);
+
+/// How the check of an input reads in the assertion about its absence.
+struct SVNCondition {
+    /// The condition; in the nil form, the expression in parentheses.
     std::string_view text;
-    bool (*holds)(const QuenSourceControlRequest& request);
     bool isNilForm = false;
 };
 
-/// One line of the dispatch table: what a request type requires, and the class that serves it.
-struct SVNDispatchRow {
-    std::span<const SVNPrecondition> preconditions;
-    /// A new, initialised operation, or null when it cannot be initialised. Null where no class
-    /// serves the type.
-    QuenSourceControlOperationPtr (*make)(const QuenSourceControlRequestPtr& request) = nullptr;
-    /// A request of this type is a mistake in the host.
-    bool isUnreachable = false;
-};
-
-/// The row of a type; an empty row for one outside the table.
-const SVNDispatchRow& dispatchRowForType(std::int32_t type);
+/// `type` counts: an import checks its options in the nil form, every other type in the plain one.
+SVNCondition conditionOf(RequestInput input, std::int32_t type);
 
 } // namespace quen

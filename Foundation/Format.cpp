@@ -1,8 +1,7 @@
 #include "Foundation/Format.h"
 
 #include <array>
-#include <cctype>
-#include <cstdio>
+#include <charconv>
 #include <string>
 
 namespace quen {
@@ -22,8 +21,8 @@ Placeholder placeholderAt(std::string_view text) noexcept {
     if (text.starts_with("%ld")) {
         return {3};
     }
-    if (text.size() > 3 && text.starts_with("%.") &&
-        std::isdigit(static_cast<unsigned char>(text[2])) != 0 && text[3] == 'f') {
+    if (text.size() > 3 && text.starts_with("%.") && text[2] >= '0' && text[2] <= '9' &&
+        text[3] == 'f') {
         return {4, text[2] - '0'};
     }
     return {};
@@ -35,10 +34,12 @@ void append(std::string& out, const FormatArgument& argument, int precision) {
     } else if (const auto* number = std::get_if<std::int64_t>(&argument)) {
         out += std::to_string(*number);
     } else {
+        // Not through the C library, which asks the host's locale for the decimal point.
         std::array<char, 400> digits{};
-        const int length = std::snprintf(digits.data(), digits.size(), "%.*f", precision,
-                                         std::get<double>(argument));
-        out.append(digits.data(), static_cast<std::size_t>(length));
+        const auto end =
+            std::to_chars(digits.data(), digits.data() + digits.size(), std::get<double>(argument),
+                          std::chars_format::fixed, precision);
+        out.append(digits.data(), end.ptr);
     }
 }
 

@@ -1,7 +1,6 @@
 #include "Foundation/Value.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 
 namespace quen {
@@ -120,9 +119,7 @@ Value::Value(Dictionary dictionary) noexcept {
 namespace {
 
 bool textIsTrue(std::string_view text) noexcept {
-    const auto isSpace = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
-    text.remove_prefix(static_cast<std::size_t>(
-        std::find_if_not(text.begin(), text.end(), isSpace) - text.begin()));
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
     if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
         text.remove_prefix(1);
     }

@@ -2,7 +2,8 @@
 
 namespace quen {
 
-// A constant's value is its own name: a log or a record that shows one can be read as it is.
+// A constant's value is its own name: a log or a record that shows one can be read as it is. The
+// two revision names are the client's own words, so that every path that hands one over is right.
 
 const String QuenSourceControlRequestOptionMessage =
     String::constant("QuenSourceControlRequestOptionMessage");
@@ -48,10 +49,8 @@ const String QuenSourceControlOperationRevisionKey =
     String::constant("QuenSourceControlOperationRevisionKey");
 const String QuenSourceControlOperationWCStatusKey =
     String::constant("QuenSourceControlOperationWCStatusKey");
-const String QuenSourceControlHEADRevisionName =
-    String::constant("QuenSourceControlHEADRevisionName");
-const String QuenSourceControlBASERevisionName =
-    String::constant("QuenSourceControlBASERevisionName");
+const String QuenSourceControlHEADRevisionName = String::constant("HEAD");
+const String QuenSourceControlBASERevisionName = String::constant("BASE");
 const String QuenSourceControlTrunkBranchName =
     String::constant("QuenSourceControlTrunkBranchName");
 const String QuenSourceControlErrorDomain = String::constant("QuenSourceControlErrorDomain");

@@ -57,8 +57,9 @@ std::shared_ptr<MarlDeveloperPaths> MarlDeveloperPaths::defaultPaths() {
     return paths;
 }
 
-MarlFilePathPtr QuenSourceControl_filePathForTmpFileBasedOnFileName(const String& fileName) {
-    std::shared_ptr<TemporaryDirectory> directory = TemporaryDirectory::make();
+MarlFilePathPtr QuenSourceControl_filePathForTmpFileBasedOnFileName(const String& fileName,
+                                                                    Error* error) {
+    std::shared_ptr<TemporaryDirectory> directory = TemporaryDirectory::make(error);
     if (directory == nullptr) {
         return nullptr;
     }

@@ -136,10 +136,12 @@ Error errorOfSilentFailure(const RunFacts& facts) {
         return {};
     }
     if (facts.signal) {
-        const char* const name = strsignal(*facts.signal);
-        return taskError(128 + *facts.signal,
-                         formatText("The client was ended by signal %ld (%@).",
-                                    {std::int64_t{*facts.signal}, String(name)}));
+        // In English, whatever the host's locale; a real-time signal has no name.
+        const char* const name = sigdescr_np(*facts.signal);
+        return taskError(
+            128 + *facts.signal,
+            formatText("The client was ended by signal %ld (%@).",
+                       {std::int64_t{*facts.signal}, String(name == nullptr ? "no name" : name)}));
     }
     return taskError(*facts.exitStatus,
                      formatText("The client failed with exit status %ld and did not say why.",

@@ -101,7 +101,7 @@ ToolInvocation invocationOf(QuenSourceControlTaskOperation& operation, const Run
 } // namespace
 
 void QuenSourceControlTaskOperation::main() {
-    if (error() || !arguments()) {
+    if (request() == nullptr || error() || !arguments()) {
         return;
     }
     const RunContext context = RunContext::current();

@@ -1,9 +1,13 @@
 #include "Host/TemporaryDirectory.h"
 
+#include "Foundation/Format.h"
 #include "Foundation/PathComponents.h"
 #include "Host/RunContext.h"
+#include "Host/TaskFailure.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -27,14 +31,27 @@ struct Registry {
     }
 };
 
+Error cannotMakeIn(const String& parent, int number) {
+    return {QuenSourceControlTaskErrorDomain,
+            TaskErrorFailed,
+            {{NSLocalizedDescriptionKey,
+              formatText("There is no place for a temporary file in \"%@\": %@.",
+                         {parent, String(strerrordesc_np(number))})},
+             {NSLocalizedRecoverySuggestionErrorKey,
+              "Make the directory usable, or name another one in TMPDIR, and try again."}}};
+}
+
 } // namespace
 
-std::shared_ptr<TemporaryDirectory> TemporaryDirectory::make() {
+std::shared_ptr<TemporaryDirectory> TemporaryDirectory::make(Error* reason) {
     Registry& registry = Registry::shared();
-    std::string path =
-        appendingPathComponent(RunContext::current().temporaryDirectory().view(), "quen-XXXXXX")
-            .str();
+    const String parent = RunContext::current().temporaryDirectory();
+    std::string path = appendingPathComponent(parent.view(), "quen-XXXXXX").str();
     if (mkdtemp(path.data()) == nullptr) {
+        const int number = errno;
+        if (reason != nullptr) {
+            *reason = cannotMakeIn(parent, number);
+        }
         return nullptr;
     }
     struct Maker : TemporaryDirectory {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/String.h"
+#include "Foundation/Value.h"
 
 #include <memory>
 
@@ -10,8 +11,9 @@ namespace quen {
 /// From any thread.
 class TemporaryDirectory {
 public:
-    /// Null where none can be made.
-    static std::shared_ptr<TemporaryDirectory> make();
+    /// Null where none can be made; `reason`, where given, then says where, and
+    /// why not.
+    static std::shared_ptr<TemporaryDirectory> make(Error* reason = nullptr);
     /// The living directory that `path` lies in; null for any other path.
     static std::shared_ptr<TemporaryDirectory> holding(const String& path);
 

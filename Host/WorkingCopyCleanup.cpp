@@ -3,6 +3,7 @@
 #include "Foundation/PathComponents.h"
 #include "Host/RunContext.h"
 #include "Host/TaskFailure.h"
+#include "QuenFoundation/QuenSourceControlRequestFacts.h"
 
 #include <filesystem>
 #include <system_error>
@@ -34,23 +35,8 @@ bool isInterruption(TaskFailure failure) {
 } // namespace
 
 bool writesWorkingCopy(std::int32_t requestType) noexcept {
-    switch (requestType) {
-    case RequestTypeAdd:
-    case RequestTypeCommit:
-    case RequestTypeIgnore:
-    case RequestTypeRemove:
-    case RequestTypeResolve:
-    case RequestTypeRevert:
-    case RequestTypeMakeDirectory:
-    case RequestTypeMerge:
-    case RequestTypeCopy:
-    case RequestTypeMove:
-    case RequestTypeUnignore:
-    case RequestTypeUpdate:
-    case RequestTypeSwitch:
-    case RequestTypeCheckout: return true;
-    default: return false;
-    }
+    const RequestFacts* const facts = requestFactsOf(requestType);
+    return facts != nullptr && facts->writesWorkingCopy;
 }
 
 bool mayHaveLeftLock(const QuenSourceControlOperation& operation) {

@@ -27,6 +27,7 @@ quen_needs_check=(
     libapache2-mod-svn=/usr/lib/apache2/modules/mod_dav_svn.so
     openssh-server=/usr/sbin/sshd
     openssh-client=ssh
+    locales=/usr/share/i18n/locales/de_DE
 )
 # shellcheck disable=SC2034
 quen_needs_ci=(

@@ -9,7 +9,11 @@ namespace quen {
 /// 0 for an absent list too.
 std::size_t fileCountOf(const QuenSourceControlRequest& request);
 
-/// An option's value as a text; nil where the request has none.
+/// Whether the request has a value for an option, of whatever kind.
+bool hasOption(const QuenSourceControlRequest& request, const String& key);
+
+/// An option's value as a text, whatever it is: `(a, b)` for an array, `{key = value}` for a
+/// dictionary. nil only where the request has none, so that no argument takes its place.
 String optionText(const QuenSourceControlRequest& request, const String& key);
 
 /// Puts a piece at the end of a command; nothing where it is nil.

@@ -11,13 +11,6 @@ namespace quen {
 
 namespace {
 
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"blame", "--xml"};
-    appendRevisionRange(command, request);
-    appendPiece(command, firstFileOf(request));
-    return command;
-}
-
 class BlameReading : public SVNReading {
 public:
     explicit BlameReading(const DateFormatter& formatter)
@@ -42,29 +35,20 @@ private:
 
 } // namespace
 
-bool SVNBlameOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(commandFor(*this->request()));
-    _formatter = makeReportDateFormatter();
-    return true;
+SVNBlameOperation::SVNBlameOperation()
+    : SVNQueryOperation(Malformed::errorAndEmptyResult, "Blame operation data parsed in: %.4f"),
+      _formatter(makeReportDateFormatter()) {}
+
+SVNOperation::Command SVNBlameOperation::makeCommand(const QuenSourceControlRequest& request) {
+    StringArray command{"blame", "--xml"};
+    appendRevisionRange(command, request);
+    appendPiece(command, firstFileOf(request));
+    return command;
 }
 
-std::unique_ptr<SVNReading> SVNBlameOperation::makeReading() const {
+std::unique_ptr<SVNReading>
+SVNBlameOperation::makeReading(const QuenSourceControlRequest& /*request*/) {
     return std::make_unique<BlameReading>(_formatter);
-}
-
-void SVNBlameOperation::parseData() {
-    const SVNStopwatch stopwatch;
-    const auto reading = readingOfData();
-    if (const Error malformed = reading->finish()) {
-        setError(malformed);
-        reading->records = Array::empty();
-    } else {
-        stopwatch.log("Blame operation data parsed in: %.4f");
-    }
-    setResult(std::move(reading->records));
 }
 
 } // namespace quen

@@ -9,17 +9,17 @@ namespace quen {
 
 /// `svn blame`: for each line of the first file, the change that last touched it. The lines' own
 /// text is no part of the report.
+///
+/// Always leaves a result, if only an empty one beside the error of a malformed report.
 class SVNBlameOperation : public SVNQueryOperation {
 public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    /// Always leaves a result, if only an empty one beside the error of a malformed report.
-    void parseData() override;
+    SVNBlameOperation();
 
 private:
-    std::unique_ptr<SVNReading> makeReading() const override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
+    std::unique_ptr<SVNReading> makeReading(const QuenSourceControlRequest& request) override;
 
-    DateFormatter _formatter;
+    const DateFormatter _formatter;
 };
 
 } // namespace quen

@@ -2,10 +2,10 @@
 
 #include "Classes/SVNDiagnostics.h"
 #include "Classes/SVNOperations/SVNArguments.h"
+#include "Classes/SVNOperations/SVNCharacters.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 
-#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <optional>
@@ -15,17 +15,10 @@ namespace quen {
 
 namespace {
 
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"commit"};
-    appendMessageIfGiven(command, request);
-    appendFiles(command, request);
-    return command;
-}
-
 /// The whole number that `text` begins with, after white space; the nearest limit for one that is
 /// too large, 0 where there is none.
 std::int64_t leadingInteger(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+    text = withoutLeadingWhiteSpace(text);
     if (text.starts_with('+') && !text.starts_with("+-")) {
         text.remove_prefix(1);
     }
@@ -51,22 +44,19 @@ std::optional<std::int64_t> committedRevision(std::string_view output) {
 
 } // namespace
 
-bool SVNCommitOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    const QuenSourceControlRequest& asked = *this->request();
-    const SVNAssertions assertions(this, "-[SVNCommitOperation initWithRequest:]",
-                                   SVNAssertions::operationsFile);
-    assertions.check(asked.options()[QuenSourceControlRequestOptionAllowEmptyCommit].isNothing(),
-                     "((void*)0) == [request.options "
-                     "objectForKey:QuenSourceControlRequestOptionAllowEmptyCommit]",
-                     328);
-    setCommand(commandFor(asked));
-    return true;
+SVNOperation::Command SVNCommitOperation::makeCommand(const QuenSourceControlRequest& request) {
+    SVNAssertions(this, "-[SVNCommitOperation initWithRequest:]", SVNAssertions::operationsFile)
+        .check(!hasOption(request, QuenSourceControlRequestOptionAllowEmptyCommit),
+               "((void*)0) == [request.options "
+               "objectForKey:QuenSourceControlRequestOptionAllowEmptyCommit]",
+               328);
+    StringArray command{"commit"};
+    appendMessageIfGiven(command, request);
+    appendFiles(command, request);
+    return command;
 }
 
-void SVNCommitOperation::parseData() {
+void SVNCommitOperation::parseOutput(const QuenSourceControlRequest& /*request*/) {
     if (data() == nullptr || data()->isEmpty()) {
         return;
     }

@@ -1,7 +1,7 @@
 #include "Classes/SVNOperations/SVNCurrentBranchOperation.h"
 
 #include "Classes/SVNOperations/SVNArguments.h"
-#include "Classes/SVNOperations/SVNReading.h"
+#include "Classes/SVNOperations/SVNCharacters.h"
 #include "Foundation/PathComponents.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
@@ -11,13 +11,6 @@ namespace quen {
 
 namespace {
 
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"info", "--xml"};
-    const QuenSourceControlSourceTreePtr tree = request.sourceTree();
-    appendPiece(command, tree == nullptr ? String() : tree->location());
-    return command;
-}
-
 /// By the beginning of the text alone: `trunk-old` counts as below `trunk`.
 bool isBelow(std::string_view url, const URL& location) {
     return !location.isNil() && url.starts_with(location.absoluteString().view());
@@ -25,14 +18,11 @@ bool isBelow(std::string_view url, const URL& location) {
 
 /// What stands behind the branches location, up to the next separator; nil for nothing.
 String branchNameIn(std::string_view url, const URL& branches) {
+    url.remove_prefix(branches.absoluteString().length());
     // One character is skipped whatever it is: the separator, where the location is configured
     // without one at its end.
-    const std::size_t skipped = branches.absoluteString().length() + 1;
-    if (url.size() < skipped) {
-        return {};
-    }
-    const std::string_view rest = url.substr(skipped);
-    const auto components = pathComponents(rest);
+    url.remove_prefix(firstCharacterOf(url).size());
+    const auto components = pathComponents(url);
     return components.empty() ? String() : String(components.front());
 }
 
@@ -47,9 +37,9 @@ String branchNameOf(std::string_view url, const QuenSourceControlRepository& rep
 
 class BranchReading : public SVNReading {
 public:
-    /// `repository` is null where it does not count.
-    explicit BranchReading(const QuenSourceControlRepository* repository)
-        : SVNReading({"entry"}), repository_(repository) {}
+    explicit BranchReading(const QuenSourceControlRepositoryPtr& repository)
+        : SVNReading({"entry"}),
+          repository_(repository != nullptr && repository->isValid() ? repository : nullptr) {}
 
 private:
     void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
@@ -61,29 +51,23 @@ private:
         }
     }
 
-    const QuenSourceControlRepository* repository_;
+    /// Null where it does not count.
+    const QuenSourceControlRepositoryPtr repository_;
 };
 
 } // namespace
 
-bool SVNCurrentBranchOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(commandFor(*this->request()));
-    return true;
+SVNOperation::Command
+SVNCurrentBranchOperation::makeCommand(const QuenSourceControlRequest& request) {
+    const QuenSourceControlSourceTreePtr tree = request.sourceTree();
+    StringArray command{"info", "--xml"};
+    appendPiece(command, tree == nullptr ? String() : tree->location());
+    return command;
 }
 
-void SVNCurrentBranchOperation::parseData() {
-    const QuenSourceControlRepositoryPtr repository = repositoryOf(request()->sourceTree());
-    const bool isConfigured = repository != nullptr && repository->isValid();
-    BranchReading reading(isConfigured ? repository.get() : nullptr);
-    reading.readWhole(data());
-    if (const Error malformed = reading.finish()) {
-        setError(malformed);
-        return;
-    }
-    setResult(std::move(reading.records));
+std::unique_ptr<SVNReading>
+SVNCurrentBranchOperation::makeReading(const QuenSourceControlRequest& request) {
+    return std::make_unique<BranchReading>(repositoryOf(request.sourceTree()));
 }
 
 } // namespace quen

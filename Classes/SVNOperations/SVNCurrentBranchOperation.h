@@ -1,17 +1,18 @@
 #pragma once
 
-#include "Classes/SVNOperations/SVNOperation.h"
+#include "Classes/SVNOperations/SVNQueryOperation.h"
+
+#include <memory>
 
 namespace quen {
 
 /// `svn info` of the source tree: the name of the branch that it is on, by where its URL lies
 /// among the repository's configured locations.
-class SVNCurrentBranchOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    /// Leaves a result or, for a malformed report, an error.
-    void parseData() override;
+///
+/// Leaves a result or, for a malformed report, an error.
+class SVNCurrentBranchOperation : public SVNQueryOperation {
+    Command makeCommand(const QuenSourceControlRequest& request) override;
+    std::unique_ptr<SVNReading> makeReading(const QuenSourceControlRequest& request) override;
 };
 
 } // namespace quen

@@ -34,19 +34,6 @@ void appendPinned(StringArray& command, const String& location, const String& re
     appendPiece(command, hasPeg ? String(location.str() + "@" + revision.str()) : location);
 }
 
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"diff"};
-    const bool isPinned = suppliesDirectRevision(request);
-    if (!request.startingRevision().isNil() && !isPinned) {
-        appendRange(command, request);
-    } else if (!request.destination().isNil()) {
-        command.insert(command.end(), {"--summarize", "--xml"});
-        appendPinned(command, firstFileOf(request), request.startingRevision(), isPinned);
-        appendPinned(command, request.destination(), request.endingRevision(), isPinned);
-    }
-    return command;
-}
-
 class SummaryReading : public SVNReading {
 public:
     explicit SummaryReading(const SVNOperation& operation)
@@ -87,27 +74,32 @@ private:
 
 } // namespace
 
-bool SVNDiffOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
-        return false;
+SVNOperation::Command SVNDiffOperation::makeCommand(const QuenSourceControlRequest& request) {
+    StringArray command{"diff"};
+    const bool isPinned = suppliesDirectRevision(request);
+    if (!request.startingRevision().isNil() && !isPinned) {
+        appendRange(command, request);
+    } else if (!request.destination().isNil()) {
+        command.insert(command.end(), {"--summarize", "--xml"});
+        appendPinned(command, firstFileOf(request), request.startingRevision(), isPinned);
+        appendPinned(command, request.destination(), request.endingRevision(), isPinned);
     }
-    setCommand(commandFor(*this->request()));
-    return true;
+    return command;
 }
 
-std::unique_ptr<SVNReading> SVNDiffOperation::makeReading() const {
-    return request()->destination().isNil() ? nullptr : std::make_unique<SummaryReading>(*this);
+std::unique_ptr<SVNReading> SVNDiffOperation::makeReading(const QuenSourceControlRequest& request) {
+    return request.destination().isNil() ? nullptr : std::make_unique<SummaryReading>(*this);
 }
 
-void SVNDiffOperation::parseData() {
+void SVNDiffOperation::parseOutput(const QuenSourceControlRequest& request) {
     const DataPtr output = data();
     if (output == nullptr || output->isEmpty()) {
         return;
     }
-    if (request()->destination().isNil()) {
+    if (request.destination().isNil()) {
         parseText();
     } else {
-        parseSummary();
+        SVNQueryOperation::parseOutput(request);
     }
 }
 
@@ -115,15 +107,6 @@ void SVNDiffOperation::parseText() {
     const String text = quensc_stringFromData(data());
     if (!text.isNil()) {
         setResult(Array{Dictionary{{QuenSourceControlOperationContentKey, text}}});
-    }
-}
-
-void SVNDiffOperation::parseSummary() {
-    const auto reading = readingOfData();
-    // A malformed summary passes in silence: it may be the text of a difference.
-    if (!reading->finish()) {
-        reading->remarks.makeAll();
-        setResult(std::move(reading->records));
     }
 }
 

@@ -12,18 +12,18 @@ namespace quen {
 /// The command and the way its output is read are chosen apart from each other: a request with a
 /// destination and a range of revisions gets the text of a difference, which is then read as a
 /// summary and gives nothing.
+///
+/// Leaves a result, or nothing at all for output that is empty, that is not text, or that is a
+/// malformed summary.
 class SVNDiffOperation : public SVNQueryOperation {
 public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    /// Leaves a result, or nothing at all for output that is empty, that is no text, or that is a
-    /// malformed summary.
-    void parseData() override;
+    SVNDiffOperation() : SVNQueryOperation(Malformed::silence) {}
 
 private:
-    std::unique_ptr<SVNReading> makeReading() const override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
+    std::unique_ptr<SVNReading> makeReading(const QuenSourceControlRequest& request) override;
+    void parseOutput(const QuenSourceControlRequest& request) override;
     void parseText();
-    void parseSummary();
 };
 
 } // namespace quen

@@ -3,6 +3,8 @@
 #include "Classes/SVNOperations/SVNTreeEdits.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
+#include <optional>
+
 namespace quen {
 
 namespace {
@@ -49,16 +51,28 @@ Error typicalError(const String& text, const QuenSourceControlRequest& request) 
 /// How the login shell on the server complains. What follows may be worth hearing.
 constexpr std::string_view homeDirectoryNotice = "Could not chdir to home directory";
 
-/// The text behind all such complaints at its beginning; nil where one is all there is.
-String behindHomeDirectoryNotices(const String& text) {
-    constexpr std::string_view end = "No such file or directory\n";
-    std::string_view rest = text.view();
-    while (rest.starts_with(homeDirectoryNotice)) {
-        const std::size_t position = rest.find(end);
-        if (position == std::string_view::npos) {
-            return {};
-        }
-        rest.remove_prefix(position + end.size());
+constexpr std::string_view endOfNotice = "No such file or directory\n";
+
+/// The text behind the notice that it begins with; absent where the notice is all there is.
+std::optional<std::string_view> behindNotice(std::string_view text) {
+    const std::size_t position = text.find(endOfNotice);
+    return position == std::string_view::npos
+               ? std::nullopt
+               : std::optional(text.substr(position + endOfNotice.size()));
+}
+
+/// The text to ask about next: that behind the first notice. Of a great many notices the first ones
+/// are skipped together, because each is asked about within the one before.
+std::optional<std::string_view> behindNotices(std::string_view text) {
+    constexpr std::size_t depth = 64;
+    std::size_t count = 0;
+    for (std::optional rest(text); rest && rest->starts_with(homeDirectoryNotice);
+         rest = behindNotice(*rest)) {
+        ++count;
+    }
+    std::optional<std::string_view> rest = behindNotice(text);
+    for (; rest && count > depth; --count) {
+        rest = behindNotice(*rest);
     }
     return rest;
 }
@@ -66,7 +80,7 @@ String behindHomeDirectoryNotices(const String& text) {
 } // namespace
 
 Error SVNOperation::errorFromErrorMessage(const String& message) {
-    if (message.isNil()) {
+    if (message.isNil() || request() == nullptr) {
         return {};
     }
     if (Error known = typicalError(message, *request())) {
@@ -78,8 +92,8 @@ Error SVNOperation::errorFromErrorMessage(const String& message) {
             -60, "The file could not be renamed because a file with that name already exists.");
     }
     if (message.hasPrefix(homeDirectoryNotice)) {
-        const String rest = behindHomeDirectoryNotices(message);
-        return rest.isNil() ? Error() : errorFromErrorMessage(rest);
+        const auto rest = behindNotices(message.view());
+        return rest ? errorFromErrorMessage(*rest) : Error();
     }
     if (message.hasPrefix("Warning: Permanently added") &&
         message.hasSuffix("(RSA) to the list of known hosts.")) {

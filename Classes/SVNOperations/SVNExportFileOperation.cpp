@@ -6,14 +6,12 @@
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 
-#include <utility>
-
 namespace quen {
 
 namespace {
 
 /// Pieces that are absent are left out.
-StringArray commandFor(const QuenSourceControlRequest& request, const MarlFilePathPtr& target) {
+StringArray commandFor(const QuenSourceControlRequest& request, const String& target) {
     StringArray command{"export"};
     String source = firstFileOf(request);
     const String revision = headOrBaseRevision(request.startingRevision());
@@ -24,23 +22,30 @@ StringArray commandFor(const QuenSourceControlRequest& request, const MarlFilePa
         }
     }
     appendPiece(command, source);
-    appendPiece(command, target == nullptr ? String() : target->pathString());
+    appendPiece(command, target);
     return command;
+}
+
+/// For a host that does not say why.
+Error noPlaceFor(const String& file) {
+    return sourceControlError(
+        -1, formatText("There is no place for a temporary copy of the file \"%@\".", {file}));
 }
 
 } // namespace
 
-bool SVNExportFileOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
+SVNOperation::Command SVNExportFileOperation::makeCommand(const QuenSourceControlRequest& request) {
+    Error reason;
     _exportedFilePath =
-        QuenSourceControl_filePathForTmpFileBasedOnFileName(firstFileOf(*this->request()));
-    setCommand(commandFor(*this->request(), _exportedFilePath));
-    return true;
+        QuenSourceControl_filePathForTmpFileBasedOnFileName(firstFileOf(request), &reason);
+    if (_exportedFilePath == nullptr) {
+        setError(reason ? reason : noPlaceFor(firstFileOf(request)));
+        return {};
+    }
+    return commandFor(request, _exportedFilePath->pathString());
 }
 
-void SVNExportFileOperation::parseData() {
+void SVNExportFileOperation::parseOutput(const QuenSourceControlRequest& /*request*/) {
     reportFetchedFile(*this, pathOfArrival());
 }
 

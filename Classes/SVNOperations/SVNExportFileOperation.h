@@ -5,15 +5,13 @@
 
 namespace quen {
 
-/// `svn export` of the first file into a temporary one, whose path object is the result.
+/// `svn export` of the first file into a temporary one, whose path object is the result. Where the
+/// host has no place for that one, `error` says why, and no arguments are set: the client would
+/// write into whatever directory it runs in.
 class SVNExportFileOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
+    Command makeCommand(const QuenSourceControlRequest& request) override;
     /// Looks at the disk, not at the output. Leaves a result or, where no file arrived, an error.
-    void parseData() override;
-
-private:
+    void parseOutput(const QuenSourceControlRequest& request) override;
     /// Where the client has put the file.
     MarlFilePathPtr pathOfArrival() const;
 

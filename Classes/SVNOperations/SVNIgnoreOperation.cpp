@@ -50,51 +50,52 @@ void runOnQueue(OperationQueue& queue, const std::shared_ptr<SVNPropGetOperation
 } // namespace
 
 void SVNIgnoreOperation::cancel() {
+    // Before the queue: a client that is ended by this must find the whole cancelled.
+    Operation::cancel();
     const std::lock_guard lock(mutex_);
     if (_operationQueue != nullptr) {
         _operationQueue->cancel();
     }
-    // Behind the queue: `main` takes this for a queue that starts nothing any more.
-    Operation::cancel();
 }
 
 void SVNIgnoreOperation::setOperationQueue(OperationQueuePtr queue) {
     const std::lock_guard lock(mutex_);
     _operationQueue = std::move(queue);
-    if (isCancelled() && _operationQueue != nullptr) {
-        _operationQueue->cancel();
-    }
 }
 
-/// Null where there can be no query.
 std::shared_ptr<SVNPropGetOperation> SVNIgnoreOperation::runQuery(const String& file) {
     auto query = std::make_shared<SVNPropGetOperation>();
-    if (!query->initWithRequest(requestForFile(*request(), file))) {
-        return nullptr;
-    }
+    query->initWithRequest(requestForFile(*request(), file));
     runOnQueue(*operationQueue(), query);
-    if (isCancelled() && !query->error() && !query->wasSkipped()) {
-        // Its edit may have been cut short. The next query is skipped, and says so.
-        return runQuery(file);
-    }
     return query;
 }
 
+/// How an edit ends is not looked at, unless the whole was cancelled: then it may have been ended,
+/// or never have run.
+Error SVNIgnoreOperation::errorOf(const SVNPropGetOperation& query) const {
+    const bool looksAtEdit = isCancelled() && !query.error() && query.queuedEdit() != nullptr;
+    return looksAtEdit ? query.queuedEdit()->error() : query.error();
+}
+
 void SVNIgnoreOperation::main() {
-    setOperationQueue(OperationQueue::make());
+    if (request() == nullptr) {
+        return;
+    }
+    const OperationQueuePtr queue = OperationQueue::make();
+    setOperationQueue(queue);
+    if (isCancelled()) {
+        queue->cancel(); // nobody had the queue to cancel it
+    }
     const StringArray files = request()->files().value_or(StringArray());
     Array results = Array::empty();
     Array errors = Array::empty();
     for (const String& file : files) {
         const auto query = runQuery(file);
-        if (query == nullptr) {
-            continue;
-        }
         if (!query->result().isNothing()) {
             results.append(query->result());
         }
-        if (query->error()) {
-            errors.append(wrappedError(query->error(), files));
+        if (const Error error = errorOf(*query)) {
+            errors.append(wrappedError(error, files));
         }
     }
     setResult(std::move(results));

@@ -16,8 +16,8 @@ class SVNPropGetOperation;
 /// `result` is always set: the results of the queries, of which there are none. A query that fails
 /// adds to `error`, and the other files are still served; how an edit ends is not looked at.
 ///
-/// Cancelled, it ends the client that is running and starts no other: each file that was not served
-/// to its end adds the error of a cancelled query.
+/// Cancelled, it ends the client that is running and starts no other: each file whose query or edit
+/// failed or did not run adds that one's error.
 class SVNIgnoreOperation : public QuenSourceControlOperation {
 public:
     void main() override;
@@ -29,6 +29,7 @@ public:
 
 private:
     std::shared_ptr<SVNPropGetOperation> runQuery(const String& file);
+    Error errorOf(const SVNPropGetOperation& query) const;
 
     std::mutex mutex_; // between `cancel` and the change of the queue
     OperationQueuePtr _operationQueue;

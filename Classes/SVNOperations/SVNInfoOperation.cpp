@@ -1,19 +1,13 @@
 #include "Classes/SVNOperations/SVNInfoOperation.h"
 
 #include "Classes/SVNOperations/SVNChangeReader.h"
-#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlRequestFacts.h"
 
 #include <utility>
 
 namespace quen {
 
 namespace {
-
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"info", "--xml"};
-    appendFiles(command, request);
-    return command;
-}
 
 class InfoReading : public SVNReading {
 public:
@@ -44,35 +38,22 @@ private:
 };
 
 bool isCheck(const QuenSourceControlRequest& request) {
-    return request.type() == RequestTypeInfoCheck ||
-           request.type() == RequestTypeInfoCheckAlternate;
+    const RequestFacts* const facts = requestFactsOf(request.type());
+    return facts != nullptr && facts->isCheck;
 }
 
 } // namespace
 
-bool SVNInfoOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(commandFor(*this->request()));
-    _formatter = makeReportDateFormatter();
-    return true;
+SVNInfoOperation::SVNInfoOperation() : _formatter(makeReportDateFormatter()) {}
+
+SVNOperation::Command SVNInfoOperation::makeCommand(const QuenSourceControlRequest& request) {
+    StringArray command{"info", "--xml"};
+    appendFiles(command, request);
+    return command;
 }
 
-std::unique_ptr<SVNReading> SVNInfoOperation::makeReading() const {
-    return isCheck(*request()) ? nullptr : std::make_unique<InfoReading>(_formatter);
-}
-
-void SVNInfoOperation::parseData() {
-    if (isCheck(*request())) {
-        return;
-    }
-    const auto reading = readingOfData();
-    if (const Error malformed = reading->finish()) {
-        setError(malformed);
-        return;
-    }
-    setResult(std::move(reading->records));
+std::unique_ptr<SVNReading> SVNInfoOperation::makeReading(const QuenSourceControlRequest& request) {
+    return isCheck(request) ? nullptr : std::make_unique<InfoReading>(_formatter);
 }
 
 } // namespace quen

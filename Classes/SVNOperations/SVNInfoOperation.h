@@ -9,17 +9,17 @@ namespace quen {
 
 /// `svn info`: where each item lives in the repository, and its last change. The two check types
 /// only want to know whether the client succeeds.
+///
+/// Leaves a result or, for a malformed report, an error; for a check neither.
 class SVNInfoOperation : public SVNQueryOperation {
 public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    /// Leaves a result or, for a malformed report, an error; for a check neither.
-    void parseData() override;
+    SVNInfoOperation();
 
 private:
-    std::unique_ptr<SVNReading> makeReading() const override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
+    std::unique_ptr<SVNReading> makeReading(const QuenSourceControlRequest& request) override;
 
-    DateFormatter _formatter;
+    const DateFormatter _formatter;
 };
 
 } // namespace quen

@@ -19,12 +19,6 @@ String locationFor(const QuenSourceControlRequest& request) {
     return repository == nullptr ? String() : repository->branchesLocation().absoluteString();
 }
 
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"list", "--xml"};
-    appendPiece(command, locationFor(request));
-    return command;
-}
-
 Error branchesNotLocated() {
     return sourceControlError(
         -90,
@@ -55,31 +49,23 @@ private:
 
 } // namespace
 
-bool SVNListOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    const bool wantsBranches = this->request()->type() == RequestTypeListBranches;
-    if (wantsBranches && locationFor(*this->request()).isNil()) {
+SVNOperation::Command SVNListOperation::makeCommand(const QuenSourceControlRequest& request) {
+    const String location = locationFor(request);
+    if (request.type() == RequestTypeListBranches && location.isNil()) {
         setError(branchesNotLocated());
-        // The description is the format: the line in the log is the description to the letter.
-        logAtLevel(2, error().description().view(), {});
+        if (isLogged(levelOfDescriptions)) {
+            // The description is the format: the line in the log is the description to the letter.
+            logAtLevel(levelOfDescriptions, error().description().view(), {});
+        }
     }
-    setCommand(commandFor(*this->request()));
-    return true;
+    StringArray command{"list", "--xml"};
+    appendPiece(command, location);
+    return command;
 }
 
-std::unique_ptr<SVNReading> SVNListOperation::makeReading() const {
+std::unique_ptr<SVNReading>
+SVNListOperation::makeReading(const QuenSourceControlRequest& /*request*/) {
     return std::make_unique<ListReading>();
-}
-
-void SVNListOperation::parseData() {
-    const auto reading = readingOfData();
-    if (const Error malformed = reading->finish()) {
-        setError(malformed);
-        return;
-    }
-    setResult(std::move(reading->records));
 }
 
 } // namespace quen

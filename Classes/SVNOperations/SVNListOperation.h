@@ -8,17 +8,13 @@ namespace quen {
 
 /// `svn list`: the names of what lies directly inside the first file or, for
 /// RequestTypeListBranches, inside the repository's branches location.
+///
+/// `error` is set from the beginning when branches are asked for and nobody knows where they are;
+/// the arguments are set all the same, without a location. Leaves a result or, for a malformed
+/// report, an error.
 class SVNListOperation : public SVNQueryOperation {
-public:
-    /// Sets `error` when branches are asked for and nobody knows where they are. The arguments are
-    /// set all the same, without a location.
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    /// Leaves a result or, for a malformed report, an error.
-    void parseData() override;
-
-private:
-    std::unique_ptr<SVNReading> makeReading() const override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
+    std::unique_ptr<SVNReading> makeReading(const QuenSourceControlRequest& request) override;
 };
 
 } // namespace quen

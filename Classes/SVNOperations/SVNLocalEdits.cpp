@@ -4,13 +4,12 @@
 #include "Classes/SVNOperations/SVNArguments.h"
 #include "Classes/SVNOperations/SVNRemoteEdits.h"
 
-#include <utility>
-
 namespace quen {
 
-namespace {
+// The siblings differ in one point that hosts rely on: an error that is already there keeps a
+// removal from getting arguments, and none of the others.
 
-StringArray addCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNAddOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"add"};
     // Only for an absent list: an empty one adds nothing.
     if (!request.files()) {
@@ -20,78 +19,35 @@ StringArray addCommandFor(const QuenSourceControlRequest& request) {
     return command;
 }
 
-StringArray removeCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNRemoveOperation::makeCommand(const QuenSourceControlRequest& request) {
+    const SVNAssertions assertions(this, "-[SVNRemoveOperation initWithRequest:]",
+                                   SVNAssertions::operationsFile);
     StringArray command{"remove", "--force"};
     if (request.type() == RequestTypeRemoteRemove) {
+        assertions.checkIsRepository(request.sourceTree(), "repository", 597);
+        if (branchesURLOf(request).isNil()) {
+            setError(missingLocationsError(request));
+        }
         appendRequiredMessage(command, request);
         appendPiece(command, destinationBelowBranches(request));
     } else {
+        assertions.check(fileCountOf(request) > 0, "[request.files count] > 0", 612);
         appendMessageIfGiven(command, request);
         appendFiles(command, request);
     }
-    return command;
+    return error() ? Command() : command;
 }
 
-StringArray resolveCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNResolveOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"resolve", "--accept", "working"};
     appendFiles(command, request);
     return command;
 }
 
-StringArray revertCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNRevertOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"revert", "-R"};
     appendFiles(command, request);
     return command;
-}
-
-} // namespace
-
-// The siblings differ in one point that hosts rely on: an error that is already there keeps a
-// removal from getting arguments, and none of the others.
-
-bool SVNAddOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(addCommandFor(*this->request()));
-    return true;
-}
-
-bool SVNRemoveOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    const QuenSourceControlRequest& asked = *this->request();
-    const SVNAssertions assertions(this, "-[SVNRemoveOperation initWithRequest:]",
-                                   SVNAssertions::operationsFile);
-    if (asked.type() == RequestTypeRemoteRemove) {
-        assertions.checkIsRepository(asked.sourceTree(), "repository", 597);
-        if (branchesURLOf(asked).isNil()) {
-            setError(missingLocationsError(asked));
-        }
-    } else {
-        assertions.check(fileCountOf(asked) > 0, "[request.files count] > 0", 612);
-    }
-    if (!error()) {
-        setCommand(removeCommandFor(asked));
-    }
-    return true;
-}
-
-bool SVNResolveOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(resolveCommandFor(*this->request()));
-    return true;
-}
-
-bool SVNRevertOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(revertCommandFor(*this->request()));
-    return true;
 }
 
 } // namespace quen

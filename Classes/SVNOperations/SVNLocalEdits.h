@@ -9,28 +9,24 @@ namespace quen {
 
 /// `svn add`.
 class SVNAddOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn remove`: files of a working copy or, for RequestTypeRemoteRemove, the item below the
-/// repository's branches folder that the destination names.
+/// repository's branches folder that the destination names. `error` is set from the beginning for a
+/// repository whose branches folder is not configured.
 class SVNRemoveOperation : public SVNOperation {
-public:
-    /// Sets `error` for a repository whose branches folder is not configured.
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn resolve`, by accepting the working file as it stands.
 class SVNResolveOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn revert`, always with everything below.
 class SVNRevertOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 } // namespace quen

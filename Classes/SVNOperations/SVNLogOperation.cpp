@@ -23,24 +23,6 @@ void appendTarget(StringArray& command, const QuenSourceControlRequest& request)
     command.push_back(peg.isNil() ? file : locationAtRevision(file, peg));
 }
 
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    const Dictionary& options = request.options();
-    StringArray command{"log", "--xml"};
-    if (options[QuenSourceControlRequestOptionLogStopOnBranching].boolValue()) {
-        command.emplace_back("--stop-on-copy");
-    }
-    const String limit = optionText(request, QuenSourceControlRequestOptionLogOutputLimit);
-    if (!limit.isNil()) {
-        command.insert(command.end(), {"--limit", limit});
-    }
-    appendRevisionRange(command, request);
-    appendTarget(command, request);
-    if (options[QuenSourceControlRequestOptionLogOutputFilesChanged].boolValue()) {
-        command.emplace_back("-v");
-    }
-    return command;
-}
-
 class LogReading : public SVNReading {
 public:
     LogReading(const SVNLogOperation& operation, const DateFormatter& formatter)
@@ -84,29 +66,31 @@ private:
 
 } // namespace
 
-bool SVNLogOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
-        return false;
+SVNLogOperation::SVNLogOperation()
+    : SVNQueryOperation(Malformed::error, "Time to set parse log operation data: %.4f"),
+      _formatter(makeReportDateFormatter()) {}
+
+SVNOperation::Command SVNLogOperation::makeCommand(const QuenSourceControlRequest& request) {
+    const Dictionary& options = request.options();
+    StringArray command{"log", "--xml"};
+    if (options[QuenSourceControlRequestOptionLogStopOnBranching].boolValue()) {
+        command.emplace_back("--stop-on-copy");
     }
-    setCommand(commandFor(*this->request()));
-    _formatter = makeReportDateFormatter();
-    return true;
+    const String limit = optionText(request, QuenSourceControlRequestOptionLogOutputLimit);
+    if (!limit.isNil()) {
+        command.insert(command.end(), {"--limit", limit});
+    }
+    appendRevisionRange(command, request);
+    appendTarget(command, request);
+    if (options[QuenSourceControlRequestOptionLogOutputFilesChanged].boolValue()) {
+        command.emplace_back("-v");
+    }
+    return command;
 }
 
-std::unique_ptr<SVNReading> SVNLogOperation::makeReading() const {
+std::unique_ptr<SVNReading>
+SVNLogOperation::makeReading(const QuenSourceControlRequest& /*request*/) {
     return std::make_unique<LogReading>(*this, _formatter);
-}
-
-void SVNLogOperation::parseData() {
-    const SVNStopwatch stopwatch;
-    const auto reading = readingOfData();
-    if (const Error malformed = reading->finish()) {
-        setError(malformed);
-        return;
-    }
-    reading->remarks.makeAll();
-    stopwatch.log("Time to set parse log operation data: %.4f");
-    setResult(std::move(reading->records));
 }
 
 } // namespace quen

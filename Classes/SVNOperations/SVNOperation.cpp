@@ -22,13 +22,26 @@ bool SVNOperation::initWithRequest(QuenSourceControlRequestPtr request) {
     }
     setLaunchPath(pathOfClient());
     sanitizeFilenames();
+    if (Command command = makeCommand(*this->request())) {
+        StringArray arguments = defaultArguments();
+        arguments.insert(arguments.end(), std::make_move_iterator(command->begin()),
+                         std::make_move_iterator(command->end()));
+        setArguments(std::move(arguments));
+    }
     return true;
 }
 
+SVNOperation::Command SVNOperation::makeCommand(const QuenSourceControlRequest& /*request*/) {
+    return {};
+}
+
 void SVNOperation::sanitizeFilenames() {
+    if (request() == nullptr) {
+        return;
+    }
     StringArray names;
     for (const String& name : request()->files().value_or(StringArray())) {
-        // A host's mistake: no client takes a name that is none.
+        // A nil name is a mistake of the host: the client takes none.
         if (name.isNil()) {
             continue;
         }
@@ -39,16 +52,20 @@ void SVNOperation::sanitizeFilenames() {
 }
 
 StringArray SVNOperation::defaultArguments() const {
-    const QuenSourceControlRepositoryPtr repository = repositoryOf(request()->sourceTree());
+    const QuenSourceControlRepositoryPtr repository =
+        request() == nullptr ? nullptr : repositoryOf(request()->sourceTree());
     const String user = repository == nullptr ? String() : repository->user();
     return user.isEmpty() ? StringArray() : StringArray{"--username", user};
 }
 
-void SVNOperation::setCommand(StringArray command) {
-    StringArray arguments = defaultArguments();
-    arguments.insert(arguments.end(), std::make_move_iterator(command.begin()),
-                     std::make_move_iterator(command.end()));
-    setArguments(std::move(arguments));
+void SVNOperation::parseData() {
+    if (request() != nullptr) {
+        parseOutput(*request());
+    }
+}
+
+void SVNOperation::parseOutput(const QuenSourceControlRequest& /*request*/) {
+    QuenSourceControlTaskOperation::parseData();
 }
 
 QuenSourceControlRepositoryPtr repositoryOf(const QuenSourceControlSourceTreePtr& tree) {

@@ -3,7 +3,6 @@
 #include "Classes/SVNOperations/SVNArguments.h"
 
 #include <string>
-#include <utility>
 
 namespace quen {
 
@@ -13,49 +12,43 @@ bool editsIgnoreList(const QuenSourceControlRequest& request) {
     return request.type() == RequestTypeIgnore || request.type() == RequestTypeUnignore;
 }
 
-String joinedByLineFeeds(const StringArray& names) {
+/// An absent entry is a mistake of the caller's, and left out.
+String joinedByLineFeeds(const StringArray& entries) {
     std::string text;
-    for (const String& name : names) {
-        text += &name == &names.front() ? "" : "\n";
-        text += name.view();
+    bool isFirst = true;
+    for (const String& entry : entries) {
+        if (!entry.isNil()) {
+            text += isFirst ? "" : "\n";
+            text += entry.view();
+            isFirst = false;
+        }
     }
     return text;
 }
 
-StringArray setCommandFor(const QuenSourceControlRequest& request) {
+} // namespace
+
+void SVNPropSetOperation::sanitizeFilenames() {}
+
+SVNOperation::Command SVNPropSetOperation::makeCommand(const QuenSourceControlRequest& request) {
+    if (!editsIgnoreList(request)) {
+        return {};
+    }
     StringArray command{"propset", "svn:ignore"};
     command.push_back(joinedByLineFeeds(request.files().value_or(StringArray())));
     appendPiece(command, request.destination());
     return command;
 }
 
-/// The directory is worked out from the file: the query whose request this is has no destination.
-StringArray deleteCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNPropDelOperation::makeCommand(const QuenSourceControlRequest& request) {
+    if (!editsIgnoreList(request)) {
+        return {};
+    }
+    // The directory is worked out from the file: the query whose request this is has no
+    // destination.
     StringArray command{"propdel", "svn:ignore"};
     appendPiece(command, parentOfFirstFile(request));
     return command;
-}
-
-} // namespace
-
-bool SVNPropSetOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    if (editsIgnoreList(*this->request())) {
-        setCommand(setCommandFor(*this->request()));
-    }
-    return true;
-}
-
-bool SVNPropDelOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    if (editsIgnoreList(*this->request())) {
-        setCommand(deleteCommandFor(*this->request()));
-    }
-    return true;
 }
 
 } // namespace quen

@@ -9,23 +9,40 @@
 namespace quen {
 
 /// The base of every query whose report is a list of records in XML. The report is read while the
-/// client still writes it, where the host shows its pieces, and from `data` otherwise.
+/// client still writes it, where the host shows its pieces, and from `data` otherwise; the result
+/// is the records.
 ///
-/// A concrete class says what reads its report, and overrides `parseData` to take what was read.
+/// A concrete class says what reads its report, and what becomes of a malformed one.
 class SVNQueryOperation : public SVNOperation {
 public:
     void outputArrived(std::string_view piece) override;
 
 protected:
-    /// A new reading of the report; null for a request whose output is not read as one.
-    virtual std::unique_ptr<SVNReading> makeReading() const = 0;
+    /// What a malformed report leaves.
+    enum class Malformed {
+        error,
+        errorAndEmptyResult,
+        /// Nothing: no error, and no result.
+        silence,
+    };
 
-    /// The reading of all of `data`, not finished yet: the one that was begun while the client ran,
-    /// if it has seen everything, or a new one. Once, and never null: not for a request without
-    /// one.
-    std::unique_ptr<SVNReading> readingOfData();
+    /// `timeFormat`, where given, holds one `%.4f`: the line in the log about how many seconds the
+    /// records took.
+    explicit SVNQueryOperation(Malformed malformed = Malformed::error,
+                               std::string_view timeFormat = {})
+        : malformed_(malformed), timeFormat_(timeFormat) {}
+
+    /// A new reading of the report; null for a request whose output is not read as one.
+    virtual std::unique_ptr<SVNReading> makeReading(const QuenSourceControlRequest& request) = 0;
+
+    void parseOutput(const QuenSourceControlRequest& request) override;
 
 private:
+    std::unique_ptr<SVNReading> readingOfData(const QuenSourceControlRequest& request);
+    void take(SVNReading& reading);
+
+    const Malformed malformed_;
+    const std::string_view timeFormat_;
     std::unique_ptr<SVNReading> reading_;
 };
 

@@ -1,5 +1,6 @@
 #include "Classes/SVNOperations/SVNReading.h"
 
+#include "Classes/SVNDiagnostics.h"
 #include "Foundation/Format.h"
 
 #include <exception>
@@ -20,12 +21,22 @@ Error errorOfReading(const std::exception& exception) {
 } // namespace
 
 SVNReading::SVNReading(std::initializer_list<std::string_view> path)
-    : reader_(path, [this](const XMLElement& element, std::size_t container) {
-          readRecord(element, container);
-      }) {}
+    : reader_(path, [this](const XMLElement& element,
+                           std::size_t container) { takeRecord(element, container); }),
+      isTimed_(isLogged(levelOfTimes)) {}
+
+void SVNReading::takeRecord(const XMLElement& element, std::size_t container) {
+    if (!isTimed_) {
+        readRecord(element, container);
+        return;
+    }
+    const auto start = std::chrono::steady_clock::now();
+    readRecord(element, container);
+    timeOfRecords_ += std::chrono::steady_clock::now() - start;
+}
 
 void SVNReading::read(std::string_view piece) noexcept {
-    size_ += piece.size();
+    fingerprint_.add(piece);
     if (failure_) {
         return;
     }
@@ -46,7 +57,9 @@ void SVNReading::readWhole(const DataPtr& data) noexcept {
 }
 
 bool SVNReading::hasRead(const DataPtr& data) const noexcept {
-    return size_ == (data == nullptr ? 0 : data->size());
+    SVNFingerprint whole;
+    whole.add(data == nullptr ? std::string_view() : data->bytes());
+    return fingerprint_ == whole;
 }
 
 Error SVNReading::finish() {

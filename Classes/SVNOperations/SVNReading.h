@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Classes/SVNOperations/SVNFingerprint.h"
 #include "Classes/SVNOperations/SVNReport.h"
 #include "Foundation/Data.h"
 
+#include <chrono>
 #include <cstddef>
 #include <initializer_list>
 #include <string_view>
@@ -25,12 +27,18 @@ public:
     void read(std::string_view piece) noexcept;
     /// The whole report, instead of pieces; no data is an empty one.
     void readWhole(const DataPtr& data) noexcept;
-    /// Whether the pieces so far are as long as the whole report. A host that shows pieces shows
-    /// all of them; one that shows none, or stopped in between, is served from the data.
+    /// Whether the pieces so far are the whole report, byte for byte. A host that shows none, stops
+    /// in between, or puts other data in their place, is served from the data.
     bool hasRead(const DataPtr& data) const noexcept;
     /// Ends the report, once. nil when it was well-formed; otherwise the records are void, and
     /// remarks must not be made.
     Error finish();
+
+    /// Whether the time of the records is taken: it is where the log asks for it when the reading
+    /// begins, for two looks at the clock cost about as much as a small record.
+    bool isTimed() const noexcept { return isTimed_; }
+    /// What making the records took, the reading of the document between them left out.
+    std::chrono::duration<double> timeOfRecords() const noexcept { return timeOfRecords_; }
 
     Array records = Array::empty();
     SVNRemarks remarks;
@@ -40,8 +48,12 @@ protected:
     virtual void readRecord(const XMLElement& element, std::size_t container) = 0;
 
 private:
+    void takeRecord(const XMLElement& element, std::size_t container);
+
     XMLReportReader reader_;
-    std::size_t size_ = 0;
+    SVNFingerprint fingerprint_;
+    const bool isTimed_;
+    std::chrono::steady_clock::duration timeOfRecords_{};
     bool isFinished_ = false;
     Error failure_;
 };

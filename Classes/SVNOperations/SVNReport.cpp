@@ -1,18 +1,11 @@
 #include "Classes/SVNOperations/SVNReport.h"
 
-#include "Classes/SVNDiagnostics.h"
-
 namespace quen {
 
 void SVNRemarks::makeAll() {
     for (const auto& remark : remarks_) {
         remark();
     }
-}
-
-void SVNStopwatch::log(std::string_view format) const {
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start_;
-    logAtLevel(3, format, {elapsed.count()});
 }
 
 String attributeText(const XMLElement& element, std::string_view name) {

@@ -2,7 +2,6 @@
 
 #include "Foundation/XMLReport.h"
 
-#include <chrono>
 #include <functional>
 #include <string_view>
 #include <vector>
@@ -20,16 +19,6 @@ public:
 
 private:
     std::vector<std::function<void()>> remarks_;
-};
-
-/// How long a report took, for the log.
-class SVNStopwatch {
-public:
-    /// A line of level 3; `format` holds one `%.4f`, for the seconds since this was made.
-    void log(std::string_view format) const;
-
-private:
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 /// An attribute as a text; nil where the element has none.

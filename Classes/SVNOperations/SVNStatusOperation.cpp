@@ -9,16 +9,6 @@ namespace quen {
 
 namespace {
 
-StringArray commandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"status"};
-    if (request.type() == RequestTypeRemoteStatus) {
-        command.emplace_back("-u");
-    }
-    command.insert(command.end(), {"--no-ignore", "--xml"});
-    appendFiles(command, request);
-    return command;
-}
-
 class StatusReading : public SVNReading {
 public:
     explicit StatusReading(const SVNOperation& operation)
@@ -84,29 +74,26 @@ private:
 
 } // namespace
 
-bool SVNStatusOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNQueryOperation::initWithRequest(std::move(request))) {
-        return false;
+SVNStatusOperation::SVNStatusOperation()
+    : SVNQueryOperation(Malformed::errorAndEmptyResult, "Status operation data parsed in: %.4f") {}
+
+SVNOperation::Command SVNStatusOperation::makeCommand(const QuenSourceControlRequest& request) {
+    StringArray command{"status"};
+    if (request.type() == RequestTypeRemoteStatus) {
+        command.emplace_back("-u");
     }
-    setCommand(commandFor(*this->request()));
-    return true;
+    command.insert(command.end(), {"--no-ignore", "--xml"});
+    appendFiles(command, request);
+    return command;
 }
 
-std::unique_ptr<SVNReading> SVNStatusOperation::makeReading() const {
+std::unique_ptr<SVNReading>
+SVNStatusOperation::makeReading(const QuenSourceControlRequest& /*request*/) {
     return std::make_unique<StatusReading>(*this);
 }
 
-void SVNStatusOperation::parseData() {
-    const SVNStopwatch stopwatch;
-    const auto reading = readingOfData();
-    if (const Error malformed = reading->finish()) {
-        setError(malformed);
-        reading->records = Array::empty();
-    } else {
-        reading->remarks.makeAll();
-        stopwatch.log("Status operation data parsed in: %.4f");
-    }
-    setResult(std::move(reading->records));
+void SVNStatusOperation::parseOutput(const QuenSourceControlRequest& request) {
+    SVNQueryOperation::parseOutput(request);
     // Status reports are the large ones that hosts ask for all the time: the buffer goes at once.
     if (const DataPtr report = data()) {
         report->marl_shouldCollect();

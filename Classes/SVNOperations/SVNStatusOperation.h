@@ -8,15 +8,17 @@ namespace quen {
 
 /// `svn status`: one record for each item that has something to report, with its status in the
 /// working copy and, for RequestTypeRemoteStatus, in the repository.
+///
+/// Always leaves a result, if only an empty one beside the error of a malformed report, and lets go
+/// of `data`.
 class SVNStatusOperation : public SVNQueryOperation {
 public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
-    /// Always leaves a result, if only an empty one, and lets go of `data`.
-    void parseData() override;
+    SVNStatusOperation();
 
 private:
-    std::unique_ptr<SVNReading> makeReading() const override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
+    std::unique_ptr<SVNReading> makeReading(const QuenSourceControlRequest& request) override;
+    void parseOutput(const QuenSourceControlRequest& request) override;
 };
 
 } // namespace quen

@@ -5,8 +5,6 @@
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <utility>
-
 namespace quen {
 
 namespace {
@@ -17,7 +15,12 @@ void appendUnlessEmpty(StringArray& command, const String& piece) {
     }
 }
 
-StringArray checkoutCommandFor(const QuenSourceControlRequest& request) {
+} // namespace
+
+// The siblings differ in one point that hosts rely on: an error that is already there keeps a
+// switch from getting arguments, and none of the others.
+
+SVNOperation::Command SVNCheckoutOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"checkout"};
     const String revision = headOnlyRevision(request.startingRevision());
     if (!revision.isEmpty()) {
@@ -28,7 +31,11 @@ StringArray checkoutCommandFor(const QuenSourceControlRequest& request) {
     return command;
 }
 
-StringArray importCommandFor(const QuenSourceControlRequest& request) {
+void SVNCheckoutOperation::parseOutput(const QuenSourceControlRequest& request) {
+    reportFetchedFile(*this, MarlFilePath::filePathForPathString(request.destination()));
+}
+
+SVNOperation::Command SVNImportOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"import"};
     if (fileCountOf(request) > 0) {
         command.push_back(request.files()->back());
@@ -38,63 +45,20 @@ StringArray importCommandFor(const QuenSourceControlRequest& request) {
     return command;
 }
 
-StringArray switchCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNSwitchOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"switch"};
     appendPiece(command, request.destination());
     appendPiece(command, firstFileOf(request));
-    return command;
+    return error() ? Command() : command;
 }
 
-StringArray updateCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNUpdateOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"update", "--accept", "mine-full"};
     if (!request.startingRevision().isNil()) {
         command.insert(command.end(), {"-r", headOrBaseRevision(request.startingRevision())});
     }
     appendFiles(command, request);
     return command;
-}
-
-} // namespace
-
-// The siblings differ in one point that hosts rely on: an error that is already there keeps a
-// switch from getting arguments, and none of the others.
-
-bool SVNCheckoutOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(checkoutCommandFor(*this->request()));
-    return true;
-}
-
-void SVNCheckoutOperation::parseData() {
-    reportFetchedFile(*this, MarlFilePath::filePathForPathString(request()->destination()));
-}
-
-bool SVNImportOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(importCommandFor(*this->request()));
-    return true;
-}
-
-bool SVNSwitchOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    if (!error()) {
-        setCommand(switchCommandFor(*this->request()));
-    }
-    return true;
-}
-
-bool SVNUpdateOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    setCommand(updateCommandFor(*this->request()));
-    return true;
 }
 
 } // namespace quen

@@ -8,29 +8,24 @@ namespace quen {
 
 /// `svn checkout`: one record, with the path object of the new working copy.
 class SVNCheckoutOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
-
+    Command makeCommand(const QuenSourceControlRequest& request) override;
     /// Looks at the disk alone: what the client printed does not count.
-    void parseData() override;
+    void parseOutput(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn import`.
 class SVNImportOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn switch`.
 class SVNSwitchOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn update`, in which the working copy's own side wins every conflict.
 class SVNUpdateOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 } // namespace quen

@@ -6,8 +6,6 @@
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <utility>
-
 namespace quen {
 
 namespace {
@@ -22,28 +20,45 @@ bool hasLocationsForRemoteCopy(const QuenSourceControlRequest& request) {
            (!trunkURLOf(request).isNil() && !branchesURLOf(request).isNil());
 }
 
-StringArray copyCommandFor(const QuenSourceControlRequest& request) {
+/// Both ends of a move lie in the request's tree.
+bool treeHoldsMove(const QuenSourceControlRequest& request) {
+    const QuenSourceControlSourceTreePtr tree = request.sourceTree();
+    return tree != nullptr && tree->containsItemAtLocation(firstFileOf(request)) &&
+           tree->containsItemAtLocation(request.destination());
+}
+
+} // namespace
+
+SVNOperation::Command SVNCopyOperation::makeCommand(const QuenSourceControlRequest& request) {
+    const SVNAssertions assertions(this, "-[SVNCopyOperation initWithRequest:]",
+                                   SVNAssertions::operationsFile);
     StringArray command{"copy"};
     if (request.type() == RequestTypeRemoteCopy) {
+        assertions.checkIsRepository(request.sourceTree(), "repository", 452);
+        if (!hasLocationsForRemoteCopy(request)) {
+            setError(missingLocationsError(request));
+        }
         const String source = sourceLocationOf(request);
         appendRequiredMessage(command, request);
         appendPiece(command, source.isNil() ? trunkURLOf(request) : source);
         appendPiece(command, destinationBelowBranches(request));
     } else {
+        assertions.check(fileCountOf(request) > 0, "[request.files count] > 0", 477);
         appendPiece(command, firstFileOf(request));
         appendPiece(command, request.destination());
     }
-    return command;
+    return error() ? Command() : command;
 }
 
-StringArray makeDirectoryCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command
+SVNMakeDirectoryOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"mkdir"};
     appendMessageIfGiven(command, request);
     appendPiece(command, request.destination());
-    return command;
+    return error() ? Command() : command;
 }
 
-StringArray mergeCommandFor(const QuenSourceControlRequest& request) {
+SVNOperation::Command SVNMergeOperation::makeCommand(const QuenSourceControlRequest& request) {
     StringArray command{"merge", "--accept", "mine-full"};
     if (!request.startingRevision().isNil() && !request.endingRevision().isNil()) {
         // Hosts give the end of a merge in the client's own words; only the start may be a name.
@@ -54,79 +69,18 @@ StringArray mergeCommandFor(const QuenSourceControlRequest& request) {
     if (fileCountOf(request) == 1) {
         command.push_back(request.files()->front());
     }
-    return command;
+    return error() ? Command() : command;
 }
 
-StringArray moveCommandFor(const QuenSourceControlRequest& request) {
-    StringArray command{"move", "--parents"};
-    appendPiece(command, firstFileOf(request));
-    appendPiece(command, request.destination());
-    return command;
-}
-
-/// Both ends of a move lie in the request's tree.
-bool treeHoldsMove(const QuenSourceControlRequest& request) {
-    const QuenSourceControlSourceTreePtr tree = request.sourceTree();
-    return tree != nullptr && tree->containsItemAtLocation(firstFileOf(request)) &&
-           tree->containsItemAtLocation(request.destination());
-}
-
-} // namespace
-
-bool SVNCopyOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    const QuenSourceControlRequest& asked = *this->request();
-    const SVNAssertions assertions(this, "-[SVNCopyOperation initWithRequest:]",
-                                   SVNAssertions::operationsFile);
-    if (asked.type() == RequestTypeRemoteCopy) {
-        assertions.checkIsRepository(asked.sourceTree(), "repository", 452);
-        if (!hasLocationsForRemoteCopy(asked)) {
-            setError(missingLocationsError(asked));
-        }
-    } else {
-        assertions.check(fileCountOf(asked) > 0, "[request.files count] > 0", 477);
-    }
-    if (!error()) {
-        setCommand(copyCommandFor(asked));
-    }
-    return true;
-}
-
-bool SVNMakeDirectoryOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    if (!error()) {
-        setCommand(makeDirectoryCommandFor(*this->request()));
-    }
-    return true;
-}
-
-bool SVNMergeOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    if (!error()) {
-        setCommand(mergeCommandFor(*this->request()));
-    }
-    return true;
-}
-
-bool SVNMoveOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!SVNOperation::initWithRequest(std::move(request))) {
-        return false;
-    }
-    const QuenSourceControlRequest& asked = *this->request();
-    if (!treeHoldsMove(asked)) {
+SVNOperation::Command SVNMoveOperation::makeCommand(const QuenSourceControlRequest& request) {
+    if (!treeHoldsMove(request)) {
         setError(sourceControlError(-12, "The request could not be performed because it was "
                                          "returned by Subversion as invalid."));
     }
-    if (!error()) {
-        setCommand(moveCommandFor(asked));
-    }
-    return true;
+    StringArray command{"move", "--parents"};
+    appendPiece(command, firstFileOf(request));
+    appendPiece(command, request.destination());
+    return error() ? Command() : command;
 }
 
 } // namespace quen

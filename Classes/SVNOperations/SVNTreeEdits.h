@@ -9,30 +9,27 @@ namespace quen {
 
 /// `svn copy`: the first file within a working copy or, for RequestTypeRemoteCopy, the trunk (or
 /// the source location that the options name) to a branch, within the repository.
+///
+/// `error` is set from the beginning for a repository whose trunk and branches are not configured,
+/// unless the options name a source location.
 class SVNCopyOperation : public SVNOperation {
-public:
-    /// Sets `error` for a repository whose trunk and branches are not configured, unless the
-    /// options name a source location.
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn mkdir`.
 class SVNMakeDirectoryOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 /// `svn merge`, in which the working copy's own side wins every conflict.
 class SVNMergeOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
-/// `svn move`, with missing parent directories made: within one source tree only.
+/// `svn move`, with missing parent directories made: within one source tree only. `error` is set
+/// from the beginning where the source or the target lies outside the request's source tree.
 class SVNMoveOperation : public SVNOperation {
-public:
-    /// Sets `error` where the source or the target lies outside the request's source tree.
-    bool initWithRequest(QuenSourceControlRequestPtr request) override;
+    Command makeCommand(const QuenSourceControlRequest& request) override;
 };
 
 } // namespace quen

@@ -49,6 +49,8 @@ enum RequestType : std::int32_t {
     RequestTypeUnserved37 = 37,
     RequestTypeUnserved38 = 38,
     RequestTypeLogAll = 39,
+    /// Not a type: one past the last. Each type needs a row in QuenSourceControlRequestFacts.h.
+    RequestTypeEnd
 };
 
 } // namespace quen

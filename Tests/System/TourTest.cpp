@@ -1,13 +1,11 @@
+#include "QuenFoundation/QuenSourceControlRequestFacts.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
 #include "Tests/System/Sandbox.h"
-#include "Tools/Console/RequestTypeNames.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
 
 namespace quen::test {
-
-using namespace tools;
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "Host/HostSourceTrees.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "Tools/Console/RequestTypeNames.h"
+#include "QuenFoundation/QuenSourceControlRequestFacts.h"
 
 #include <algorithm>
 #include <array>
@@ -108,9 +108,10 @@ String decodeRevisionName(const JsonInput& revision) {
     if (name != "constant" && name != "copyOf") {
         revision.fail("expected one member, \"constant\" or \"copyOf\"");
     }
-    for (const String& constant :
-         {QuenSourceControlBASERevisionName, QuenSourceControlHEADRevisionName}) {
-        if (constant == std::string_view(value.string())) {
+    for (const auto& [constantName, constant] :
+         {std::pair("QuenSourceControlBASERevisionName", QuenSourceControlBASERevisionName),
+          std::pair("QuenSourceControlHEADRevisionName", QuenSourceControlHEADRevisionName)}) {
+        if (value.string() == constantName) {
             return name == "constant" ? constant : String(constant.view());
         }
     }

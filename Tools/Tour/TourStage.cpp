@@ -1,8 +1,8 @@
 #include "Tools/Tour/TourStage.h"
 
 #include "Foundation/Format.h"
+#include "QuenFoundation/QuenSourceControlRequestFacts.h"
 #include "Tools/Console/JsonOutput.h"
-#include "Tools/Console/RequestTypeNames.h"
 #include "Tools/Terminal/StatusWords.h"
 
 #include <iostream>

@@ -81,6 +81,17 @@ TEST(OutputArrived, AHostThatStopsInBetweenIsServedFromTheData) {
     }
 }
 
+TEST(OutputArrived, PiecesOfAnotherReportAsLongAsTheDataDoNotCount) {
+    for (const Streamed& streamed : streamedOperations()) {
+        const std::string& report = streamed.report;
+        for (const std::size_t at : {report.size() / 3, report.size() / 2, report.size() - 20}) {
+            std::string other = report;
+            other[at] = other[at] == 'x' ? 'y' : 'x';
+            EXPECT_EQ(outcomeOf(streamed, {other}, report), outcomeOf(streamed, {}, report)) << at;
+        }
+    }
+}
+
 TEST(OutputArrived, AReportThatEndsTooSoonFailsAsItDoesWithoutPieces) {
     for (const Streamed& streamed : streamedOperations()) {
         const std::string_view report = std::string_view(streamed.report).substr(0, 150);

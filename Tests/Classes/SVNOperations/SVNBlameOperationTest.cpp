@@ -47,6 +47,9 @@ INSTANTIATE_TEST_SUITE_P(
         ArgumentsCase{"start at BASE and an end", a<SVNBlameOperation>,
                       blameOf(QuenSourceControlBASERevisionName, "9"),
                       StringArray{"blame", "--xml", "-r", "BASE:9", "/w/a.c"}},
+        ArgumentsCase{"an end at HEAD", a<SVNBlameOperation>,
+                      blameOf("9", QuenSourceControlHEADRevisionName),
+                      StringArray{"blame", "--xml", "-r", "9:HEAD", "/w/a.c"}},
         ArgumentsCase{
             "end alone in a repository", a<SVNBlameOperation>,
             blameOf(nullptr, "90", repository({.user = "anna"})),

@@ -126,6 +126,34 @@ INSTANTIATE_TEST_SUITE_P(
                   "0"},
         ParseCase{"no blank", "Committed revision42", "42"},
         ParseCase{"other white space", "Committed revision\t\r\n  42", "42"},
+        ParseCase{"a no break space",
+                  "Committed revision\xC2\xA0"
+                  "42",
+                  "42"},
+        ParseCase{"a next line control",
+                  "Committed revision\xC2\x85"
+                  "42",
+                  "42"},
+        ParseCase{"line and paragraph separators",
+                  "Committed revision\xE2\x80\xA8\xE2\x80\xA9"
+                  "42",
+                  "42"},
+        ParseCase{"an ideographic space",
+                  "Committed revision\xE3\x80\x80"
+                  "-42",
+                  "-42"},
+        ParseCase{"spaces of every width",
+                  "Committed revision\xE1\x9A\x80\xE2\x80\x80\xE2\x80\x8A"
+                  "\xE2\x80\xAF\xE2\x81\x9F 42",
+                  "42"},
+        ParseCase{"a letter of several bytes",
+                  "Committed revision \xC3\xBC"
+                  "42",
+                  "0"},
+        ParseCase{"a control character",
+                  "Committed revision \x1f"
+                  "42",
+                  "0"},
         ParseCase{"leading zeros", "Committed revision 0042.", "42"},
         ParseCase{"plus", "Committed revision +42", "42"},
         ParseCase{"minus", "Committed revision -42", "-42"},

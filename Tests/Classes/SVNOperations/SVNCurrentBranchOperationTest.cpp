@@ -117,6 +117,15 @@ INSTANTIATE_TEST_SUITE_P(
         BranchCase{"a place whose name begins like the branches location",
                    branches + std::string("-old/fix"),
                    {"old"}},
+        BranchCase{"one character behind the branches location is skipped, not one byte",
+                   branches + std::string("\xC3\xBC"
+                                          "fix/src"),
+                   {"fix"}},
+        BranchCase{"a character beyond the basic plane is one character",
+                   branches + std::string("\xF0\x9F\x98\x80"
+                                          "fix"),
+                   {"fix"}},
+        BranchCase{"one such character alone", branches + std::string("\xC3\xBC"), {}},
         BranchCase{"a name stays encoded", branches + std::string("/fix%20me/src"), {"fix%20me"}},
         BranchCase{"a tag", "https://svn.example.org/repo/tags/1.0", {}},
         BranchCase{"above both", "https://svn.example.org/repo", {}},

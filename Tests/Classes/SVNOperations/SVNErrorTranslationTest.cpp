@@ -243,5 +243,28 @@ TEST_F(ErrorTranslationByOperation, TheSameOperationIsAskedAgainAboutWhatFollows
     EXPECT_EQ(operation->texts, (std::vector<String>{text, ""}));
 }
 
+TEST_F(ErrorTranslationByOperation, TheSameOperationIsAskedAgainBehindEachNotice) {
+    const auto operation = makeOperation<AskedOperation>(theirs());
+    const std::string notice = std::string(homeless) + noSuch;
+    const std::string end = "svn: File 'x' is out of date";
+    EXPECT_EQ(operation->errorFromErrorMessage(notice + notice + end),
+              operation->QuenSourceControlTaskOperation::errorFromErrorMessage(end));
+    EXPECT_EQ(operation->texts, (std::vector<String>{notice + notice + end, notice + end, end}));
+}
+
+/// A million notices fit on no stack.
+TEST_F(ErrorTranslationByOperation, EndlessNoticesEndAndWhatFollowsThemIsTranslated) {
+    const auto operation = makeOperation<AskedOperation>(theirs());
+    std::string text;
+    for (int i = 0; i < 200000; ++i) {
+        text += std::string(homeless) + noSuch;
+    }
+    const String end = "svn: File 'x' is out of date";
+    EXPECT_EQ(operation->errorFromErrorMessage(text + end.str()),
+              operation->QuenSourceControlTaskOperation::errorFromErrorMessage(end));
+    ASSERT_GT(operation->texts.size(), 10U);
+    EXPECT_EQ(operation->texts.back(), end);
+}
+
 } // namespace
 } // namespace quen

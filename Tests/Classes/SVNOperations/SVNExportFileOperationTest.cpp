@@ -205,14 +205,16 @@ INSTANTIATE_TEST_SUITE_P(
                                 "The revision 99 was not found for the file \"(null)\"."}),
     CaseName());
 
-TEST_F(SVNExportFileOperationTest, WithoutATemporaryPlaceThereIsNoTargetAndNoFile) {
+TEST_F(SVNExportFileOperationTest, WithoutATemporaryPlaceNothingRunsAndTheErrorSaysWhy) {
     const RunContext::Scope scope(
-        RunContext::current().withTemporaryDirectory("/nowhere/at/all"));
+        RunContext::current().withTemporaryDirectory("/nowhere/to/be/found"));
     const auto operation = makeOperation<SVNExportFileOperation>(oneFile);
-    EXPECT_EQ(operation->arguments(), (StringArray{"export", "src/a.c"}));
-    operation->parseData();
-    EXPECT_TRUE(operation->result().isNothing());
-    EXPECT_EQ(operation->error().code(), -1);
+    EXPECT_EQ(operation->arguments(), std::nullopt);
+    EXPECT_EQ(operation->error().localizedDescription(),
+              "There is no place for a temporary file in \"/nowhere/to/be/found\": No such file or "
+              "directory.");
+    operation->main();
+    EXPECT_EQ(host.invocations().size(), 0U);
 }
 
 } // namespace

@@ -235,7 +235,7 @@ TEST(SVNIgnoreOperationTest, TheRequestsOwnFilesStayAsTheyAre) {
     operation->main();
     EXPECT_EQ(operation->request()->files(), (StringArray{"/w/i@2x.png"}));
     EXPECT_EQ(asked(recorder.invocations()),
-              (std::vector<StringArray>{get("/w"), set("i@2x.png@@", "/w")}));
+              (std::vector<StringArray>{get("/w"), set("i@2x.png@", "/w")}));
 }
 
 TEST(SVNIgnoreOperationTest, ATreeThatIsNotValidIsQueriedAndNotEdited) {
@@ -286,18 +286,23 @@ TEST(SVNIgnoreOperationTest, CancelledItStartsWithNoFurtherFile) {
               aggregate({wrappedAmongMany(cancelledError()), wrappedAmongMany(cancelledError())}));
 }
 
-/// Cancels the whole operation while one of its clients runs.
+PreparedRun cancelledRun() {
+    return {.signal = 15, .end = RunEnd::cancelled};
+}
+
+/// Cancels the whole operation while one of its clients runs; how that one ends is prepared.
 class CancellingRunner : public ReplayRunner {
 public:
-    CancellingRunner(QuenSourceControlOperation& operation, String victim)
-        : ReplayRunner({listRun("c\n"), editRun()}), operation_(operation),
-          victim_(std::move(victim)) {}
+    CancellingRunner(QuenSourceControlOperation& operation, String victim,
+                     std::vector<PreparedRun> runs)
+        : ReplayRunner(std::move(runs)), operation_(operation), victim_(std::move(victim)) {}
 
     ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override {
+        ToolRun run = ReplayRunner::run(invocation, std::move(stop));
         if (invocation.operationClass == victim_) {
             operation_.cancel();
         }
-        return ReplayRunner::run(invocation, std::move(stop));
+        return run;
     }
 
 private:
@@ -305,25 +310,94 @@ private:
     const String victim_;
 };
 
-/// Also of the file whose edit ran nobody knows how far it came.
-TEST(SVNIgnoreOperationTest, CancelledMeanwhileItCancelsItsClient) {
-    struct Case {
-        const char* victim;
-        std::vector<StringArray> asked;
-    };
-    for (const auto& [victim, expected] :
-         {Case{"SVNPropGetOperation", {get("/w")}},
-          Case{"SVNPropSetOperation", {get("/w"), set("a\nc", "/w")}}}) {
-        const HostRecorder recorder;
-        const auto operation =
-            makeOperation<SVNIgnoreOperation>(ignoring(StringArray{"/w/a", "/w/b"}));
-        const auto runner = std::make_shared<CancellingRunner>(*operation, victim);
-        const RunContext::Scope scope(recorder.context().withToolRunner(runner));
-        operation->main();
-        EXPECT_EQ(asked(runner->invocations()), expected);
-        EXPECT_EQ(operation->error(), aggregate({wrappedAmongMany(cancelledError()),
-                                                 wrappedAmongMany(cancelledError())}));
+/// An operation of the files /w/a and /w/b that is cancelled while a client of the first one runs.
+struct CancelCase {
+    std::string_view name;
+    /// The class whose run meets the cancel.
+    const char* victim;
+    std::vector<PreparedRun> runs;
+    std::vector<StringArray> asked;
+    /// The files that were not served to their end, in order.
+    std::vector<const char*> failed;
+};
+
+class SVNIgnoreCancelTest : public testing::TestWithParam<CancelCase> {};
+
+TEST_P(SVNIgnoreCancelTest, FailsTheFilesThatWereNotServedAndNoOther) {
+    const HostRecorder recorder;
+    const auto operation = makeOperation<SVNIgnoreOperation>(ignoring(StringArray{"/w/a", "/w/b"}));
+    const auto runner =
+        std::make_shared<CancellingRunner>(*operation, GetParam().victim, GetParam().runs);
+    const RunContext::Scope scope(recorder.context().withToolRunner(runner));
+    operation->main();
+    EXPECT_EQ(asked(runner->invocations()), GetParam().asked);
+    const Array errors =
+        *operation->error().userInfo()[QuenSourceControlUnderlyingErrorsKey].array();
+    ASSERT_EQ(errors.count(), GetParam().failed.size());
+    for (const Value& error : errors) {
+        const Error cause =
+            *error.error()->userInfo()[QuenSourceControlUnderlyingErrorsKey].error();
+        EXPECT_EQ(cause.domain(), QuenSourceControlTaskErrorDomain);
+        EXPECT_EQ(cause.code(), TaskErrorCancelled);
+        EXPECT_EQ(error, Value(wrappedAmongMany(cause)));
     }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, SVNIgnoreCancelTest,
+    testing::Values(CancelCase{"the query is ended",
+                               "SVNPropGetOperation",
+                               {cancelledRun()},
+                               {get("/w")},
+                               {"/w/a", "/w/b"}},
+                    CancelCase{"the query comes to its end and its edit does not run",
+                               "SVNPropGetOperation",
+                               {listRun("c\n")},
+                               {get("/w")},
+                               {"/w/a", "/w/b"}},
+                    CancelCase{"the query comes to its end and there is nothing to edit",
+                               "SVNPropGetOperation",
+                               {listRun("a\n")},
+                               {get("/w")},
+                               {"/w/b"}},
+                    CancelCase{"the edit is ended",
+                               "SVNPropSetOperation",
+                               {listRun("c\n"), cancelledRun()},
+                               {get("/w"), set("a\nc", "/w")},
+                               {"/w/a", "/w/b"}},
+                    CancelCase{"the edit comes to its end",
+                               "SVNPropSetOperation",
+                               {listRun("c\n"), editRun()},
+                               {get("/w"), set("a\nc", "/w")},
+                               {"/w/b"}}),
+    CaseName());
+
+TEST(SVNIgnoreOperationTest, CancelledAtTheLastFilesEditThatCameToItsEndItHasServedThemAll) {
+    const HostRecorder recorder;
+    const auto operation = makeOperation<SVNIgnoreOperation>(ignoring(StringArray{"/w/a"}));
+    const auto runner = std::make_shared<CancellingRunner>(*operation, "SVNPropSetOperation",
+                                                           std::vector{listRun("c\n"), editRun()});
+    const RunContext::Scope scope(recorder.context().withToolRunner(runner));
+    operation->main();
+    EXPECT_EQ(runner->invocations().size(), 2U);
+    EXPECT_EQ(operation->error(), Error());
+}
+
+TEST(SVNIgnoreOperationTest, AQueueThatItIsGivenIsStoredAndNothingElse) {
+    HostRecorder recorder;
+    recorder.replay({{}});
+    SVNIgnoreOperation operation;
+    const OperationQueuePtr queue = OperationQueue::make(0);
+    operation.cancel();
+    operation.setOperationQueue(queue);
+    EXPECT_EQ(operation.operationQueue(), queue);
+    struct Work : Operation {
+        void main() override { hasRun = true; }
+        bool hasRun = false;
+    };
+    const auto work = std::make_shared<Work>();
+    queue->addOperation(work);
+    EXPECT_TRUE(work->hasRun);
 }
 
 TEST(SVNIgnoreOperationTest, WithoutARequestThereIsNoOperation) {

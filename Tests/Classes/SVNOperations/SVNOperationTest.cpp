@@ -113,13 +113,8 @@ struct UserCase {
 
 /// A command of no particular kind.
 class CommandOperation : public SVNOperation {
-public:
-    bool initWithRequest(QuenSourceControlRequestPtr request) override {
-        if (!SVNOperation::initWithRequest(std::move(request))) {
-            return false;
-        }
-        setCommand({"command", "--flag"});
-        return true;
+    Command makeCommand(const QuenSourceControlRequest& /*request*/) override {
+        return StringArray{"command", "--flag"};
     }
 };
 

@@ -218,24 +218,26 @@ INSTANTIATE_TEST_SUITE_P(
                     EditCase{"add", RequestTypeAdd, listRun("a.txt\n"), std::nullopt}),
     CaseName());
 
-// The client's names are closed when the query is made, and once more when the edit is.
-INSTANTIATE_TEST_SUITE_P(AtSign, SVNPropGetEditTest,
-                         testing::Values(EditCase{"the name is compared as the client gets it",
-                                                  RequestTypeIgnore,
-                                                  listRun("i@2x.png@\n"),
-                                                  std::nullopt,
-                                                  {},
-                                                  "/w/i@2x.png"},
-                                         EditCase{"the written names are closed",
-                                                  RequestTypeIgnore,
-                                                  listRun("j@2x.png\nk\n"),
-                                                  written("i@2x.png@@\nj@2x.png@\nk"),
-                                                  {},
-                                                  "/w/i@2x.png"},
-                                         EditCase{"the plain name is not found",
-                                                  RequestTypeUnignore, listRun("i@2x.png\n"),
-                                                  std::nullopt, notFound, "/w/i@2x.png"}),
-                         CaseName());
+// The query's own name is closed for the client when the query is made; entries are never touched.
+INSTANTIATE_TEST_SUITE_P(
+    AtSign, SVNPropGetEditTest,
+    testing::Values(EditCase{"the name is compared as the client gets it",
+                             RequestTypeIgnore,
+                             listRun("i@2x.png@\n"),
+                             std::nullopt,
+                             {},
+                             "/w/i@2x.png"},
+                    EditCase{"the other entries are written as they are",
+                             RequestTypeIgnore,
+                             listRun("*@3x.png\nj@2x.png@\n/x/k@\n"),
+                             written("i@2x.png@\n*@3x.png\nj@2x.png@\n/x/k@"),
+                             {},
+                             "/w/i@2x.png"},
+                    EditCase{"and so they are when a name goes", RequestTypeUnignore,
+                             listRun("*@3x.png\na.txt\n"), written("*@3x.png")},
+                    EditCase{"the plain name is not found", RequestTypeUnignore,
+                             listRun("i@2x.png\n"), std::nullopt, notFound, "/w/i@2x.png"}),
+    CaseName());
 
 // Which properties of a report count
 
@@ -267,6 +269,39 @@ INSTANTIATE_TEST_SUITE_P(
                         written("a.txt")}),
     CaseName());
 
+// A property that the client cannot show as text
+
+PreparedRun encoded(const std::string& attributes, const std::string& text) {
+    return report("<target><property name='svn:ignore' " + attributes + ">" + text +
+                  "</property></target>");
+}
+
+Error notText() {
+    return {QuenSourceControlErrorDomain,
+            -11,
+            {{NSLocalizedDescriptionKey,
+              "The names that are ignored in \"/w\" cannot be edited because their list is not "
+              "plain text."},
+             {NSLocalizedRecoverySuggestionErrorKey,
+              "Write the list anew with svn propset svn:ignore, and try again."}}};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Encoded, SVNPropGetEditTest,
+    testing::Values(EditCase{"ignore leaves it alone", RequestTypeIgnore,
+                             encoded("encoding='base64'", "AWEudHh0Cg=="), std::nullopt, notText()},
+                    EditCase{"unignore leaves it alone", RequestTypeUnignore,
+                             encoded("encoding='base64'", "AWEudHh0Cg=="), std::nullopt, notText()},
+                    EditCase{"though it reads like the name", RequestTypeIgnore,
+                             encoded("encoding='base64'", "a.txt"), std::nullopt, notText()},
+                    EditCase{"any other type says nothing", RequestTypeStatus,
+                             encoded("encoding='base64'", "AWEudHh0Cg=="), std::nullopt},
+                    EditCase{"a later one in plain text counts", RequestTypeIgnore,
+                             report("<target><property name='svn:ignore' encoding='base64'>AQ=="
+                                    "</property><property name='svn:ignore'>b</property></target>"),
+                             written("a.txt\nb")}),
+    CaseName());
+
 struct TreeCase {
     std::string_view name;
     QuenSourceControlSourceTreePtr tree;
@@ -276,15 +311,16 @@ class SVNPropGetTreeTest : public testing::TestWithParam<TreeCase> {};
 
 TEST_P(SVNPropGetTreeTest, ThatIsNotValidSilentlySkipsTheEdit) {
     for (const std::int32_t type : {RequestTypeIgnore, RequestTypeUnignore}) {
-        for (const char* const list : {"", "a.txt\n", "b.txt\n"}) {
+        for (const PreparedRun& list : {listRun(""), listRun("a.txt\n"), listRun("b.txt\n"),
+                                        encoded("encoding='base64'", "AQ==")}) {
             HostRecorder recorder;
-            recorder.replay({listRun(list)});
+            recorder.replay({list});
             Request request = query(type, "/w/a.txt");
             request.sourceTree = GetParam().tree;
             const auto operation = makeOperation<SVNPropGetOperation>(request);
             OperationQueue::make(0)->addOperation(operation);
-            EXPECT_EQ(recorder.invocations().size(), 1U) << type << list;
-            EXPECT_EQ(operation->error(), Error()) << type << list;
+            EXPECT_EQ(recorder.invocations().size(), 1U) << type << list.standardOutput;
+            EXPECT_EQ(operation->error(), Error()) << type << list.standardOutput;
         }
     }
 }

@@ -42,10 +42,13 @@ INSTANTIATE_TEST_SUITE_P(
         ArgumentsCase{"an empty destination is the current directory", a<SVNPropSetOperation>,
                       edit(RequestTypeIgnore, {"a"}, ""),
                       StringArray{"propset", "svn:ignore", "a", ""}},
-        // The base closes names for the client's sake, and the names here are no exception.
-        ArgumentsCase{"an at sign in a name", a<SVNPropSetOperation>,
-                      edit(RequestTypeIgnore, {"icon@2x.png"}, "/w"),
-                      StringArray{"propset", "svn:ignore", "icon@2x.png@", "/w"}},
+        // An entry is not a path: nobody takes what follows its @ for a revision.
+        ArgumentsCase{"at signs in entries", a<SVNPropSetOperation>,
+                      edit(RequestTypeIgnore, {"*@3x.png", "icon@2x.png@", "@"}, "/w"),
+                      StringArray{"propset", "svn:ignore", "*@3x.png\nicon@2x.png@\n@", "/w"}},
+        ArgumentsCase{"an absent entry is left out", a<SVNPropSetOperation>,
+                      edit(RequestTypeIgnore, {nullptr, "a", nullptr, "b"}, "/w"),
+                      StringArray{"propset", "svn:ignore", "a\nb", "/w"}},
         ArgumentsCase{"a user",
                       a<SVNPropSetOperation>,
                       {.type = RequestTypeIgnore,
