@@ -1,19 +1,51 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Terminal/InterruptWatch.h"
+#include "Tools/Terminal/StandardStreams.h"
 
 #include <algorithm>
 #include <csignal>
 #include <exception>
 #include <iostream>
 
+namespace quen::tools {
+
+namespace {
+
+int run(const std::vector<std::string>& words) {
+    try {
+        const InterruptWatch watch;
+        CommandLine line;
+        addAllCommands(line);
+        int status = line.run(words);
+        if (!std::cout.flush() && status == ExitSuccess) {
+            status = ExitFailure;
+        }
+        return status != ExitSuccess && InterruptWatch::wasInterrupted() ? ExitInterrupted : status;
+    } catch (const std::exception& error) {
+        std::cerr << "quen: " << error.what() << '\n';
+        return ExitFailure;
+    }
+}
+
+/// What is lost of the output is a failure, and told; but for a reader that went away, which has
+/// seen enough.
+int concluded(int status, const std::error_code& outputError) {
+    if (outputError && outputError != std::errc::broken_pipe &&
+        outputError != std::errc::interrupted) {
+        std::cerr << "quen: Standard output cannot be written to: " << outputError.message()
+                  << ".\n";
+    }
+    return outputError && status == ExitSuccess ? ExitFailure : status;
+}
+
+} // namespace
+
+} // namespace quen::tools
+
 int main(int argc, char** argv) {
     // A reader that goes away is an error of writing, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
-    try {
-        quen::tools::CommandLine line;
-        addAllCommands(line);
-        return line.run({argv + std::min(argc, 1), argv + argc});
-    } catch (const std::exception& error) {
-        std::cerr << "quen: " << error.what() << '\n';
-        return quen::tools::ExitFailure;
-    }
+    quen::tools::StandardStreams streams;
+    const int status = quen::tools::run({argv + std::min(argc, 1), argv + argc});
+    return quen::tools::concluded(status, streams.finish());
 }

@@ -22,14 +22,14 @@ set(SEEN_BY_Tools/Server Tools/Server Tools/Console ${BELOW_TOOLS})
 set(SEEN_BY_Tools/Tour Tools/Tour Tools/Console Tools/Terminal ${BELOW_TOOLS})
 set(SEEN_BY_Tools/Commands Tools/Commands
     Tools/Tour Tools/Server Tools/Console Tools/Terminal ${BELOW_TOOLS})
-set(SEEN_BY_Tools Tools/Commands ${BELOW_TOOLS})
+set(SEEN_BY_Tools Tools/Commands Tools/Terminal ${BELOW_TOOLS})
 
 # Libraries that one place alone includes, as a pattern of the include and one of the sources.
 set(ENGINES
     "^expat.*=^Foundation/XML[A-Za-z]*\\.(h|cpp)$"
     "^utf8proc.*=^(Classes|Host|Tools|Foundation)/"
-    "^nlohmann/.*=^Tools/(Console|Server|Tour|Commands)/"
-    "^CLI/.*=^Tools/(Commands/|main\\.cpp$)")
+    "^nlohmann/.*=^Tools/(Console|Server)/"
+    "^CLI/.*=^Tools/Commands/CommandLine/")
 
 set(FAULTS "")
 

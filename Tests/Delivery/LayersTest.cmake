@@ -53,7 +53,7 @@ expect_peace(Tools/Console/Json.cpp "<nlohmann/json.hpp>")
 expect_peace(Tools/main.cpp "\"Tools/Commands/Session/Session.h\"")
 expect_peace(Tools/Server/Loop.cpp "\"Tools/Console/Codec.h\"")
 expect_peace(Tools/Tour/Stage.cpp "\"Tools/Terminal/Table.h\"")
-expect_peace(Tools/Commands/LogCommand.cpp "<CLI/CLI.hpp>")
+expect_peace(Tools/Commands/CommandLine/Parser.cpp "<CLI/CLI.hpp>")
 expect_peace(Tools/Commands/TourCommand.cpp "\"Tools/Tour/Tour.h\"")
 expect_peace(Foundation/XMLReport.cpp "<expat.h>")
 
@@ -93,6 +93,7 @@ expect_fault(Host/Request.cpp "<CLI/CLI.hpp>" "<CLI/CLI.hpp> has no business her
 expect_fault(Tools/Terminal/Style.cpp "<CLI/CLI.hpp>" "<CLI/CLI.hpp> has no business here")
 expect_fault(Tools/Terminal/Style.cpp "<nlohmann/json.hpp>"
     "<nlohmann/json.hpp> has no business here")
+expect_fault(Tools/Commands/LogCommand.cpp "<CLI/CLI.hpp>" "<CLI/CLI.hpp> has no business here")
 expect_fault(Tools/Console/Codec.cpp "<CLI/CLI.hpp>" "<CLI/CLI.hpp> has no business here")
 
 file(REMOVE_RECURSE "${SCRATCH}")

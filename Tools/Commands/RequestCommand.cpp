@@ -3,6 +3,8 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Console/RequestConsole.h"
 #include "Tools/Provider/Provider.h"
+#include "Tools/Terminal/InterruptWatch.h"
+#include "Tools/Terminal/InterruptibleRunner.h"
 
 #include <cstdint>
 #include <fstream>
@@ -32,7 +34,7 @@ int explain(const std::string& problem) {
     return ExitFailure;
 }
 
-/// Whether the reader of our output is still there.
+/// False where standard output cannot be written to, which is told at the end of the program.
 bool print(const RequestConsole::Answer& answer) {
     std::cout << answer.json.dump() << '\n' << std::flush;
     return std::cout.good();
@@ -40,8 +42,8 @@ bool print(const RequestConsole::Answer& answer) {
 
 int serveLines(RequestConsole& console, std::istream& input) {
     for (std::string line; std::getline(input, line);) {
-        if (!print(console.serve(line))) {
-            return explain("standard output cannot be written to.");
+        if (!print(console.serve(line)) || InterruptWatch::wasInterrupted()) {
+            return ExitFailure;
         }
     }
     return input.bad() ? explain("the input could not be read to its end.") : ExitSuccess;
@@ -54,7 +56,7 @@ int serveOne(RequestConsole& console, std::istream& input) {
     }
     const RequestConsole::Answer answer = console.serve(text);
     if (!print(answer)) {
-        return explain("standard output cannot be written to.");
+        return ExitFailure;
     }
     if (!answer.inputError.empty()) {
         explain(answer.inputError);
@@ -73,7 +75,8 @@ int serve(const Options& options, std::istream& input) {
         RunContext::setProcessDefault(
             RunContext::processDefault().withToolsDirectory(options.toolsDirectory));
     }
-    RequestConsole console(std::move(provider), std::make_shared<ClientRunner>(),
+    RequestConsole console(std::move(provider),
+                           std::make_shared<InterruptibleRunner>(std::make_shared<ClientRunner>()),
                            {options.dryRun, options.logLevel});
     return options.lines ? serveLines(console, input) : serveOne(console, input);
 }

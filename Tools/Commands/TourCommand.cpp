@@ -3,6 +3,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Session/Session.h"
 #include "Tools/Provider/Provider.h"
+#include "Tools/Terminal/InterruptibleRunner.h"
 #include "Tools/Tour/TourSteps.h"
 
 #include <exception>
@@ -33,7 +34,8 @@ int runTourCommand(const Options& options) {
     if (project == nullptr) {
         return fail(problem);
     }
-    const auto recorder = std::make_shared<RunRecorder>(std::make_shared<ClientRunner>());
+    const auto recorder = std::make_shared<RunRecorder>(
+        std::make_shared<InterruptibleRunner>(std::make_shared<ClientRunner>()));
     const RunContext::Scope scope(RunContext::current().withToolRunner(recorder));
     TourStage stage(std::move(provider), recorder, Palette::named(options.colour),
                     project->directory().string());

@@ -3,6 +3,8 @@
 #include "Host/Text.h"
 #include "MarlFoundation/MarlFilePath.h"
 
+#include <nlohmann/json.hpp>
+
 namespace quen::tools {
 
 namespace {
@@ -80,6 +82,10 @@ OrderedJson toJson(const Value& value) {
         return toJson(*dictionary);
     }
     return {};
+}
+
+std::string jsonText(const Value& value) {
+    return toJson(value).dump();
 }
 
 } // namespace quen::tools

@@ -3,8 +3,9 @@
 #include "Foundation/Value.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
+#include <string>
 
 namespace quen::tools {
 
@@ -17,5 +18,8 @@ OrderedJson toJson(const String& text);
 OrderedJson toJson(const Value& value);
 OrderedJson toJson(const Error& error);
 OrderedJson toJson(const std::optional<StringArray>& texts);
+
+/// The value in one line of JSON, for whoever only prints it.
+std::string jsonText(const Value& value);
 
 } // namespace quen::tools

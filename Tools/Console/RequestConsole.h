@@ -5,6 +5,7 @@
 #include "Tools/Console/JsonOutput.h"
 
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <string_view>
 
 namespace quen::tools {

@@ -1,10 +1,13 @@
 #include "Tools/Terminal/InterruptWatch.h"
 
 #include "Tools/Terminal/ExitStatus.h"
+#include "Tools/Terminal/StartedPrograms.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <mutex>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
@@ -16,6 +19,21 @@ namespace quen::tools {
 
 namespace {
 
+/// What the watch shares with those at work. It outlives every watch.
+struct State {
+    std::mutex mutex;
+    std::function<void()> action;
+    std::atomic<int> interrupts = 0;
+    std::atomic<int> lentKeys = 0;
+    /// Readable from the first interrupt on; -1 while there is no watch.
+    std::atomic<int> interrupted = -1;
+};
+
+State& state() {
+    static State shared;
+    return shared;
+}
+
 bool isIgnored(int number) noexcept {
     struct sigaction action {};
     return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
@@ -24,7 +42,7 @@ bool isIgnored(int number) noexcept {
 sigset_t interrupts() noexcept {
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         if (!isIgnored(number)) {
             sigaddset(&signals, number);
         }
@@ -39,18 +57,25 @@ FileDescriptor opened(int number) {
     return FileDescriptor(number);
 }
 
+bool isKey(std::uint32_t number) noexcept {
+    return number == SIGINT || number == SIGQUIT;
+}
+
 } // namespace
 
-InterruptWatch::InterruptWatch(std::function<void()> onInterrupt)
-    : onInterrupt_(std::move(onInterrupt)) {
+InterruptWatch::InterruptWatch() {
     const sigset_t watched = interrupts();
     signals_ = opened(signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK));
     end_ = opened(eventfd(0, EFD_CLOEXEC));
+    state().interrupts = 0;
+    interrupted_ = opened(eventfd(0, EFD_CLOEXEC));
+    state().interrupted = interrupted_.number();
     pthread_sigmask(SIG_BLOCK, &watched, &formerMask_);
     try {
         thread_ = std::thread([this] { watch(); });
     } catch (...) {
         pthread_sigmask(SIG_SETMASK, &formerMask_, nullptr);
+        state().interrupted = -1;
         throw;
     }
 }
@@ -59,6 +84,11 @@ InterruptWatch::~InterruptWatch() {
     eventfd_write(end_.number(), 1);
     thread_.join();
     pthread_sigmask(SIG_SETMASK, &formerMask_, nullptr);
+    state().interrupted = -1;
+}
+
+bool InterruptWatch::wasInterrupted() noexcept {
+    return state().interrupted.load() >= 0 && state().interrupts.load() > 0;
 }
 
 void InterruptWatch::watch() {
@@ -73,14 +103,48 @@ void InterruptWatch::watch() {
 
 void InterruptWatch::takeSignal() {
     signalfd_siginfo signal{};
-    if (read(signals_.number(), &signal, sizeof signal) != sizeof signal) {
+    if (read(signals_.number(), &signal, sizeof signal) != sizeof signal ||
+        (isKey(signal.ssi_signo) && state().lentKeys.load() > 0)) {
         return;
     }
-    if (interrupts_.fetch_add(1) == 0) {
-        onInterrupt_();
-    } else {
+    const std::lock_guard lock(state().mutex);
+    if (state().interrupts.fetch_add(1) > 0 || signal.ssi_signo == SIGQUIT) {
+        killStartedPrograms();
         std::_Exit(ExitInterrupted);
     }
+    eventfd_write(state().interrupted.load(), 1);
+    if (state().action) {
+        state().action();
+    }
+}
+
+InterruptWatch::Action::Action(std::function<void()> action) {
+    const std::lock_guard lock(state().mutex);
+    if (wasInterrupted()) {
+        action();
+    }
+    state().action = std::move(action);
+}
+
+InterruptWatch::Action::~Action() {
+    const std::lock_guard lock(state().mutex);
+    state().action = nullptr;
+}
+
+InterruptWatch::KeysLent::KeysLent() {
+    ++state().lentKeys;
+}
+
+InterruptWatch::KeysLent::~KeysLent() {
+    --state().lentKeys;
+}
+
+bool waitUntilReady(int descriptor, short events) noexcept {
+    std::array<pollfd, 2> sources{pollfd{state().interrupted.load(), POLLIN, 0},
+                                  pollfd{descriptor, events, 0}};
+    while (poll(sources.data(), sources.size(), -1) < 0 && errno == EINTR) {
+    }
+    return (sources[0].revents & POLLIN) == 0;
 }
 
 } // namespace quen::tools

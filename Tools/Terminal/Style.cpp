@@ -1,7 +1,5 @@
 #include "Tools/Terminal/Style.h"
 
-#include "Host/Text.h"
-
 #include <cstdlib>
 #include <unistd.h>
 
@@ -34,27 +32,6 @@ std::string_view codeOf(Style style) {
     return "";
 }
 
-/// C0 and C1 controls, which UTF-8 writes as one byte and as two.
-std::string withoutControls(std::string_view text, std::string_view allowed) {
-    constexpr std::string_view replacement = "\xEF\xBF\xBD";
-    const std::string valid = replacingInvalidUTF8(text);
-    std::string shown;
-    for (std::size_t i = 0; i < valid.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(valid[i]);
-        const bool isC1 = byte == 0xC2 && static_cast<unsigned char>(valid[i + 1]) < 0xA0;
-        if (isC1) {
-            shown += replacement;
-            ++i;
-        } else if ((byte < 0x20 || byte == 0x7F) &&
-                   allowed.find(valid[i]) == std::string_view::npos) {
-            shown += replacement;
-        } else {
-            shown += valid[i];
-        }
-    }
-    return shown;
-}
-
 } // namespace
 
 bool outputIsTerminal() noexcept {
@@ -72,14 +49,6 @@ std::string Palette::paint(Style style, std::string_view text) const {
         return std::string(text);
     }
     return "\x1b[" + std::string(codeOf(style)) + "m" + std::string(text) + "\x1b[0m";
-}
-
-std::string printable(std::string_view text) {
-    return withoutControls(text, "");
-}
-
-std::string printableLine(std::string_view line) {
-    return withoutControls(line, "\t");
 }
 
 } // namespace quen::tools

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Tools/Terminal/SafeText.h"
+
 #include <string>
 #include <string_view>
 
@@ -28,12 +30,5 @@ private:
 
 /// Whether standard output is a terminal.
 bool outputIsTerminal() noexcept;
-
-/// A text from outside, made safe to show: control characters and bytes that are not UTF-8, which
-/// could play tricks on a terminal, are shown as U+FFFD.
-std::string printable(std::string_view text);
-
-/// Likewise for a line of a text, whose tabs stay as they are.
-std::string printableLine(std::string_view line);
 
 } // namespace quen::tools

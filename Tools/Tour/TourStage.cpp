@@ -3,9 +3,11 @@
 #include "Foundation/Format.h"
 #include "QuenFoundation/QuenSourceControlRequestFacts.h"
 #include "Tools/Console/JsonOutput.h"
+#include "Tools/Terminal/InterruptWatch.h"
 #include "Tools/Terminal/StatusWords.h"
 
 #include <iostream>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -30,7 +32,7 @@ std::string shortKey(std::string_view key) {
 /// A value on one line, with the words of a status behind its number.
 std::string shortValue(const String& key, const Value& value) {
     const std::int64_t* const number = value.integer();
-    std::string text = toJson(value).dump();
+    std::string text = jsonText(value);
     const bool isStatus = key == QuenSourceControlOperationWCStatusKey ||
                           key == QuenSourceControlOperationRepositoryStatusKey;
     if (isStatus && number != nullptr && *number != 0) {
@@ -131,6 +133,9 @@ void TourStage::say(const std::string& text) const {
 }
 
 void TourStage::show(const std::string& title, const QuenSourceControlRequestPtr& request) {
+    if (InterruptWatch::wasInterrupted()) {
+        throw std::runtime_error("Interrupted.");
+    }
     const std::string type(nameOfRequestType(request->type()));
     std::cout << '\n'
               << palette_.paint(Style::heading, title) << "  "

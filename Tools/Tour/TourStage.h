@@ -21,7 +21,8 @@ public:
 
     /// A line of the story between two requests.
     void say(const std::string& text) const;
-    /// One request; `title` says in plain words what it is for.
+    /// One request; `title` says in plain words what it is for. Throws std::runtime_error when the
+    /// program was interrupted.
     void show(const std::string& title, const QuenSourceControlRequestPtr& request);
     /// All requests in one table, and how many there were and failed.
     void printTable() const;

@@ -50,6 +50,9 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, st
 
 Outcome<QuenSourceControlOperationPtr> Session::perform(const QuenSourceControlRequestPtr& request,
                                                         Follow follow) {
+    if (InterruptWatch::wasInterrupted()) {
+        return fail("Interrupted.", ExitInterrupted);
+    }
     Error refusal;
     if (!provider_->validateRequest(request, &refusal)) {
         tell(refusal);
@@ -87,7 +90,9 @@ Outcome<QuenSourceControlOperationPtr> Session::query(const QuenSourceControlReq
 }
 
 void Session::run(const QuenSourceControlOperationPtr& operation, Follow follow) {
-    const InterruptWatch watch([&] { operation->cancel(); });
+    const InterruptWatch::Action action([&] { operation->cancel(); });
+    std::cout.flush();
+    std::cerr.flush();
     if (follow == Follow::progress) {
         report_ = ClientReport();
         // A client that has the terminal may be asking there.
@@ -97,7 +102,6 @@ void Session::run(const QuenSourceControlOperationPtr& operation, Follow follow)
     }
     operation->run();
     progress_.reset();
-    wasInterrupted_ = watch.wasInterrupted();
 }
 
 bool Session::wasStopped(const QuenSourceControlOperation& operation) const {
@@ -105,7 +109,7 @@ bool Session::wasStopped(const QuenSourceControlOperation& operation) const {
     // has left some out.
     const bool runsOneClient =
         dynamic_cast<const QuenSourceControlTaskOperation*>(&operation) != nullptr;
-    return wasInterrupted_ && (operation.error() || !runsOneClient);
+    return InterruptWatch::wasInterrupted() && (operation.error() || !runsOneClient);
 }
 
 int Session::finish(const QuenSourceControlOperation& operation) const {
@@ -136,7 +140,7 @@ Explained Session::fail(const std::string& text, int status) const {
 }
 
 void printJson(const Value& result) {
-    std::cout << toJson(result).dump() << '\n';
+    std::cout << jsonText(result) << '\n';
 }
 
 } // namespace quen::tools

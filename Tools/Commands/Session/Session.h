@@ -92,7 +92,6 @@ private:
     QuenSourceControlProtocolPtr provider_;
     std::string command_;
     const RunContext::Scope scope_;
-    bool wasInterrupted_ = false;
     ClientReport report_;
     std::optional<Progress> progress_;
 };
