@@ -104,6 +104,86 @@ TEST_F(InterruptTest, AQueryIsInterruptedToo) {
     EXPECT_TRUE(server_.waitForEndOfAll());
 }
 
+/// Where a word holds SERVER it is the server's address.
+class EveryCommandTest : public InterruptTest, public testing::WithParamInterface<Sandbox::Words> {
+protected:
+    Sandbox::Words words() const {
+        Sandbox::Words words = GetParam();
+        for (std::string& word : words) {
+            if (word.starts_with("SERVER/")) {
+                word = server_.url(word.substr(7));
+            }
+        }
+        return words;
+    }
+};
+
+TEST_P(EveryCommandTest, EndsWith130WhenInterrupted) {
+    checkOutFromServer();
+    sandbox_.write("a.c", "one\n");
+    sandbox_.svn({"add", "-q", "a.c"});
+    server_.stick();
+    Going command(sandbox_, words());
+    ASSERT_TRUE(server_.waitForClient());
+
+    const Ran ran = command.end();
+
+    EXPECT_EQ(ran.status, 130);
+    EXPECT_THAT(ran.err, HasSubstr(": Interrupted.\n"));
+    EXPECT_EQ(ran.out, "");
+    EXPECT_TRUE(server_.waitForEndOfAll());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, EveryCommandTest,
+    testing::Values(Sandbox::Words{"status", "-u"}, Sandbox::Words{"diff", "-r", "0:1", "SERVER/"},
+                    Sandbox::Words{"log", "SERVER/trunk"}, Sandbox::Words{"blame", "SERVER/a.c"},
+                    Sandbox::Words{"info", "SERVER/trunk"}, Sandbox::Words{"list", "SERVER/trunk"},
+                    Sandbox::Words{"cat", "SERVER/a.c"},
+                    Sandbox::Words{"export", "SERVER/a.c", "a.txt"},
+                    Sandbox::Words{"branch", "SERVER/trunk"},
+                    Sandbox::Words{"branch", "create", "new", "-m", "M"},
+                    Sandbox::Words{"branch", "delete", "new", "-m", "M"},
+                    Sandbox::Words{"branches", "SERVER/trunk"}, Sandbox::Words{"commit", "-m", "M"},
+                    Sandbox::Words{"remove", "SERVER/trunk", "-m", "M"},
+                    Sandbox::Words{"copy", "SERVER/trunk", "copy"},
+                    Sandbox::Words{"mkdir", "SERVER/trunk/new", "-m", "M"},
+                    Sandbox::Words{"merge", "SERVER/branches"},
+                    Sandbox::Words{"checkout", "SERVER/trunk", "new"},
+                    Sandbox::Words{"import", "a.c", "SERVER/b.c", "-m", "M"},
+                    Sandbox::Words{"switch", "SERVER/branches"}, Sandbox::Words{"update"}),
+    [](const auto& each) {
+        const Sandbox::Words& words = each.param;
+        return words.front() + (words.front() == "branch" ? std::to_string(each.index) : "");
+    });
+
+TEST_F(InterruptTest, ARequestTakesItsClientAlong) {
+    server_.stick();
+    sandbox_.write("request.json", R"({"request": {"type": "RequestTypeList", "files": [")" +
+                                       server_.url("trunk") +
+                                       R"("], "sourceTree": {"kind": "repository"}}})");
+    Going request(sandbox_, {"request", "request.json"});
+    ASSERT_TRUE(server_.waitForClient());
+
+    const Ran ran = request.end();
+
+    EXPECT_TRUE(server_.waitForEndOfAll());
+    EXPECT_EQ(ran.status, 130);
+}
+
+TEST_F(InterruptTest, TheTourLeavesNothingBehind) {
+    std::filesystem::create_directory(sandbox_.root() / "tmp");
+    Terminal terminal(sandbox_.invocation({Sandbox::program(), "tour"}, sandbox_.workingCopy(),
+                                          {"TMPDIR=" + (sandbox_.root() / "tmp").string()}));
+    ASSERT_TRUE(terminal.waitFor("Check out the trunk")) << terminal.shown();
+
+    terminal.type("\x03");
+
+    EXPECT_EQ(terminal.waitForEnd(), 130);
+    EXPECT_THAT(terminal.shown(), HasSubstr("quen tour: Interrupted."));
+    EXPECT_TRUE(std::filesystem::is_empty(sandbox_.root() / "tmp"));
+}
+
 TEST_F(InterruptTest, AWorkingCopyInUseIsToldWithItsRemedy) {
     checkOutFromServer();
     sandbox_.write("a.c", "one\n");
@@ -169,6 +249,16 @@ TEST_F(QuestionTest, RevertAsksAndHeedsTheAnswer) {
         EXPECT_EQ(terminal.waitForEnd(), status);
         EXPECT_EQ(sandbox_.read("a.c"), content);
     }
+}
+
+TEST_F(QuestionTest, AnInterruptIsNotAnAnswer) {
+    Terminal terminal(invocation({"revert", "."}));
+    ASSERT_TRUE(terminal.waitFor("revert all the same? [y/N]")) << terminal.shown();
+
+    terminal.type("\x03");
+
+    EXPECT_EQ(terminal.waitForEnd(), 130);
+    EXPECT_EQ(sandbox_.read("a.c"), "two\n");
 }
 
 TEST_F(QuestionTest, RevertDoesNotAskWhereNothingIsLostOrThePersonIsSure) {

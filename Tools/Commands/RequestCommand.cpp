@@ -55,7 +55,7 @@ int serveOne(RequestConsole& console, std::istream& input) {
         return explain("the input could not be read to its end.");
     }
     const RequestConsole::Answer answer = console.serve(text);
-    if (!print(answer)) {
+    if (!print(answer) || InterruptWatch::wasInterrupted()) {
         return ExitFailure;
     }
     if (!answer.inputError.empty()) {

@@ -144,7 +144,7 @@ bool waitUntilReady(int descriptor, short events) noexcept {
                                   pollfd{descriptor, events, 0}};
     while (poll(sources.data(), sources.size(), -1) < 0 && errno == EINTR) {
     }
-    return (sources[0].revents & POLLIN) == 0;
+    return sources[1].revents != 0;
 }
 
 } // namespace quen::tools

@@ -62,7 +62,7 @@ private:
 };
 
 /// Waits until a descriptor can be read from (POLLIN) or written to (POLLOUT), or has come to its
-/// end. False when there was an interrupt, before or meanwhile.
+/// end. False when it is not ready and there was an interrupt, before or meanwhile.
 bool waitUntilReady(int descriptor, short events) noexcept;
 
 } // namespace quen::tools
