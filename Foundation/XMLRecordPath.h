@@ -53,7 +53,7 @@ public:
 private:
     /// `names` are separated by bars.
     static bool isAmong(std::string_view name, std::string_view names) noexcept {
-        for (auto bar = names.find('|'); bar != names.npos; bar = names.find('|')) {
+        for (auto bar = names.find('|'); bar != std::string_view::npos; bar = names.find('|')) {
             if (names.substr(0, bar) == name) {
                 return true;
             }

@@ -62,6 +62,7 @@ install(FILES
     Host/Facts/ListFacts.h
     Host/Facts/ReportFacts.h
     Host/Facts/StatusFacts.h
+    Host/Facts/UnreadableNames.h
     DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Facts COMPONENT development)
 install(FILES
     Host/Keeping/FileErrors.h

@@ -97,7 +97,7 @@ struct ChangeFactsReader::State {
 // Pieces and lines
 
 void ChangeFactsReader::State::take(std::string_view piece) {
-    for (auto end = piece.find('\n'); end != piece.npos; end = piece.find('\n')) {
+    for (auto end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
         if (unended.empty()) {
             takeLine(piece.substr(0, end));
         } else {

@@ -36,7 +36,8 @@ std::optional<ChangedItem> itemInColumns(std::string_view line) {
     const auto properties = actionOf(line[1]);
     const auto tree = actionOf(line[3]);
     const bool isLockColumn = line[2] == ' ' || line[2] == 'B';
-    const bool isBlank = line.substr(0, pathColumn).find_first_not_of(' ') == line.npos;
+    const bool isBlank =
+        line.substr(0, pathColumn).find_first_not_of(' ') == std::string_view::npos;
     if (!text || !properties || !tree || !isLockColumn || isBlank) {
         return std::nullopt;
     }
@@ -117,7 +118,8 @@ bool takeRange(std::string_view text, MergedRange& range) {
     }
     const std::size_t end = text.find(through);
     range.first = numberBehind(text.substr(0, end), "r");
-    range.last = end == text.npos ? range.first : numberBehind(text.substr(end), through);
+    range.last =
+        end == std::string_view::npos ? range.first : numberBehind(text.substr(end), through);
     return range.first.has_value() && range.last.has_value();
 }
 
@@ -166,7 +168,8 @@ std::optional<SkippedItem> skippedIn(std::string_view line) {
         // A name may hold what separates it from the reason; a reason holds no quote.
         constexpr std::string_view separator = "' -- ";
         const std::size_t end = line.rfind(separator);
-        if (end == line.npos || end <= beginning.size() || line[beginning.size()] != '\'') {
+        if (end == std::string_view::npos || end <= beginning.size() ||
+            line[beginning.size()] != '\'') {
             return std::nullopt;
         }
         const std::size_t start = beginning.size() + 1;
@@ -201,7 +204,7 @@ std::optional<ConflictFacts> settledIn(std::string_view line) {
         // Property names hold no quotes.
         constexpr std::string_view separator = "' at '";
         const std::size_t end = both->find(separator);
-        if (end != both->npos) {
+        if (end != std::string_view::npos) {
             facts.path = String(both->substr(end + separator.size()));
             facts.properties = ConflictState::settled;
             facts.settledProperties = {String(both->substr(0, end))};
@@ -219,7 +222,7 @@ std::optional<MergedRange> mergedRangeIn(std::string_view line) {
     constexpr std::string_view ending = "':";
     const std::size_t end = line.find(into);
     const std::size_t start = end + into.size();
-    if (!line.starts_with(beginning) || end == line.npos || !line.ends_with(ending) ||
+    if (!line.starts_with(beginning) || end == std::string_view::npos || !line.ends_with(ending) ||
         line.size() < start + ending.size()) {
         return std::nullopt;
     }
@@ -241,7 +244,7 @@ std::optional<ConflictCount> countIn(std::string_view line, std::string_view kin
     }
     ConflictCount count{*remaining, 0};
     constexpr std::string_view resolved = " remaining (and ";
-    if (const auto at = line.find(resolved); at != line.npos) {
+    if (const auto at = line.find(resolved); at != std::string_view::npos) {
         count.resolved = numberBehind(line.substr(at), resolved).value_or(0);
     }
     return count;
@@ -264,7 +267,7 @@ bool holdsNoFact(std::string_view line) noexcept {
                                                              "property '",
                                                              "--- ",
                                                              "Left local modifications as '"};
-    return line.find_first_not_of(' ') == line.npos ||
+    return line.find_first_not_of(' ') == std::string_view::npos ||
            std::any_of(beginnings.begin(), beginnings.end(),
                        [=](std::string_view each) { return line.starts_with(each); });
 }

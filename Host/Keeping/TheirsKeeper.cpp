@@ -91,7 +91,7 @@ std::string urlEncoded(std::string_view text) {
     for (const char each : text) {
         const bool isAlphanumeric = (each >= '0' && each <= '9') || (each >= 'A' && each <= 'Z') ||
                                     (each >= 'a' && each <= 'z');
-        if (isAlphanumeric || plain.find(each) != plain.npos) {
+        if (isAlphanumeric || plain.find(each) != std::string_view::npos) {
             result += each;
         } else {
             const auto byte = static_cast<unsigned char>(each);
@@ -143,7 +143,8 @@ std::vector<KeptTheirs> keepTheirsOfUpdate(const ChangeFacts& facts, const Strin
         const auto known = revisions.find(path);
         const auto number =
             known == revisions.end() ? facts.revision : std::optional(known->second);
-        answers.push_back(kept(conflict, path, Incoming{closedClientPath(path).str(), "BASE", number}, run));
+        answers.push_back(
+            kept(conflict, path, Incoming{closedClientPath(path).str(), "BASE", number}, run));
     }
     return answers;
 }

@@ -63,7 +63,7 @@ std::string octal(unsigned int value) {
 
 std::vector<std::string_view> wordsOf(std::string_view line) {
     std::vector<std::string_view> words;
-    for (auto blank = line.find(' '); blank != line.npos; blank = line.find(' ')) {
+    for (auto blank = line.find(' '); blank != std::string_view::npos; blank = line.find(' ')) {
         words.push_back(line.substr(0, blank));
         line.remove_prefix(blank + 1);
     }
@@ -182,7 +182,7 @@ std::string UndoManifest::text() const {
 std::optional<UndoManifest> UndoManifest::fromText(std::string_view text) {
     UndoManifest manifest;
     bool isFirst = true;
-    for (auto end = text.find('\n'); end != text.npos; end = text.find('\n')) {
+    for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
         const std::string_view line = text.substr(0, end);
         text.remove_prefix(end + 1);
         if (line == ending) {

@@ -83,6 +83,32 @@ LostItem lossByRemoval(const StatusEntry& entry, const CopiedEdits& edits) {
 
 } // namespace
 
+std::vector<String> lostContent(const std::vector<LostItem>& lost) {
+    std::vector<String> paths;
+    for (const LostItem& each : lost) {
+        if (each.losesContent) {
+            paths.push_back(each.path);
+        }
+    }
+    return paths;
+}
+
+std::vector<String> lostPropertyNotes(const std::vector<LostItem>& lost, const QueryRunner& run) {
+    constexpr std::size_t mostOfThem = 1024 * 1024;
+    std::vector<String> paths;
+    for (const LostItem& each : lost) {
+        if (each.losesProperties) {
+            paths.push_back(each.path);
+        }
+    }
+    std::string text = askPropertyDifferences(paths, run);
+    if (text.size() > mostOfThem) {
+        text.resize(mostOfThem);
+        text += "\n(More was changed than is kept.)\n";
+    }
+    return text.empty() ? std::vector<String>() : std::vector<String>{String(text)};
+}
+
 RevertPlan planRevert(const std::vector<String>& paths, const QueryRunner& run) {
     RevertPlan plan;
     StatusAnswer answer = askStatus(paths, {"--ignore-externals"}, run);

@@ -121,6 +121,17 @@ CopiedEdits askCopiedEdits(const std::vector<String>& paths, const QueryRunner& 
     return all;
 }
 
+std::string askPropertyDifferences(const std::vector<String>& paths, const QueryRunner& run) {
+    std::string text;
+    const StringArray command{"diff", "--internal-diff", "--properties-only", "--depth", "empty"};
+    inGroups(paths, command, asItIs, [&](StringArray arguments) {
+        const auto query = ClientQuery::make(std::move(arguments));
+        run(*query);
+        text += query->output()->bytes();
+    });
+    return text;
+}
+
 String plainPath(const String& path) {
     std::string plain = std::filesystem::path(path.str()).lexically_normal().string();
     while (plain.size() > 1 && plain.ends_with('/')) {

@@ -30,6 +30,9 @@ struct CopiedEdits {
 };
 CopiedEdits askCopiedEdits(const std::vector<String>& paths, const QueryRunner& run);
 
+/// The differences of properties alone, as the client words them; as much as came before a failure.
+std::string askPropertyDifferences(const std::vector<String>& paths, const QueryRunner& run);
+
 /// The sections of a plain diff, for `askCopiedEdits`.
 CopiedEdits copiedEditsIn(std::string_view diff);
 

@@ -30,6 +30,13 @@ struct LostItem {
     bool losesProperties = false;
 };
 
+/// The paths whose content goes: what an `UndoStore` is to keep.
+std::vector<String> lostContent(const std::vector<LostItem>& lost);
+/// What goes beside content, in words for a person and for the notes of an `UndoStore`: changed
+/// properties with their values, as the client's own differences. At most 1 MiB of them.
+std::vector<String> lostPropertyNotes(const std::vector<LostItem>& lost,
+                                      const QueryRunner& run = runHere);
+
 struct RevertPlan {
     /// Everything that the revert would touch, whether anything is lost by it or not.
     std::vector<StatusEntry> touched;

@@ -41,13 +41,8 @@ protected:
     /// Keeps what a plan calls lost, performs, and notes the result: a host's order of things.
     UndoStore::Kept keepingLost(const std::vector<LostItem>& lost, std::int32_t type,
                                 const std::vector<std::string>& paths) {
-        std::vector<String> content;
-        for (const LostItem& each : lost) {
-            if (each.losesContent) {
-                content.push_back(each.path);
-            }
-        }
-        UndoStore::Kept kept = undo().keep(pathOf("."), "step", content);
+        UndoStore::Kept kept =
+            undo().keep(pathOf("."), "step", lostContent(lost), lostPropertyNotes(lost));
         EXPECT_FALSE(kept.error) << kept.error.description().str();
         EXPECT_TRUE(kept.refused.empty());
         const Told told = people_.perform(type, paths);

@@ -1,3 +1,4 @@
+#include "Host/Facts/UnreadableNames.h"
 #include "Host/Plans/PlanQueries.h"
 #include "Host/Plans/Plans.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
@@ -196,6 +197,14 @@ TEST_F(PlansTest, ARevertPlanNamesAllThatIsLostAndNothingElse) {
               (Names{"copied edited@2 content", "copied-props properties", "dir-copied/a content",
                      "edited content", "listed content", "moved-edited content", "props properties",
                      "replaced content"}));
+    EXPECT_EQ(lostContent(plan.lost).size(), 6U);
+    const auto notes = lostPropertyNotes(plan.lost);
+    ASSERT_EQ(notes.size(), 1U);
+    for (const char* const name : {"copied-props", "props"}) {
+        EXPECT_NE(notes[0].str().find("Property changes on: " + pathOf(name).str()),
+                  std::string::npos);
+    }
+    EXPECT_NE(notes[0].str().find("+red"), std::string::npos) << "values are part of it";
     // What the plan does not name must be there after the revert.
     people_.perform(RequestTypeRevert, {people_.ours().string()});
     EXPECT_EQ(people_.read(people_.ours(), "added"), "new\n");
@@ -356,6 +365,20 @@ TEST_F(PlansTest, ANameThatXMLCannotHoldIsNamedAndPlanned) {
     EXPECT_FALSE(plan.error) << plan.error.description().str();
     EXPECT_EQ(lossesOf(plan.lost), Names{"dir/bell\a content"});
     ASSERT_EQ(plan.unreadable.size(), 1U);
+}
+
+TEST_F(PlansTest, ANameThatIsNotUTF8IsNamed) {
+    begin({"dir/a"});
+    write("dir/bad\xFFname", "mine\n");
+    write("dir/good \u00FC", "mine\n");
+    const RemovePlan plan = planRemove(pathsOf({"."}));
+    ASSERT_TRUE(plan.error) << "the client cannot say what lies there";
+    const UnreadableNames names = unreadableNamesOf(plan.error);
+    EXPECT_EQ(names.directory, pathOf("dir"));
+    EXPECT_EQ(names.names, std::vector<String>{"bad\xFFname"});
+    EXPECT_TRUE(unreadableNamesOf(Error()).directory.isNil());
+    const Error other("Some", 1, {{NSLocalizedDescriptionKey, "Something else"}});
+    EXPECT_TRUE(unreadableNamesOf(other).directory.isNil());
 }
 
 } // namespace
