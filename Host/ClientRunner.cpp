@@ -43,13 +43,15 @@ String reasonOf(const ProcessOutcome& outcome, const RunLimits& limits) {
 ToolRun ClientRunner::run(const ToolInvocation& invocation, std::stop_token stop) {
     ProcessInvocation process = processOf(invocation);
     process.ownSession = !options_.keepsTerminal;
+    process.endsWithHost = options_.endsWithHost;
     ProcessOutcome outcome = runProcess(process, std::move(stop));
     return {.end = outcome.end,
             .exitStatus = outcome.exitStatus,
             .signal = outcome.signal,
             .output = std::move(outcome.output),
             .errors = std::move(outcome.errors),
-            .reason = reasonOf(outcome, invocation.limits)};
+            .reason = reasonOf(outcome, invocation.limits),
+            .leftOutputOpen = outcome.leftOutputOpen};
 }
 
 } // namespace quen

@@ -12,6 +12,9 @@ public:
         /// Leaves the client the host's terminal, so that it may ask for a password there. Only for
         /// a host that is itself a person's command line.
         bool keepsTerminal = false;
+        /// The client is asked to end when this process dies, however that happens. For a host that
+        /// is a program of its own; a client of a long-lived host ends its work without it.
+        bool endsWithHost = false;
     };
 
     ClientRunner() = default;

@@ -16,12 +16,12 @@ using EnvironmentChanges = std::vector<std::pair<String, String>>;
 /// How long a run may take.
 struct RunLimits {
     /// The longest run, from the start; none by default.
-    std::optional<std::chrono::milliseconds> total;
+    std::optional<std::chrono::milliseconds> total = {};
     /// The longest time without a byte on either stream; none by default.
-    std::optional<std::chrono::milliseconds> idle;
+    std::optional<std::chrono::milliseconds> idle = {};
     /// From asking the tool to end (SIGTERM) to killing it (SIGKILL).
     std::chrono::milliseconds terminationGrace{2000};
-    /// How long something that the tool started may keep its output open after the tool's own end.
+    /// How long something that the tool started may keep a stream open after the tool's own end.
     std::chrono::milliseconds drainTimeout{250};
 
     friend bool operator==(const RunLimits&, const RunLimits&) = default;

@@ -2,6 +2,7 @@
 
 #include "Foundation/Format.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "QuenFoundation/QuenSourceControlManager.h"
 
 #include <algorithm>
@@ -129,6 +130,33 @@ Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run
             formatText("The client's run could not be followed to its end: %@.", {run.reason})));
     }
     return {};
+}
+
+ClientMessage messageOfRun(const ToolRun& run) {
+    const String text = quensc_stringFromData(run.errors);
+    return readClientMessage(text.isNil() ? run.errors->bytes() : text.view());
+}
+
+Error errorOfRun(const ToolInvocation& invocation, const ToolRun& run, bool writes) {
+    if (Error interrupted = errorOfInterruptedRun(invocation, run, writes)) {
+        return interrupted;
+    }
+    const ClientMessage message = messageOfRun(run);
+    const RunFacts facts{run.exitStatus, run.signal, message.numbers};
+    return errorOfComplaint(genericError(message.text, facts), facts);
+}
+
+Error errorOfComplaint(const Error& translated, const RunFacts& facts) {
+    return translated ? translated : errorOfSilentFailure(facts);
+}
+
+Error errorOfCutOutput(const ToolRun& run) {
+    if (!run.leftOutputOpen || run.output->bytes().starts_with("<?xml")) {
+        return {};
+    }
+    return taskError(TaskErrorOutputCut,
+                     "The client has ended, but a program that it started still held its output "
+                     "open: the result may lack its rest.");
 }
 
 Error errorOfSilentFailure(const RunFacts& facts) {

@@ -34,6 +34,21 @@ Error cancelledError();
 /// writing to a working copy (`writes`), the recovery suggestion says what that may have left.
 Error errorOfInterruptedRun(const ToolInvocation& invocation, const ToolRun& run, bool writes);
 
+/// What the tool wrote to standard error. Bytes in no known encoding still tell more than nothing.
+ClientMessage messageOfRun(const ToolRun& run);
+
+/// What a run's outcome means as an error, judged without knowledge of what was asked for; nil for
+/// a success. `writes` as above. A QuenSourceControlTaskOperation decides in the same way, but asks
+/// its subclass to translate the complaint and to read the output.
+Error errorOfRun(const ToolInvocation& invocation, const ToolRun& run, bool writes);
+
+/// The error of a complaint, `translated` by whoever knows it, of a run that ended by itself.
+Error errorOfComplaint(const Error& translated, const RunFacts& facts);
+
+/// The error of a run that ended by itself, but whose output may lack its rest; nil where it does
+/// not, and where a report in XML shows by itself whether it is whole.
+Error errorOfCutOutput(const ToolRun& run);
+
 /// The error of a run that failed and said nothing that counts; nil where it did not fail, and for
 /// an absent property.
 Error errorOfSilentFailure(const RunFacts& facts);

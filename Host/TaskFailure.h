@@ -22,6 +22,8 @@ enum TaskErrorCode : std::int64_t {
     TaskErrorFailed = -4,
     /// The client wrote nothing for longer than its idle timeout.
     TaskErrorIdleTimedOut = -5,
+    /// The client ended, but a program that it started may still have written to its output.
+    TaskErrorOutputCut = -6,
 };
 
 /// What an error tells a host to do.

@@ -61,12 +61,6 @@ Error QuenSourceControlTaskOperation::errorFromErrorMessage(const String& messag
 
 namespace {
 
-/// Standard error as text: bytes that are no text still tell more than nothing.
-String textOfErrors(const DataPtr& errors) {
-    const String text = quensc_stringFromData(errors);
-    return text.isNil() ? String(errors->bytes()) : text;
-}
-
 /// What parsing the report gives as an error, exceptions included: nothing may throw past the host.
 Error parsed(QuenSourceControlTaskOperation& operation) {
     try {
@@ -107,21 +101,23 @@ void QuenSourceControlTaskOperation::main() {
     const RunContext context = RunContext::current();
     const ToolInvocation invocation = invocationOf(*this, context);
     const ToolRun run = context.toolRunner()->run(invocation, stopToken());
-    const Error interrupted =
-        errorOfInterruptedRun(invocation, run, writesWorkingCopy(request()->type()));
+    const bool writes = writesWorkingCopy(request()->type());
+    const Error interrupted = errorOfInterruptedRun(invocation, run, writes);
     if (run.end == RunEnd::couldNotStart) {
         setError(interrupted);
         return;
     }
-    const ClientMessage message = readClientMessage(textOfErrors(run.errors).view());
+    const ClientMessage message = messageOfRun(run);
     task_->facts = {run.exitStatus, run.signal, message.numbers};
     setData(run.output);
     const Error parseError = parsed(*this);
-    Error translated = message.text.isEmpty() ? Error() : errorFromErrorMessage(message.text);
-    if (!translated) {
-        translated = errorOfSilentFailure(task_->facts);
-    }
-    setError(interrupted ? interrupted : betterError(parseError, translated));
+    const Error translated = message.text.isEmpty() ? Error() : errorFromErrorMessage(message.text);
+    const Error error = interrupted
+                            ? interrupted
+                            : betterError(parseError, errorOfComplaint(translated, task_->facts));
+    // What a writing client prints is not its work; that was done when it ended.
+    const bool needsAllOutput = !error && !writes && !result().isNothing();
+    setError(needsAllOutput ? errorOfCutOutput(run) : error);
 }
 
 } // namespace quen

@@ -17,19 +17,20 @@
 
 namespace quen {
 
-namespace {
-
 /// The living directories by path, so that a path object made from a text alone can hold on to the
-/// directory that its file lies in.
-struct Registry {
+/// directory that its file lies in. Each directory owns a share: one in a global of the host's may
+/// live on when this library's own globals are gone.
+struct TemporaryDirectory::Registry {
     std::mutex mutex;
     std::map<String, std::weak_ptr<TemporaryDirectory>> directories;
 
-    static Registry& shared() {
-        static Registry registry;
+    static std::shared_ptr<Registry> shared() {
+        static const auto registry = std::make_shared<Registry>();
         return registry;
     }
 };
+
+namespace {
 
 Error cannotMakeIn(const String& parent, int number) {
     return {QuenSourceControlTaskErrorDomain,
@@ -43,8 +44,10 @@ Error cannotMakeIn(const String& parent, int number) {
 
 } // namespace
 
+TemporaryDirectory::TemporaryDirectory(String path, std::shared_ptr<Registry> registry)
+    : path_(std::move(path)), registry_(std::move(registry)) {}
+
 std::shared_ptr<TemporaryDirectory> TemporaryDirectory::make(Error* reason) {
-    Registry& registry = Registry::shared();
     const String parent = RunContext::current().temporaryDirectory();
     std::string path = appendingPathComponent(parent.view(), "quen-XXXXXX").str();
     if (mkdtemp(path.data()) == nullptr) {
@@ -55,26 +58,27 @@ std::shared_ptr<TemporaryDirectory> TemporaryDirectory::make(Error* reason) {
         return nullptr;
     }
     struct Maker : TemporaryDirectory {
-        explicit Maker(String path) : TemporaryDirectory(std::move(path)) {}
+        Maker(String path, std::shared_ptr<Registry> registry)
+            : TemporaryDirectory(std::move(path), std::move(registry)) {}
     };
-    const auto directory = std::make_shared<Maker>(path);
-    const std::lock_guard lock(registry.mutex);
-    registry.directories[directory->path()] = directory;
+    const std::shared_ptr<Registry> registry = Registry::shared();
+    const auto directory = std::make_shared<Maker>(path, registry);
+    const std::lock_guard lock(registry->mutex);
+    registry->directories[directory->path()] = directory;
     return directory;
 }
 
 std::shared_ptr<TemporaryDirectory> TemporaryDirectory::holding(const String& path) {
-    Registry& registry = Registry::shared();
-    const std::lock_guard lock(registry.mutex);
-    const auto found = registry.directories.find(String(deletingLastPathComponent(path.view())));
-    return found == registry.directories.end() ? nullptr : found->second.lock();
+    const std::shared_ptr<Registry> registry = Registry::shared();
+    const std::lock_guard lock(registry->mutex);
+    const auto found = registry->directories.find(String(deletingLastPathComponent(path.view())));
+    return found == registry->directories.end() ? nullptr : found->second.lock();
 }
 
 TemporaryDirectory::~TemporaryDirectory() {
     {
-        Registry& registry = Registry::shared();
-        const std::lock_guard lock(registry.mutex);
-        registry.directories.erase(path_);
+        const std::lock_guard lock(registry_->mutex);
+        registry_->directories.erase(path_);
     }
     std::error_code ignored;
     std::filesystem::remove_all(path_.str(), ignored);

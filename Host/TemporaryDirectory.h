@@ -11,10 +11,10 @@ namespace quen {
 /// From any thread.
 class TemporaryDirectory {
 public:
-    /// Null where none can be made; `reason`, where given, then says where, and
-    /// why not.
+    /// Null where none can be made; `reason`, where given, then says where, and why not.
     static std::shared_ptr<TemporaryDirectory> make(Error* reason = nullptr);
-    /// The living directory that `path` lies in; null for any other path.
+    /// The living directory that `path` lies in; null for any other path. Not to be called after
+    /// `main` has returned.
     static std::shared_ptr<TemporaryDirectory> holding(const String& path);
 
     TemporaryDirectory(const TemporaryDirectory&) = delete;
@@ -24,9 +24,11 @@ public:
     const String& path() const noexcept { return path_; }
 
 private:
-    explicit TemporaryDirectory(String path) : path_(std::move(path)) {}
+    struct Registry;
+    TemporaryDirectory(String path, std::shared_ptr<Registry> registry);
 
     String path_;
+    std::shared_ptr<Registry> registry_;
 };
 
 } // namespace quen

@@ -48,6 +48,9 @@ struct ToolRun {
     DataPtr errors;
     /// In words that can follow a colon; nil where there is nothing to say.
     String reason;
+    /// The tool ended by itself, but something that it had started still held standard output open
+    /// when the drain timeout had passed: the output may lack its rest.
+    bool leftOutputOpen = false;
 };
 
 /// Runs tools. One runner serves many threads at once.

@@ -1,6 +1,7 @@
 #include "Host/WorkingCopyCleanup.h"
 
 #include "Foundation/PathComponents.h"
+#include "Foundation/PegPath.h"
 #include "Host/RunContext.h"
 #include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlRequestFacts.h"
@@ -14,12 +15,6 @@ namespace {
 
 /// No provider's, and none that counts as a write: a cleanup that is killed leaves what was there.
 constexpr std::int32_t cleanupType = -1;
-
-/// Closed with an `@` where the client would otherwise take its end for a revision.
-String clientPath(const String& path) {
-    const bool holdsAt = lastPathComponent(path.view()).find('@') != std::string_view::npos;
-    return holdsAt ? String(path.str() + "@") : path;
-}
 
 bool isInterruption(TaskFailure failure) {
     switch (failure) {
@@ -73,7 +68,7 @@ std::shared_ptr<WorkingCopyCleanup> WorkingCopyCleanup::make(const String& path)
     operation->initWithRequest(std::move(request));
     operation->setLaunchPath(
         appendingPathComponent(RunContext::current().toolsDirectory().view(), "svn"));
-    operation->setArguments(StringArray{"cleanup", clientPath(target)});
+    operation->setArguments(StringArray{"cleanup", withPegClosed(target)});
     return operation;
 }
 

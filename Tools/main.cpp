@@ -45,6 +45,8 @@ int concluded(int status, const std::error_code& outputError) {
 int main(int argc, char** argv) {
     // A reader that goes away is an error of writing, not the end of the program.
     std::signal(SIGPIPE, SIG_IGN);
+    // Whoever started this program may ignore it, and the system would forget how clients end.
+    std::signal(SIGCHLD, SIG_DFL);
     quen::tools::StandardStreams streams;
     const int status = quen::tools::run({argv + std::min(argc, 1), argv + argc});
     return quen::tools::concluded(status, streams.finish());

@@ -1,6 +1,7 @@
 #include "Classes/SVNOperations/SVNOperation.h"
 
 #include "Foundation/PathComponents.h"
+#include "Foundation/PegPath.h"
 #include "MarlFoundation/MarlDeveloperPaths.h"
 
 #include <utility>
@@ -45,8 +46,7 @@ void SVNOperation::sanitizeFilenames() {
         if (name.isNil()) {
             continue;
         }
-        const bool holdsAt = lastPathComponent(name.view()).find('@') != std::string_view::npos;
-        names.push_back(holdsAt ? String(name.str() + "@") : name);
+        names.push_back(withPegClosed(name));
     }
     request()->setFiles(std::move(names));
 }

@@ -1,5 +1,7 @@
 #include "Host/Places/BranchNames.h"
 
+#include "Foundation/PegPath.h"
+
 #include <string>
 
 namespace quen {
@@ -40,8 +42,7 @@ String branchNameInURL(std::string_view name) {
         encoded +=
             c == '/' || c == '@' || isUnreserved(byte) ? std::string(1, c) : percentEncoded(byte);
     }
-    const bool holdsAt = encoded.find('@', encoded.rfind('/') + 1) != std::string::npos;
-    return holdsAt ? encoded + "@" : encoded;
+    return withPegClosed(encoded).str();
 }
 
 } // namespace quen

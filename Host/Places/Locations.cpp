@@ -1,6 +1,7 @@
 #include "Host/Places/Locations.h"
 
 #include "Foundation/PathComponents.h"
+#include "Foundation/PegPath.h"
 
 #include <algorithm>
 #include <cctype>
@@ -69,15 +70,13 @@ StringArray clientPaths(const std::vector<std::string>& paths) {
 }
 
 String closedClientPath(const std::string& path) {
-    const String client = clientPath(path);
-    const bool holdsAt = lastPathComponent(client.view()).find('@') != std::string_view::npos;
-    return holdsAt ? String(client.str() + "@") : client;
+    return withPegClosed(clientPath(path));
 }
 
 String closedDirectory(const std::string& path) {
     const String client = clientPath(path);
-    const bool holdsAt = lastPathComponent(client.view()).find('@') != std::string_view::npos;
-    return holdsAt && !client.hasSuffix("/") ? String(client.str() + "/") : client;
+    return needsPegClosed(client.view()) && !client.hasSuffix("/") ? String(client.str() + "/")
+                                                                   : client;
 }
 
 } // namespace quen

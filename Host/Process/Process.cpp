@@ -48,8 +48,8 @@ void refuse(ProcessOutcome& outcome, const SpawnResult& result) {
                                            : result.reason;
 }
 
-void run(const ProcessInvocation& invocation, std::stop_token stop,
-         ProcessRun::Clock::time_point start, ProcessOutcome& outcome) {
+void run(const ProcessInvocation& invocation, std::stop_token stop, const RunClock& clock,
+         RunClock::TimePoint start, ProcessOutcome& outcome) {
     const auto outputData = std::make_shared<Data>();
     const auto errorData = std::make_shared<Data>();
     outcome.output = outputData;
@@ -69,25 +69,24 @@ void run(const ProcessInvocation& invocation, std::stop_token stop,
         return refuse(outcome, result);
     }
     ChildProcess child(result.pid, invocation.ownSession);
-    ProcessRun(invocation, cancel, child, output, errors, start).finish(outcome);
+    ProcessRun(invocation, cancel, child, output, errors, clock, start).finish(outcome);
 }
 
 } // namespace
 
-ProcessOutcome runProcess(const ProcessInvocation& invocation,
-                          std::stop_token stop) noexcept {
-    const auto start = ProcessRun::Clock::now();
+ProcessOutcome runProcess(const ProcessInvocation& invocation, std::stop_token stop,
+                          const RunClock& clock) noexcept {
+    const auto start = clock.now();
     ProcessOutcome outcome;
     try {
-        run(invocation, std::move(stop), start, outcome);
+        run(invocation, std::move(stop), clock, start, outcome);
     } catch (const std::exception&) { // no memory; nothing throws once the child runs
         outcome.error = outcome.error != 0 ? outcome.error : ENOMEM;
     }
     if (outcome.errors == nullptr) {
         outcome.output = outcome.errors = DataPtr(DataPtr(), &nothing);
     }
-    outcome.duration =
-        std::chrono::duration_cast<std::chrono::microseconds>(ProcessRun::Clock::now() - start);
+    outcome.duration = std::chrono::duration_cast<std::chrono::microseconds>(clock.now() - start);
     return outcome;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Foundation/Data.h"
 #include "Foundation/String.h"
+#include "Host/Process/RunClock.h"
 #include "Host/RunSettings.h"
 
 #include <chrono>
@@ -34,6 +35,10 @@ struct ProcessInvocation {
     /// interrupt key reaches host and child.
     bool ownSession = true;
 
+    /// The system asks the child to end (SIGTERM) when the thread of the run ends before it, which
+    /// it does only with the whole host: killed, or crashed. What the child started is left to it.
+    bool endsWithHost = false;
+
     RunLimits limits;
 
     /// Called with every piece of a stream as it arrives, in order, on the thread that runs; the
@@ -55,8 +60,9 @@ struct ProcessOutcome {
     /// left the text can be nil there too.
     String reason;
     int error = 0;
-    /// Something that the child started still held a stream when the drain timeout had passed.
-    bool leftStreamOpen = false;
+    /// Something that the child started still held that stream when the drain timeout had passed.
+    bool leftOutputOpen = false;
+    bool leftErrorsOpen = false;
     /// Everything the child wrote, never null. What its own children wrote may be cut short by the
     /// drain timeout. For `outputLost`: what came before.
     DataPtr output;
@@ -72,13 +78,14 @@ struct ProcessOutcome {
 /// - The run is over when the child has ended and both streams are at their end, or the drain
 ///   timeout has passed since the child's end. A child that closes its streams and lives on is
 ///   waited for.
-/// - A stop request or limit asks the child's process group to end (SIGTERM), and kills it after the
-///   termination grace (SIGKILL). What is left of the group when the run is over is then ended too. Once
-///   the child has ended by itself, stop requests and limits change nothing.
+/// - A stop request or limit asks the child's process group to end (SIGTERM), and kills it after
+/// the
+///   termination grace (SIGKILL). What is left of the group when the run is over is then ended too.
+///   Once the child has ended by itself, stop requests and limits change nothing.
 /// - What the child started and left running when it ended by itself is left alone.
 /// - A launch path that is not absolute, a zero byte in any text and an environment name that is
-///   empty or holds `=` are refused as `couldNotStart`, with EINVAL; a working directory that cannot
-///   be entered with the system's reason.
+///   empty or holds `=` are refused as `couldNotStart`, with EINVAL; a working directory that
+///   cannot be entered with the system's reason.
 ///
 /// The child is always reaped. Two habits of a host make the system forget its status, and the end
 /// is then `statusUnknown`: ignoring SIGCHLD (or SA_NOCLDWAIT), and a thread that waits for every
@@ -87,8 +94,10 @@ struct ProcessOutcome {
 ///
 /// A child that turned into another user's process cannot be ended, and is waited for.
 ///
+/// `clock` is for tests; it must outlive the run.
+///
 /// Threads: any number of runs may go on at once. Never throws.
-ProcessOutcome runProcess(const ProcessInvocation& invocation,
-                          std::stop_token stop) noexcept;
+ProcessOutcome runProcess(const ProcessInvocation& invocation, std::stop_token stop,
+                          const RunClock& clock = RunClock::steady()) noexcept;
 
 } // namespace quen

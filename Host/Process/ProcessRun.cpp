@@ -13,8 +13,6 @@ namespace quen {
 
 namespace {
 
-using Clock = ProcessRun::Clock;
-
 constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot tell of the end
 
 /// A child that writes line by line would wake this thread for each, and pay for it. After a piece
@@ -23,15 +21,15 @@ constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot 
 constexpr std::chrono::milliseconds gatheringTime{2};
 
 /// Any limit may be given, the largest number too.
-Clock::time_point after(Clock::time_point time, std::chrono::milliseconds span) noexcept {
+RunClock::TimePoint after(RunClock::TimePoint time, std::chrono::milliseconds span) noexcept {
     const auto most =
-        std::chrono::floor<std::chrono::milliseconds>(Clock::time_point::max() - time);
-    return span < most ? time + span : Clock::time_point::max();
+        std::chrono::floor<std::chrono::milliseconds>(RunClock::TimePoint::max() - time);
+    return span < most ? time + span : RunClock::TimePoint::max();
 }
 
 /// In whole milliseconds, upwards: a timeout cut short would only be waited for again.
-int pollTimeout(Clock::time_point now, Clock::time_point deadline) noexcept {
-    if (deadline == Clock::time_point::max()) {
+int pollTimeout(RunClock::TimePoint now, RunClock::TimePoint deadline) noexcept {
+    if (deadline == RunClock::TimePoint::max()) {
         return -1;
     }
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - now).count();
@@ -42,9 +40,9 @@ int pollTimeout(Clock::time_point now, Clock::time_point deadline) noexcept {
 
 ProcessRun::ProcessRun(const ProcessInvocation& invocation, const CancelWatch& cancel,
                        ChildProcess& child, ChildStream& output, ChildStream& errors,
-                       Clock::time_point start) noexcept
+                       const RunClock& clock, TimePoint start) noexcept
     : invocation_(invocation), cancel_(cancel), child_(child), output_(output), errors_(errors),
-      outputCapacity_(output.capacity()) {
+      clock_(clock), outputCapacity_(output.capacity()) {
     if (invocation.limits.total) {
         totalDeadline_ = after(start, *invocation.limits.total);
     }
@@ -67,15 +65,15 @@ void ProcessRun::finish(ProcessOutcome& outcome) noexcept {
 
 bool ProcessRun::isOver() const noexcept {
     return phase_ == Phase::ended &&
-           ((!output_.isOpen() && !errors_.isOpen()) || Clock::now() >= phaseDeadline_);
+           ((!output_.isOpen() && !errors_.isOpen()) || clock_.now() >= phaseDeadline_);
 }
 
 /// The latest time to look again, if nothing happens before.
-ProcessRun::Clock::time_point ProcessRun::nextLook(Clock::time_point now) const noexcept {
-    Clock::time_point next =
+RunClock::TimePoint ProcessRun::nextLook(TimePoint now) const noexcept {
+    TimePoint next =
         phase_ == Phase::running ? std::min(totalDeadline_, idleDeadline_) : phaseDeadline_;
-    if (isResting(now)) {
-        next = std::min(next, outputRest_);
+    if (isPausing(now)) {
+        next = std::min(next, outputPauseEnd_);
     }
     if (phase_ != Phase::ended && child_.endDescriptor() < 0) {
         next = std::min(next, after(now, lookInterval));
@@ -85,12 +83,12 @@ ProcessRun::Clock::time_point ProcessRun::nextLook(Clock::time_point now) const 
 
 /// Waits for the next thing to happen, and takes in what has.
 void ProcessRun::wait() noexcept {
-    // poll passes over negative numbers. What has happened for good is not asked for again. The end
-    // of a stream is told without being asked for. One reading of the clock decides all: a rest
-    // that is over for the timeout and not for the output would never end, with the child before a
-    // full pipe.
-    const Clock::time_point now = Clock::now();
-    const short wanted = isResting(now) ? 0 : POLLIN;
+    // poll ignores negative numbers: a descriptor that stays readable for good is left out once it
+    // has been seen. The end of a stream is reported even where nothing is asked for. The clock is
+    // read once: if a pause of the output were over for the timeout and not yet for the output,
+    // nothing would end the wait, while the child waits for room in a full pipe.
+    const TimePoint now = clock_.now();
+    const short wanted = isPausing(now) ? 0 : POLLIN;
     std::array<pollfd, 4> events = {{
         {output_.number(), wanted, 0},
         {errors_.number(), POLLIN, 0},
@@ -114,7 +112,7 @@ void ProcessRun::wait() noexcept {
 
 void ProcessRun::takeOutput() noexcept {
     if (keep([this] { return output_.read(); }) < outputCapacity_ / 2) {
-        outputRest_ = after(Clock::now(), gatheringTime);
+        outputPauseEnd_ = after(clock_.now(), gatheringTime);
     }
 }
 
@@ -123,7 +121,7 @@ template <typename Read> std::size_t ProcessRun::keep(Read read) noexcept {
     try {
         const std::size_t count = read();
         if (count > 0 && invocation_.limits.idle) {
-            idleDeadline_ = after(Clock::now(), *invocation_.limits.idle);
+            idleDeadline_ = after(clock_.now(), *invocation_.limits.idle);
         }
         return count;
     } catch (const std::bad_alloc&) {
@@ -145,13 +143,13 @@ bool ProcessRun::noteEnd() noexcept {
         phase_ = Phase::ended;
         keep([this] { return output_.readAll(); });
         keep([this] { return errors_.readAll(); });
-        phaseDeadline_ = after(Clock::now(), invocation_.limits.drainTimeout);
+        phaseDeadline_ = after(clock_.now(), invocation_.limits.drainTimeout);
     }
     return phase_ == Phase::ended;
 }
 
 void ProcessRun::enforce() noexcept {
-    const Clock::time_point now = Clock::now();
+    const TimePoint now = clock_.now();
     if (phase_ == Phase::asked && now >= phaseDeadline_) {
         killAtOnce();
     } else if (phase_ != Phase::running) {
@@ -177,7 +175,7 @@ void ProcessRun::askToEnd() noexcept {
         child_.signal(SIGTERM);
         child_.signal(SIGCONT); // a stopped child could not hear it
         phase_ = Phase::asked;
-        phaseDeadline_ = after(Clock::now(), invocation_.limits.terminationGrace);
+        phaseDeadline_ = after(clock_.now(), invocation_.limits.terminationGrace);
         wasAsked_ = true;
     }
 }
@@ -186,7 +184,7 @@ void ProcessRun::killAtOnce() noexcept {
     if (phase_ != Phase::ended) {
         child_.signal(SIGKILL);
         phase_ = Phase::killed;
-        phaseDeadline_ = Clock::time_point::max();
+        phaseDeadline_ = TimePoint::max();
         wasAsked_ = true;
     }
 }
@@ -219,14 +217,14 @@ void ProcessRun::lose(int error, const char* reason) noexcept {
 void ProcessRun::report(ProcessOutcome& outcome) const noexcept {
     outcome.exitStatus = child_.exitStatus();
     outcome.signal = child_.endingSignal();
-    outcome.leftStreamOpen = output_.isOpen() || errors_.isOpen();
+    outcome.leftOutputOpen = output_.isOpen();
+    outcome.leftErrorsOpen = errors_.isOpen();
     outcome.reason = lossReason_;
     outcome.error = lossError_;
     if (stopReason_) {
         outcome.end = *stopReason_;
     } else {
-        outcome.end =
-            outcome.exitStatus || outcome.signal ? RunEnd::ended : RunEnd::statusUnknown;
+        outcome.end = outcome.exitStatus || outcome.signal ? RunEnd::ended : RunEnd::statusUnknown;
     }
 }
 

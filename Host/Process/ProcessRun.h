@@ -5,7 +5,6 @@
 #include "Host/Process/ChildStream.h"
 #include "Host/Process/Process.h"
 
-#include <chrono>
 #include <cstddef>
 
 namespace quen {
@@ -14,11 +13,12 @@ namespace quen {
 /// child's end, a cancel, a deadline) and acts on it.
 class ProcessRun {
 public:
-    using Clock = std::chrono::steady_clock;
+    using TimePoint = RunClock::TimePoint;
 
     /// What it is given must outlive it.
     ProcessRun(const ProcessInvocation& invocation, const CancelWatch& cancel, ChildProcess& child,
-               ChildStream& output, ChildStream& errors, Clock::time_point start) noexcept;
+               ChildStream& output, ChildStream& errors, const RunClock& clock,
+               TimePoint start) noexcept;
 
     /// Returns when the child has ended and is reaped, and its streams are at their end or given
     /// up. Fills in how it ended.
@@ -28,8 +28,8 @@ private:
     enum class Phase { running, asked, killed, ended };
 
     bool isOver() const noexcept;
-    bool isResting(Clock::time_point now) const noexcept { return now < outputRest_; }
-    Clock::time_point nextLook(Clock::time_point now) const noexcept;
+    bool isPausing(TimePoint now) const noexcept { return now < outputPauseEnd_; }
+    TimePoint nextLook(TimePoint now) const noexcept;
     void wait() noexcept;
     void takeOutput() noexcept;
     template <typename Read> std::size_t keep(Read read) noexcept;
@@ -47,13 +47,14 @@ private:
     ChildProcess& child_;
     ChildStream& output_;
     ChildStream& errors_;
+    const RunClock& clock_;
     const std::size_t outputCapacity_;
 
     Phase phase_ = Phase::running;
-    Clock::time_point totalDeadline_ = Clock::time_point::max();
-    Clock::time_point idleDeadline_ = Clock::time_point::max();
-    Clock::time_point phaseDeadline_ = Clock::time_point::max(); // of `asked` and `ended`
-    Clock::time_point outputRest_ = Clock::time_point::min(); // no output is waited for until then
+    TimePoint totalDeadline_ = TimePoint::max();
+    TimePoint idleDeadline_ = TimePoint::max();
+    TimePoint phaseDeadline_ = TimePoint::max();  // of `asked` and `ended`
+    TimePoint outputPauseEnd_ = TimePoint::min(); // no output is waited for until then
     bool wasAsked_ = false;
     std::optional<RunEnd> stopReason_; // nothing while the child's own end is what counts
     int lossError_ = 0;

@@ -2,6 +2,7 @@
 
 #include "Host/Process/FileDescriptor.h"
 #include "Host/Process/Process.h"
+#include "Host/Process/TiedStart.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -74,9 +75,9 @@ public:
         }
         const EnvironmentChanges& changes = invocation.environment;
         for (auto change = changes.begin(); change != changes.end(); ++change) {
-            const bool isLast = std::none_of(std::next(change), changes.end(), [&](const auto& pair) {
-                return pair.first == change->first;
-            });
+            const bool isLast =
+                std::none_of(std::next(change), changes.end(),
+                             [&](const auto& pair) { return pair.first == change->first; });
             if (isLast && !change->second.isNil()) {
                 own_.push_back(change->first.str() + "=" + change->second.str());
             }
@@ -154,8 +155,8 @@ private:
     int error_ = 0;
 };
 
-/// None for nil. Opened ahead, so that a directory that cannot be entered is not taken for a program
-/// that is not there.
+/// None for nil. Opened ahead, so that a directory that cannot be entered is not taken for a
+/// program that is not there.
 FileDescriptor openDirectory(const String& path, SpawnResult& result) {
     if (path.isNil()) {
         return FileDescriptor();
@@ -164,8 +165,8 @@ FileDescriptor openDirectory(const String& path, SpawnResult& result) {
         aboveStandard(FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)));
     if (!directory.isOpen() || ::access(path.c_str(), X_OK) != 0) {
         result.error = errno;
-        result.reason = "its working directory \"" + path.str() + "\" cannot be entered: " +
-                        std::generic_category().message(result.error);
+        result.reason = "its working directory \"" + path.str() +
+                        "\" cannot be entered: " + std::generic_category().message(result.error);
     }
     return directory;
 }
@@ -185,6 +186,18 @@ SpawnResult spawn(const ProcessInvocation& invocation, const ChildDescriptors& d
     }
     const std::vector<char*> arguments = argumentVector(invocation);
     const Environment environment(invocation);
+    if (invocation.endsWithHost) {
+        result.pid = startTied({.path = invocation.launchPath.c_str(),
+                                .arguments = arguments.data(),
+                                .environment = environment.vector(),
+                                .directory = directory.number(),
+                                .input = descriptors.input,
+                                .output = descriptors.output,
+                                .errors = descriptors.errors,
+                                .ownSession = invocation.ownSession});
+        result.error = result.pid < 0 ? errno : 0;
+        return result;
+    }
     SpawnSettings settings;
     settings.setWorkingDirectory(directory);
     settings.setDescriptors(descriptors);

@@ -157,6 +157,59 @@ TEST_F(TaskOperation, LeavesResultAndErrorAloneWhereNothingIsParsed) {
     EXPECT_EQ(operation.data()->bytes(), "report");
 }
 
+/// Its result is the output.
+class TextOperation : public ScriptedOperation {
+public:
+    void parseData() override {
+        if (!data()->bytes().empty()) {
+            setResult(String(data()->bytes()));
+        }
+    }
+};
+
+/// Where something that the client started still held its output open.
+TEST_F(TaskOperation, TellsThatATextMayLackItsRest) {
+    struct Case {
+        const char* name;
+        PreparedRun run;
+        std::int32_t type;
+        std::int64_t code;
+    };
+    constexpr std::int64_t none = 0;
+    for (const auto& [name, run, type, code] :
+         {Case{"a text",
+               {.standardOutput = "half", .leftOutputOpen = true},
+               RequestTypeDiff,
+               TaskErrorOutputCut},
+          Case{"a whole text", {.standardOutput = "whole"}, RequestTypeDiff, none},
+          Case{"no text", {.leftOutputOpen = true}, RequestTypeDiff, none},
+          Case{"a report that shows whether it is whole",
+               {.standardOutput = "<?xml version=\"1.0\"?><a/>", .leftOutputOpen = true},
+               RequestTypeDiff,
+               none},
+          Case{"a client whose work is done",
+               {.standardOutput = "Committed revision 2.", .leftOutputOpen = true},
+               RequestTypeCommit,
+               none},
+          Case{"a client that failed",
+               {.standardOutput = "half", .exitStatus = 7, .leftOutputOpen = true},
+               RequestTypeDiff,
+               7},
+          Case{"a client that was cancelled",
+               {.standardOutput = "half",
+               .signal = 15,
+               .end = RunEnd::cancelled,
+               .leftOutputOpen = true},
+               RequestTypeDiff,
+               TaskErrorCancelled}}) {
+        recorder_.replay({run});
+        TextOperation operation;
+        operation.initWithRequest(Request{.type = type}.make());
+        operation.main();
+        EXPECT_EQ(operation.error() ? operation.error().code() : none, code) << name;
+    }
+}
+
 class ThrowingOperation : public ScriptedOperation {
 public:
     void parseData() override { throw std::runtime_error("out of paper"); }

@@ -3,6 +3,7 @@
 #include "Tests/Host/ScratchDirectory.h"
 #include "Tests/Support/CaseName.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -75,6 +76,24 @@ TEST_F(TemporaryFiles, GoWithADirectoryThatWasMadeInTheirPlace) {
     auto path = QuenSourceControl_filePathForTmpFileBasedOnFileName("a");
     fs::create_directories(onDisk(path) / "b" / "c");
     path.reset();
+    EXPECT_TRUE(scratch_.isEmpty());
+}
+
+/// A host may hold one in a global that is older than anything of this library's.
+TEST_F(TemporaryFiles, GoWithAGlobalThatHoldsThem) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a process of its own, with fresh globals
+    ::setenv("QUEN_TEST_PLACE", scratch_.path().c_str(), 0);
+    const String place = std::getenv("QUEN_TEST_PLACE");
+    EXPECT_EXIT(
+        {
+            static MarlFilePathPtr held;
+            const RunContext::Scope scope(RunContext::current().withTemporaryDirectory(place));
+            held = QuenSourceControl_filePathForTmpFileBasedOnFileName("a.c");
+            writeTo(held);
+            std::exit(scratch_.isEmpty() ? 3 : 4);
+        },
+        testing::ExitedWithCode(3), "");
+    ::unsetenv("QUEN_TEST_PLACE");
     EXPECT_TRUE(scratch_.isEmpty());
 }
 

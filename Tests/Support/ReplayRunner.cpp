@@ -19,6 +19,7 @@ ToolRun outcomeOf(const PreparedRun& prepared, bool isCancelled) {
     run.output = std::make_shared<const Data>(prepared.standardOutput);
     run.errors = std::make_shared<const Data>(prepared.standardError);
     run.reason = prepared.reason;
+    run.leftOutputOpen = prepared.leftOutputOpen;
     return run;
 }
 

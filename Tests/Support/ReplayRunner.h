@@ -19,6 +19,7 @@ struct PreparedRun {
     std::optional<int> signal = {};
     RunEnd end = RunEnd::ended;
     String reason = {};
+    bool leftOutputOpen = false;
 };
 
 /// Starts nothing: hands out the prepared runs one after the other and keeps what it was asked for.

@@ -75,8 +75,9 @@ int serve(const Options& options, std::istream& input) {
         RunContext::setProcessDefault(
             RunContext::processDefault().withToolsDirectory(options.toolsDirectory));
     }
+    auto client = std::make_shared<ClientRunner>(ClientRunner::Options{.endsWithHost = true});
     RequestConsole console(std::move(provider),
-                           std::make_shared<InterruptibleRunner>(std::make_shared<ClientRunner>()),
+                           std::make_shared<InterruptibleRunner>(std::move(client)),
                            {options.dryRun, options.logLevel});
     return options.lines ? serveLines(console, input) : serveOne(console, input);
 }

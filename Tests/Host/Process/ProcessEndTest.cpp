@@ -23,7 +23,8 @@ TEST_P(ProcessEndTest, IsReportedWithEverythingThatWasWritten) {
     EXPECT_EQ(described(outcome), GetParam().end);
     EXPECT_EQ(outputOf(outcome), GetParam().output);
     EXPECT_EQ(errorsOf(outcome), GetParam().errors);
-    EXPECT_FALSE(outcome.leftStreamOpen);
+    EXPECT_FALSE(outcome.leftOutputOpen);
+    EXPECT_FALSE(outcome.leftErrorsOpen);
     EXPECT_GT(outcome.duration.count(), 0);
 }
 

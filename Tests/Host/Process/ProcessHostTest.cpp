@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <optional>
+#include <poll.h>
 #include <sstream>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
@@ -306,10 +308,59 @@ TEST_F(ProcessHostTest, EndsTheChildAloneInItsOwnSession) {
     };
     const ProcessOutcome outcome = runProcess(invocation, stop.get_token());
     EXPECT_EQ(described(outcome), "cancelled by signal 15");
-    EXPECT_TRUE(outcome.leftStreamOpen);
+    EXPECT_TRUE(outcome.leftOutputOpen);
     EXPECT_TRUE(grandchild.isAlive());
     grandchild.kill();
     EXPECT_TRUE(grandchild.endsSoon());
+}
+
+/// A host that dies while its child runs. Answers the child.
+Grandchild childOfKilledHost(const char* mode, bool ownSession) {
+    std::optional<Pipe> said = makePipe();
+    const pid_t host = ::fork();
+    if (host == 0) {
+        ProcessInvocation invocation = faultChild(mode);
+        invocation.endsWithHost = true;
+        invocation.ownSession = ownSession;
+        invocation.outputWatcher = [&](std::string_view piece) {
+            static_cast<void>(!::write(said->writeEnd.number(), piece.data(), piece.size()));
+        };
+        run(invocation);
+        ::_exit(0);
+    }
+    pollfd words{said->readEnd.number(), POLLIN, 0};
+    EXPECT_EQ(::poll(&words, 1, 20'000), 1);
+    std::array<char, 64> text{};
+    EXPECT_GT(::read(said->readEnd.number(), text.data(), text.size() - 1), 0);
+    Grandchild child(text.data());
+    EXPECT_TRUE(child.isAlive());
+    ::kill(host, SIGKILL);
+    EXPECT_EQ(::waitpid(host, nullptr, 0), host);
+    return child;
+}
+
+TEST_F(ProcessHostTest, TakesItsChildAlongWhenItIsKilled) {
+    for (const bool ownSession : {true, false}) {
+        const Grandchild child = childOfKilledHost("on-request:3", ownSession);
+        EXPECT_TRUE(child.endsSoon());
+        child.kill();
+    }
+}
+
+/// The two ways to start a child must leave it in the same state.
+TEST_F(ProcessHostTest, StartsATiedChildLikeAnyOther) {
+    for (const char* const mode : {"state", "read-input", "exit:7"}) {
+        ProcessInvocation invocation = faultChild(mode);
+        const ProcessOutcome free = run(invocation);
+        invocation.endsWithHost = true;
+        const ProcessOutcome tied = run(invocation);
+        EXPECT_EQ(described(tied), described(free));
+        EXPECT_EQ(outputOf(tied), outputOf(free));
+        EXPECT_EQ(errorsOf(tied), errorsOf(free));
+    }
+    ProcessInvocation missing = program("/nowhere/svn");
+    missing.endsWithHost = true;
+    EXPECT_EQ(described(run(missing)), "could not start: No such file or directory");
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "Tests/Host/Process/ProcessTestSupport.h"
 
+#include <atomic>
 #include <csignal>
 #include <fstream>
+#include <future>
 #include <new>
 #include <stdexcept>
 #include <sys/types.h>
@@ -102,14 +104,14 @@ INSTANTIATE_TEST_SUITE_P(
 
 class GrandchildTest : public ProcessTest, public testing::WithParamInterface<const char*> {};
 
-TEST_P(GrandchildTest, CannotHoldTheRunPastItsGraceAndIsLeftAlone) {
+TEST_P(GrandchildTest, CannotHoldTheRunPastTheDrainTimeoutAndIsLeftAlone) {
     ProcessInvocation invocation = faultChild(GetParam());
     invocation.limits.drainTimeout = std::chrono::milliseconds(30);
     Grandchild grandchild;
     invocation.outputWatcher = [&](std::string_view said) { grandchild = Grandchild(said); };
     const ProcessOutcome outcome = run(invocation);
     EXPECT_EQ(described(outcome), "exited 3");
-    EXPECT_TRUE(outcome.leftStreamOpen);
+    EXPECT_TRUE(outcome.leftOutputOpen);
     EXPECT_EQ(outputOf(outcome), std::to_string(grandchild.pid()) + "\n");
     EXPECT_GE(outcome.duration, invocation.limits.drainTimeout);
     EXPECT_LT(outcome.duration, std::chrono::seconds(10));
@@ -124,7 +126,7 @@ TEST_P(GrandchildTest, CannotHoldTheRunPastItsGraceAndIsLeftAlone) {
 INSTANTIATE_TEST_SUITE_P(Silent, GrandchildTest, testing::Values("grandchild:3"));
 INSTANTIATE_TEST_SUITE_P(Writing, GrandchildTest, testing::Values("grandchild-flood:3"));
 
-TEST_F(ProcessOutputTest, OfTheChildItselfIsWholeWithoutAnyGrace) {
+TEST_F(ProcessOutputTest, OfTheChildItselfIsWholeWithoutADrainTimeout) {
     ProcessInvocation invocation = faultChild("both:2");
     invocation.limits.drainTimeout = std::chrono::milliseconds(0);
     for (int i = 0; i < 20; ++i) {
@@ -133,6 +135,36 @@ TEST_F(ProcessOutputTest, OfTheChildItselfIsWholeWithoutAnyGrace) {
         EXPECT_TRUE(isPattern(outputOf(outcome), 2 * mebibyte));
         EXPECT_TRUE(isPattern(errorsOf(outcome), 2 * mebibyte));
     }
+}
+
+/// Each reading is later than the last by most of the pause that follows a piece of output.
+class HurriedClock : public RunClock {
+public:
+    TimePoint now() const noexcept override {
+        return TimePoint(std::chrono::microseconds(1500) * ++readings_);
+    }
+
+private:
+    mutable std::atomic<int> readings_ = 0;
+};
+
+/// If the pause could end between two readings of one round, nothing would end that round: the
+/// child waits for room in its pipe, and the run for the child.
+TEST_F(ProcessOutputTest, IsTakenHoweverTheClockRunsBetweenReadings) {
+    const HurriedClock clock;
+    ProcessInvocation invocation = faultChild("both:2");
+    invocation.limits.total.reset();
+    std::stop_source stop;
+    std::promise<void> end;
+    const auto watchdog = std::async(std::launch::async, [&stop, ended = end.get_future()] {
+        if (ended.wait_for(std::chrono::seconds(20)) == std::future_status::timeout) {
+            stop.request_stop();
+        }
+    });
+    const ProcessOutcome outcome = runProcess(invocation, stop.get_token(), clock);
+    end.set_value();
+    EXPECT_EQ(described(outcome), "exited 0");
+    EXPECT_TRUE(isPattern(outputOf(outcome), 2 * mebibyte));
 }
 
 TEST_F(ProcessOutputTest, IsReplayedByTheStandIn) {

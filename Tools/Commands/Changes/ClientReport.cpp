@@ -10,6 +10,9 @@ namespace {
 constexpr std::array<std::string_view, 7> itemBeginnings{
     "Adding  ", "Sending  ", "Deleting  ", "Replacing  ", "Reverted '", "Restored '", "Resolved "};
 
+/// No line about an item or a revision is longer; of other lines nobody needs the rest.
+constexpr std::size_t longestLine = 64 * 1024;
+
 constexpr std::array<std::string_view, 5> revisionBeginnings{
     "Updated to revision ", "At revision ", "Checked out revision ", "Committed revision ",
     "Exported revision "};
@@ -43,13 +46,17 @@ bool tellsOfItem(std::string_view line) {
 }
 
 void ClientReport::take(std::string_view piece) {
-    rest_ += piece;
-    std::size_t start = 0;
-    for (auto end = rest_.find('\n'); end != std::string::npos; end = rest_.find('\n', start)) {
-        takeLine(std::string_view(rest_).substr(start, end - start));
-        start = end + 1;
+    for (auto end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
+        keep(piece.substr(0, end));
+        takeLine(rest_);
+        rest_.clear();
+        piece.remove_prefix(end + 1);
     }
-    rest_.erase(0, start);
+    keep(piece);
+}
+
+void ClientReport::keep(std::string_view piece) {
+    rest_ += piece.substr(0, longestLine - std::min(longestLine, rest_.size()));
 }
 
 void ClientReport::takeLine(std::string_view line) {

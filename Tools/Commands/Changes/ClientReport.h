@@ -30,6 +30,7 @@ public:
 
 private:
     void takeLine(std::string_view line);
+    void keep(std::string_view piece);
 
     std::string rest_;
     std::string lastLine_;

@@ -1,7 +1,6 @@
 #include "Tools/Commands/Changes/IgnoreEdit.h"
 
 #include "Foundation/PathComponents.h"
-#include "Host/ClientMessage.h"
 #include "Host/Places/Locations.h"
 #include "Host/RunContext.h"
 #include "Host/TaskErrors.h"
@@ -52,22 +51,11 @@ bool tellOfUnusableNames(const Session& session, RequestType type, const IgnoreO
     return isAnyUnusable;
 }
 
-/// How a client run failed; nil where it did not.
-Error errorOfRun(const RecordedRun& recorded) {
-    if (const Error interrupted = errorOfInterruptedRun(recorded.invocation, recorded.run, true)) {
-        return interrupted;
-    }
-    const ClientMessage message = readClientMessage(recorded.run.errors->bytes());
-    const RunFacts facts{recorded.run.exitStatus, recorded.run.signal, message.numbers};
-    const Error error = genericError(message.text, facts);
-    return error ? error : errorOfSilentFailure(facts);
-}
-
 /// The operation looks only at how its queries end, not at the edits that follow from them.
 Error errorOfEdits(const RunRecorder& recorder) {
     for (const RecordedRun& recorded : recorder.runs()) {
         if (recorded.invocation.operationClass != "SVNPropGetOperation") {
-            if (Error error = errorOfRun(recorded)) {
+            if (Error error = errorOfRun(recorded.invocation, recorded.run, true)) {
                 return error;
             }
         }

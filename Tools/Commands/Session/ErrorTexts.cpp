@@ -3,7 +3,8 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Session/Records.h"
 
-#include <algorithm>
+#include <string>
+#include <unordered_set>
 
 namespace quen::tools {
 
@@ -25,9 +26,10 @@ void appendUnderlying(const Error& error, std::vector<Error>& errors) {
 }
 
 /// A text of the client can have several lines, with empty ones between.
-void appendOnce(std::vector<std::string>& lines, const String& text) {
+void appendNew(std::vector<std::string>& lines, std::unordered_set<std::string>& seen,
+               const String& text) {
     for (const std::string_view line : linesOf(text.view())) {
-        if (!line.empty() && std::find(lines.begin(), lines.end(), line) == lines.end()) {
+        if (!line.empty() && seen.emplace(line).second) {
             lines.emplace_back(line);
         }
     }
@@ -46,9 +48,11 @@ std::vector<Error> withUnderlyingErrors(const Error& error) {
 
 std::vector<std::string> linesOfError(const Error& error) {
     std::vector<std::string> lines;
+    std::unordered_set<std::string> seen;
     for (const Error& each : withUnderlyingErrors(error)) {
-        appendOnce(lines, each.localizedDescription());
-        appendOnce(lines, each.userInfo()[NSLocalizedRecoverySuggestionErrorKey].stringValue());
+        appendNew(lines, seen, each.localizedDescription());
+        appendNew(lines, seen,
+                  each.userInfo()[NSLocalizedRecoverySuggestionErrorKey].stringValue());
     }
     if (lines.empty()) {
         lines.push_back(error.description().str());

@@ -14,7 +14,8 @@ namespace quen::tools {
 namespace {
 
 ToolRunnerPtr makeRunner(bool keepsTerminal) {
-    return std::make_shared<ClientRunner>(ClientRunner::Options{.keepsTerminal = keepsTerminal});
+    return std::make_shared<ClientRunner>(
+        ClientRunner::Options{.keepsTerminal = keepsTerminal, .endsWithHost = true});
 }
 
 } // namespace
