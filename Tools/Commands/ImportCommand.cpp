@@ -1,4 +1,4 @@
-#include "Foundation/PathComponents.h"
+#include "Foundation/PegPath.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
@@ -34,8 +34,7 @@ int runImportCommand(Session& session, const Options& options) {
     }
     // Unlike most commands, the client's import reads no revisions. Behind `/.` the plug-in sees no
     // name to close either.
-    const bool holdsAt = lastPathComponent(options.path).find('@') != std::string_view::npos;
-    const std::string path = options.path + (holdsAt ? "/." : "");
+    const std::string path = options.path + (needsPegClosed(options.path) ? "/." : "");
     const auto request =
         makeRequest(RequestTypeImport, *source, {clientPath(path)},
                     {{QuenSourceControlRequestOptionMessage, message.text()},
