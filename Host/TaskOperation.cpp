@@ -115,8 +115,10 @@ void QuenSourceControlTaskOperation::main() {
     const Error error = interrupted
                             ? interrupted
                             : betterError(parseError, errorOfComplaint(translated, task_->facts));
-    // What a writing client prints is not its work; that was done when it ended.
-    const bool needsAllOutput = !error && !writes && !result().isNothing();
+    // A difference is the one result that is the output itself. What other clients print beside
+    // reports is not their work, which was done when they ended.
+    const bool needsAllOutput =
+        !error && request()->type() == RequestTypeDiff && !result().isNothing();
     setError(needsAllOutput ? errorOfCutOutput(run) : error);
 }
 

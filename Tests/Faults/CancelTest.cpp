@@ -183,7 +183,8 @@ TEST_F(CancelTest, OfAClientThatTidiesUp) {
 TEST_F(CancelTest, AfterTheClientsEnd) {
     Tally tally("Cancelled after the client's end");
     constexpr std::int64_t badSyntax = 2;
-    expectAll(tally, cancelledOnceTold("grandchild:0"), {.parserCode = badSyntax});
+    expectAll(tally, cancelledOnceTold("grandchild:0"),
+              {.parserCode = badSyntax, .leftOutputOpen = true});
     client_.endLeftProcesses();
 }
 

@@ -49,6 +49,12 @@ Error parsed(const OperationKind& kind, const Verdict& verdict) {
     case Reading::report:
     case Reading::chain: return verdict.parserCode == 0 ? Error() : parserError(verdict.parserCode);
     case Reading::file: return kind.fileIsThere ? Error() : missingFile();
+    case Reading::text:
+        return verdict.leftOutputOpen && !verdict.complaint && kind.request.type == RequestTypeDiff
+                   ? hostError(TaskErrorOutputCut,
+                               "The client has ended, but a program that it started still held its "
+                               "output open: the result may lack its rest.")
+                   : Error();
     default: return {};
     }
 }

@@ -20,6 +20,8 @@ struct Verdict {
     bool tellsOnlyOfAbsence = true;
     /// The reason, as the XML reader numbers it, why standard output is no report; 0 where it is.
     std::int64_t parserCode = 0;
+    /// Something that the client left behind held standard output open.
+    bool leftOutputOpen = false;
 };
 
 /// The error that an operation of a kind has after such a run, as `lineOf` writes it. Of a parser's

@@ -176,7 +176,7 @@ TEST_F(FaultTest, StreamsThatAreClosedEarlyOrHeldOpen) {
     tryEveryKind(tally, "close-output:0", {.parserCode = noElement}, 32);
     tryEveryKind(tally, "close-output:1", {.complaint = silentFailure(1), .parserCode = noElement},
                  32);
-    tryEveryKind(tally, "grandchild:0", {.parserCode = badSyntax}, 32);
+    tryEveryKind(tally, "grandchild:0", {.parserCode = badSyntax, .leftOutputOpen = true}, 32);
     EXPECT_EQ(client_.leftProcesses().size(), kinds_.size()) << "that none of them was ended";
     client_.endLeftProcesses();
     tryEveryKind(tally, "grandchild:1", {.complaint = silentFailure(1), .parserCode = badSyntax},
