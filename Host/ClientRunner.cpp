@@ -2,6 +2,8 @@
 
 #include "Foundation/Format.h"
 #include "Host/Process/Process.h"
+#include "Host/RequestRefusal.h"
+#include "QuenFoundation/QuenSourceControlOperation.h"
 
 #include <chrono>
 #include <utility>
@@ -38,9 +40,23 @@ String reasonOf(const ProcessOutcome& outcome, const RunLimits& limits) {
     }
 }
 
+Error refusalOf(const ToolInvocation& invocation) {
+    const auto request =
+        invocation.operation == nullptr ? nullptr : invocation.operation->request();
+    return request == nullptr ? Error() : refusalOfRequest(*request);
+}
+
 } // namespace
 
 ToolRun ClientRunner::run(const ToolInvocation& invocation, std::stop_token stop) {
+    if (const Error refusal = refusalOf(invocation)) {
+        return {.end = RunEnd::couldNotStart,
+                .exitStatus = {},
+                .signal = {},
+                .output = std::make_shared<Data>(),
+                .errors = std::make_shared<Data>(),
+                .reason = refusal.localizedDescription()};
+    }
     ProcessInvocation process = processOf(invocation);
     process.ownSession = !options_.keepsTerminal;
     process.endsWithHost = options_.endsWithHost;

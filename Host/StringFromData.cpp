@@ -2,8 +2,30 @@
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 
 #include <exception>
+#include <string>
 
 namespace quen {
+
+namespace {
+
+/// Text of before UTF-8 must still show, and spoil no line that is UTF-8.
+std::string decodedLineByLine(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size() + bytes.size() / 8);
+    while (!bytes.empty()) {
+        const std::string_view line = bytes.substr(0, bytes.find('\n'));
+        const std::string_view whole = bytes.substr(0, line.size() + 1);
+        if (isUTF8(line)) {
+            text += whole;
+        } else {
+            text += fromLatin1(whole);
+        }
+        bytes.remove_prefix(whole.size());
+    }
+    return text;
+}
+
+} // namespace
 
 String quensc_stringFromData(const DataPtr& data) {
     if (data == nullptr) {
@@ -14,8 +36,9 @@ String quensc_stringFromData(const DataPtr& data) {
         if (isUTF8(bytes)) {
             return bytes;
         }
-        // Text of before UTF-8 must still show; a zero byte means that it is no text at all.
-        return bytes.find('\0') == std::string_view::npos ? String(fromLatin1(bytes)) : String();
+        // A zero byte means that it is not text at all.
+        return bytes.find('\0') == std::string_view::npos ? String(decodedLineByLine(bytes))
+                                                          : String();
     } catch (const std::exception&) {
         return {}; // longer than a text can be
     }

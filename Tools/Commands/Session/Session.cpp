@@ -1,6 +1,7 @@
 #include "Tools/Commands/Session/Session.h"
 
 #include "Host/ClientRunner.h"
+#include "Host/RequestRefusal.h"
 #include "Tools/Commands/Session/ErrorTexts.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Provider/Provider.h"
@@ -54,8 +55,8 @@ Outcome<QuenSourceControlOperationPtr> Session::perform(const QuenSourceControlR
     if (InterruptWatch::wasInterrupted()) {
         return fail("Interrupted.", ExitInterrupted);
     }
-    Error refusal;
-    if (!provider_->validateRequest(request, &refusal)) {
+    Error refusal = refusalOfRequest(*request);
+    if (refusal || !provider_->validateRequest(request, &refusal)) {
         tell(refusal);
         return Explained{ExitFailure};
     }
