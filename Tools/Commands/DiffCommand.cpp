@@ -1,9 +1,12 @@
 #include "Host/Places/Locations.h"
+#include "Host/Text.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/DiffSummary.h"
 #include "Tools/Commands/Content/DiffText.h"
 #include "Tools/Commands/Session/ShowRecords.h"
+#include "Tools/Console/Base64.h"
 #include "Tools/Terminal/Pager.h"
 
 #include <algorithm>
@@ -59,18 +62,39 @@ void setRevisions(QuenSourceControlRequest& request, const Options& options) {
     }
 }
 
-void printForPeople(const Array& records, const Options& options) {
-    const Palette palette = options.common.palette();
-    for (const Value& record : records) {
-        const String text =
-            (*record.dictionary())[QuenSourceControlOperationContentKey].stringValue();
-        // What goes to a file or another program may be meant as a patch.
-        if (outputIsTerminal() || palette.isColoured()) {
-            printPaged(shownDifference(text.view(), palette));
-        } else {
-            std::cout << text.view();
-        }
+/// What the client wrote, to the last byte; empty where nothing ran.
+std::string_view bytesOf(const QuenSourceControlOperation& operation) {
+    const auto* const task = dynamic_cast<const QuenSourceControlTaskOperation*>(&operation);
+    const DataPtr data = task == nullptr ? nullptr : task->data();
+    return data == nullptr ? std::string_view() : data->bytes(); // the operation keeps them
+}
+
+/// JSON holds text alone: bytes that are not UTF-8 stand beside it in base64.
+Value recordsWithBytes(const Value& result, std::string_view bytes) {
+    if (isUTF8(bytes)) {
+        return result;
     }
+    Dictionary record;
+    if (const Array* const records = result.array(); records != nullptr && records->count() > 0) {
+        record = *(*records)[0].dictionary();
+    }
+    record.set("contentBase64", String(base64FromBytes(bytes)));
+    return Array{record};
+}
+
+int showDifference(const Session& session, const QuenSourceControlOperation& operation,
+                   const Palette& palette) {
+    const std::string_view bytes = bytesOf(operation);
+    if (session.options().json) {
+        printJson(recordsWithBytes(operation.result(), bytes));
+    } else if (!bytes.empty() && (outputIsTerminal() || palette.isColoured())) {
+        const String text = quensc_stringFromData(std::make_shared<Data>(bytes));
+        printPaged(shownDifference(text.isNil() ? bytes : text.view(), palette));
+    } else {
+        // What goes to a file or another program may be meant as a patch.
+        std::cout << bytes;
+    }
+    return session.finish(operation);
 }
 
 /// The client finds no local changes of a name that is closed with an `@` (seen on 1.14.2). A name
@@ -102,8 +126,8 @@ int runDiffCommand(Session& session, const Options& options) {
     auto request = makeRequest(RequestTypeDiff, *source, filesFor(options));
     setRevisions(*request, options);
     const auto operation = session.perform(request);
-    return showRecords(session, operation,
-                       [&](const Array& records) { printForPeople(records, options); });
+    return operation ? showDifference(session, **operation, options.common.palette())
+                     : operation.status();
 }
 
 std::string checkNumber(const std::string& text) {

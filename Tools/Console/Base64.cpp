@@ -4,9 +4,34 @@
 
 namespace quen::tools {
 
+namespace {
+
+constexpr std::string_view alphabet =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+} // namespace
+
+std::string base64FromBytes(std::string_view bytes) {
+    std::string text;
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    std::uint32_t bits = 0;
+    unsigned count = 0;
+    for (const char c : bytes) {
+        bits = (bits << 8) | static_cast<unsigned char>(c);
+        count += 8;
+        while (count >= 6) {
+            count -= 6;
+            text += alphabet[(bits >> count) & 0x3F];
+        }
+    }
+    if (count > 0) {
+        text += alphabet[(bits << (6 - count)) & 0x3F];
+    }
+    text.append((4 - text.size() % 4) % 4, '=');
+    return text;
+}
+
 std::optional<std::string> bytesFromBase64(std::string_view text) {
-    constexpr std::string_view alphabet =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     if (text.size() % 4 != 0) {
         return std::nullopt;
     }
