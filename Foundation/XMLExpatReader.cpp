@@ -22,7 +22,7 @@ constexpr std::size_t sliceSize = 64 * 1024;
 constexpr std::size_t longToken = 1024;
 
 /// The engine guesses the encoding by so many bytes; from fewer it makes another guess.
-constexpr std::size_t headSize = 2;
+constexpr std::size_t leastHead = 2;
 
 /// The report may be in order and still not be read.
 bool isAboutForm(XML_Error code) noexcept {
@@ -37,16 +37,31 @@ bool isAboutForm(XML_Error code) noexcept {
 
 } // namespace
 
-XMLExpatReader::XMLExpatReader(XMLRecordPath path, XMLReportReader::RecordHandler handler,
-                               XMLReportReader::ContainerHandler containerHandler)
-    : handler_(std::move(handler)), containerHandler_(std::move(containerHandler)),
-      parser_(XML_ParserCreate(nullptr)), path_(std::move(path)) {
+XMLExpatReader::XMLExpatReader(XMLRecordPath path, const XMLHandlers& handlers)
+    : handlers_(handlers), parser_(XML_ParserCreate(nullptr)), path_(std::move(path)) {
     if (parser_ == nullptr) {
         throw std::bad_alloc();
     }
     XML_SetUserData(parser_.get(), this);
     setElementHandlers();
     setEntityHandlers();
+}
+
+/// The engine comes to the same state by way of the open elements alone. It counts bytes and lines
+/// from there, and `here` puts that right.
+void XMLExpatReader::continueAt(const XMLPlace& place, const std::vector<std::string>& open) {
+    std::string head = open.empty() ? "<r/>" : "";
+    for (const std::string& name : open) {
+        head.append("<").append(name).append(">");
+    }
+    XML_SetElementHandler(parser_.get(), nullptr, nullptr);
+    read(head);
+    setElementHandlers();
+    origin_ = place;
+    headSize_ = head.size();
+    if (open.empty()) {
+        watchEpilog(place);
+    }
 }
 
 template <typename Work> void XMLExpatReader::guarded(void* reader, Work work) noexcept {
@@ -85,7 +100,21 @@ void XMLExpatReader::listenToText(bool listens) noexcept {
     XML_SetCharacterDataHandler(parser_.get(), listens ? append : nullptr);
 }
 
+/// The bracket of the root's start tag, where the engine is.
+void XMLExpatReader::learnBracket() {
+    int offset = 0;
+    int size = 0;
+    const char* const input = XML_GetInputContext(parser_.get(), &offset, &size);
+    if (input != nullptr && size - offset > 1) {
+        const std::string_view bytes(input + offset, 2);
+        bracket_ = bytes.find('\0') == std::string_view::npos ? "<" : bytes;
+    }
+}
+
 void XMLExpatReader::start(const char* name, const char** attributes) {
+    if (path_.isOutside()) {
+        learnBracket();
+    }
     if (isDeclaredOutside_) {
         refuseUnseenEntities(name, attributes);
     }
@@ -104,12 +133,12 @@ void XMLExpatReader::start(const char* name, const char** attributes) {
 }
 
 void XMLExpatReader::announceContainer(const char* name, const char** attributes) {
-    if (containerHandler_ == nullptr) {
+    if (handlers_.container == nullptr) {
         return;
     }
     tree_.open(name, attributes);
     tree_.close();
-    containerHandler_(tree_.record(), path_.container());
+    handlers_.container(tree_.record(), path_.container());
     tree_.clear();
 }
 
@@ -124,7 +153,7 @@ void XMLExpatReader::end() {
     tree_.close();
     if (!tree_.isOpen()) {
         listenToText(false);
-        handler_(tree_.record(), path_.container());
+        handlers_.record(tree_.record(), path_.container());
         tree_.clear();
     }
 }
@@ -223,10 +252,14 @@ void XMLExpatReader::refuseUnseenEntities(const char* element, const char** attr
 /// Which fault the engine finds in junk, and where in it, depends on how much of it has arrived, so
 /// the place where it begins is kept.
 void XMLExpatReader::enterEpilog() {
-    epilogPlace_ = here();
-    epilogPlace_.passText(currentMarkup());
-    epilogPlace_.byte =
-        here().byte + static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
+    XMLPlace place = here();
+    place.passText(currentMarkup());
+    place.byte = endOfToken();
+    watchEpilog(place);
+}
+
+void XMLExpatReader::watchEpilog(const XMLPlace& place) {
+    epilogPlace_ = place;
     isInEpilog_ = true;
     XML_SetDefaultHandlerExpand(parser_.get(), [](void* reader, const char* text, int length) {
         static_cast<XMLExpatReader*>(reader)->passInEpilog(
@@ -234,13 +267,20 @@ void XMLExpatReader::enterEpilog() {
     });
 }
 
-void XMLExpatReader::passInEpilog(std::string_view text) noexcept {
-    epilogPlace_.passText(text);
-    epilogPlace_.byte = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get())) +
-                        static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
+std::size_t XMLExpatReader::endOfToken() const noexcept {
+    return here().byte + static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
 }
 
-/// Markup that goes wrong is told as such, and waits until all of it has arrived anyway.
+/// The engine counts two lines where a piece ends between a carriage return and its line feed.
+void XMLExpatReader::passInEpilog(std::string_view text) noexcept {
+    if (epilogPlace_.isBehindReturn() && text.starts_with('\n')) {
+        ++linesTooMany_;
+    }
+    epilogPlace_.passText(text);
+    epilogPlace_.byte = endOfToken();
+}
+
+/// Markup that goes wrong within is told as such, and waits until all of it has arrived anyway.
 bool XMLExpatReader::isJunkBehindRoot(XML_Error code) const noexcept {
     constexpr std::array faults = {XML_ERROR_INVALID_TOKEN, XML_ERROR_UNCLOSED_TOKEN,
                                    XML_ERROR_PARTIAL_CHAR, XML_ERROR_JUNK_AFTER_DOC_ELEMENT};
@@ -250,14 +290,13 @@ bool XMLExpatReader::isJunkBehindRoot(XML_Error code) const noexcept {
     int offset = 0;
     int size = 0;
     const char* const input = XML_GetInputContext(parser_.get(), &offset, &size);
-    const auto reached = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()));
-    const std::size_t passed = reached - epilogPlace_.byte;
+    const std::size_t passed = here().byte - epilogPlace_.byte;
     if (input == nullptr || passed > static_cast<std::size_t>(offset)) {
         return code == XML_ERROR_JUNK_AFTER_DOC_ELEMENT;
     }
     const std::string_view rest(input + offset - passed,
                                 static_cast<std::size_t>(size - offset) + passed);
-    return !rest.substr(rest.starts_with('\0') ? 1 : 0).starts_with('<');
+    return !rest.starts_with(bracket_);
 }
 
 // The run
@@ -273,10 +312,16 @@ void XMLExpatReader::fail(const Error& error) {
 }
 
 XMLPlace XMLExpatReader::here() const noexcept {
+    const XML_Index reached = XML_GetCurrentByteIndex(parser_.get());
+    if (reached < static_cast<XML_Index>(headSize_)) {
+        return origin_;
+    }
     XMLPlace place;
-    place.byte = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()));
-    place.line = XML_GetCurrentLineNumber(parser_.get());
-    place.column = XML_GetCurrentColumnNumber(parser_.get());
+    const std::size_t line = XML_GetCurrentLineNumber(parser_.get()) - 1;
+    const std::size_t column = XML_GetCurrentColumnNumber(parser_.get());
+    place.byte = origin_.byte + static_cast<std::size_t>(reached) - headSize_;
+    place.line = origin_.line + line - linesTooMany_;
+    place.column = line == 0 ? origin_.column + column - headSize_ : column;
     return place;
 }
 
@@ -312,7 +357,7 @@ void XMLExpatReader::parse(std::string_view slice, bool isLast) {
 
 /// How much there must be before the engine is given more.
 std::size_t XMLExpatReader::leastToGive() const noexcept {
-    return given_ == 0 ? headSize : unended_ > longToken ? unended_ : 0;
+    return given_ == 0 ? leastHead : unended_ > longToken ? unended_ : 0;
 }
 
 bool XMLExpatReader::read(std::string_view piece) {
@@ -337,7 +382,7 @@ Error XMLExpatReader::readAll(std::string_view report) {
         read(report);
         return finish();
     }
-    isEmpty_ = report.empty();
+    isEmpty_ = isEmpty_ && report.empty();
     parse(report, true);
     return error_;
 }

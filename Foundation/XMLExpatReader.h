@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/XMLEntities.h"
+#include "Foundation/XMLHandlers.h"
 #include "Foundation/XMLPlace.h"
 #include "Foundation/XMLRecordPath.h"
 #include "Foundation/XMLReport.h"
@@ -14,6 +15,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace quen {
 
@@ -21,11 +23,18 @@ namespace quen {
 /// promise.
 class XMLExpatReader {
 public:
-    XMLExpatReader(XMLRecordPath path, XMLReportReader::RecordHandler handler,
-                   XMLReportReader::ContainerHandler containerHandler);
+    /// The handlers must outlive the reader.
+    XMLExpatReader(XMLRecordPath path, const XMLHandlers& handlers);
     XMLExpatReader(const XMLExpatReader&) = delete;
     XMLExpatReader& operator=(const XMLExpatReader&) = delete;
     ~XMLExpatReader() = default;
+
+    /// Before anything is read: goes on at `place` of a report that was found to be in order up to
+    /// there, with these elements open, outermost first; none of them where the root has ended. The
+    /// report is one that gives the engine nothing to remember: UTF-8, without a document type.
+    void continueAt(const XMLPlace& place, const std::vector<std::string>& open);
+    /// Reads nothing more; `finish` answers an error.
+    void abandon() noexcept { hasStopped_ = true; }
 
     bool read(std::string_view piece);
     Error readAll(std::string_view report);
@@ -42,6 +51,7 @@ private:
     /// engine reports a little more after it was told to stop.
     template <typename Work> static void guarded(void* reader, Work work) noexcept;
 
+    void learnBracket();
     void start(const char* name, const char** attributes);
     void end();
     void announceContainer(const char* name, const char** attributes);
@@ -54,7 +64,10 @@ private:
     bool hasUnseenDefault(const char* element, const char** attributes) const;
 
     void enterEpilog();
+    void watchEpilog(const XMLPlace& place);
     void passInEpilog(std::string_view text) noexcept;
+    /// The byte behind the token at hand.
+    std::size_t endOfToken() const noexcept;
     bool isJunkBehindRoot(XML_Error code) const noexcept;
 
     void fail(const Error& error);
@@ -65,11 +78,13 @@ private:
     Error errorHere(XML_Error code) const { return errorAt(code, here()); }
     Error errorAt(XML_Error code, const XMLPlace& place) const;
 
-    const XMLReportReader::RecordHandler handler_;
-    const XMLReportReader::ContainerHandler containerHandler_;
+    const XMLHandlers& handlers_;
     const std::unique_ptr<XML_ParserStruct, Free> parser_;
     XMLRecordPath path_;
     XMLTree tree_;
+    /// Where the report begins for the engine, and how much it was given in front, in one line.
+    XMLPlace origin_;
+    std::size_t headSize_ = 0;
     /// What the engine was given, what of it belongs to a token that has not ended, and what waits.
     std::size_t given_ = 0;
     std::size_t unended_ = 0;
@@ -83,9 +98,12 @@ private:
     /// The attributes, each behind its element, whose default refers to what was not seen.
     std::set<std::pair<std::string, std::string>> unseenDefaults_;
     std::string markup_;
+    /// How the report's encoding writes what markup begins with.
+    std::string bracket_ = "<";
     /// The root has ended; what is in order behind it goes up to `epilogPlace_`.
     bool isInEpilog_ = false;
     XMLPlace epilogPlace_;
+    std::size_t linesTooMany_ = 0;
     Error error_;
     std::exception_ptr exception_;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/XMLBytes.h"
+
 #include <cstddef>
 #include <string_view>
 
@@ -20,6 +22,20 @@ struct XMLPlace {
         for (const char c : text) {
             pass(c);
         }
+    }
+
+    /// Whether the last character passed was a carriage return.
+    bool isBehindReturn() const noexcept { return isBehindReturn_; }
+
+    /// The same for what holds no carriage return, quickly, and with the bytes.
+    void passPlain(std::string_view text) noexcept {
+        const std::size_t feed = text.rfind('\n');
+        if (feed != std::string_view::npos) {
+            line += xmlbytes::lineFeedsIn(text);
+            column = 0;
+        }
+        byte += text.size();
+        passText(text.substr(feed + 1)); // npos + 1 is 0
     }
 
 private:

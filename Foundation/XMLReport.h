@@ -120,8 +120,7 @@ public:
     /// The next piece, cut anywhere. False when the report has turned out malformed; later pieces
     /// are then ignored.
     bool read(std::string_view piece);
-    /// A whole report at once, instead of `read` and `finish`, with the same results and quicker:
-    /// the engine counts lines only for reports that come in pieces.
+    /// A whole report at once, instead of `read` and `finish`, with the same results and quicker.
     Error readAll(std::string_view report);
     /// Ends the report. nil when it was well-formed; call once. May still hand over records, since
     /// the end of a long element may be looked at late.

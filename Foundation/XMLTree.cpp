@@ -4,61 +4,46 @@ namespace quen {
 
 // Building
 
-XMLTree::Range XMLTree::keep(std::string_view characters) {
-    const std::size_t begin = characters_.size();
-    characters_.append(characters);
-    return {begin, characters_.size()};
+std::string& XMLTree::keep() {
+    if (keptCount_ == kept_.size()) {
+        kept_.emplace_back();
+    }
+    std::string& text = kept_[keptCount_++];
+    text.clear();
+    return text;
 }
 
 void XMLTree::open(const char* name, const char* const* attributes) {
-    Node node;
-    node.name = keep(name);
-    node.attributes.begin = attributes_.size();
+    open(copy(name));
     for (; *attributes != nullptr; attributes += 2) {
-        attributes_.push_back({attributes[0], keep(attributes[1])});
+        addAttribute(attributes[0], copy(attributes[1]));
     }
-    node.attributes.end = attributes_.size();
-    node.text.begin = text_.size();
-    node.parent = open_;
-    nodes_.push_back(node);
-    open_ = nodes_.size() - 1;
-}
-
-void XMLTree::close() noexcept {
-    Node& node = nodes_[open_];
-    node.text.end = text_.size();
-    node.end = nodes_.size();
-    open_ = node.parent;
 }
 
 void XMLTree::clear() noexcept {
     nodes_.clear();
     attributes_.clear();
-    characters_.clear();
-    text_.clear();
+    keptCount_ = 0;
+    textSize_ = 0;
     open_ = none;
+    depth_ = 0;
 }
 
 // Reading
 
-std::string_view XMLTree::name(std::size_t node) const noexcept {
-    return characters(nodes_[node].name);
-}
-
 std::optional<std::string_view> XMLTree::attribute(std::size_t node,
                                                    std::string_view name) const noexcept {
-    const Range range = nodes_[node].attributes;
-    for (std::size_t i = range.begin; i < range.end; ++i) {
+    const Node& element = nodes_[node];
+    for (std::size_t i = element.attributes; i < element.attributesEnd; ++i) {
         if (attributes_[i].name == name) {
-            return characters(attributes_[i].value);
+            return attributes_[i].value;
         }
     }
     return std::nullopt;
 }
 
 std::string_view XMLTree::text(std::size_t node) const noexcept {
-    const Range range = nodes_[node].text;
-    return {text_.data() + range.begin, range.end - range.begin};
+    return {text_.data() + nodes_[node].text, nodes_[node].textEnd - nodes_[node].text};
 }
 
 std::size_t XMLTree::sibling(std::size_t node, std::size_t end,
@@ -67,6 +52,19 @@ std::size_t XMLTree::sibling(std::size_t node, std::size_t end,
         node = this->end(node);
     }
     return node;
+}
+
+void XMLTree::describe(std::string& out) const {
+    const auto add = [&](std::string_view part) { out.append(part).push_back('\0'); };
+    for (const Node& node : nodes_) {
+        add(node.name);
+        add(std::to_string(node.end));
+        for (std::size_t i = node.attributes; i < node.attributesEnd; ++i) {
+            add(attributes_[i].name);
+            add(attributes_[i].value);
+        }
+        add({text_.data() + node.text, node.textEnd - node.text});
+    }
 }
 
 // XMLElement

@@ -131,6 +131,13 @@ seed_one() {
                 write_seed "$target" '%%yyyyy-MM-dd HHHmm ss.SSSSSSS\n0%s' "${date:0:10} 012233 44.1234567"
             done < <(grep -hro '[0-9-]*T[0-9:.]*Z' "$reports" | sort -u) ;;
         RequestConsole) seed_console ;;
+        XMLReport)
+            for file in "$reports"/*/*.xml; do
+                write_seed "$target" '\0\40\100\0%s\n' "$(<"$file")"
+                write_seed "$target" '\5\0\0\0%s\n' "$(<"$file")"
+                write_seed "$target" '\4\3\200\2%s\n' "$(<"$file")"
+                write_seed "$target" '\7\5\100\1%s\n' "$(<"$file")"
+            done ;;
     esac
 }
 

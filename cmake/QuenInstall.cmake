@@ -34,10 +34,16 @@ install(TARGETS QuenSVN EXPORT quen-targets
 
 install(DIRECTORY Foundation DESTINATION ${QUEN_HEADER_DIRECTORY} COMPONENT development
     FILES_MATCHING PATTERN "*.h"
+    PATTERN XMLBytes.h EXCLUDE
+    PATTERN XMLCharacters.h EXCLUDE
+    PATTERN XMLEngines.h EXCLUDE
     PATTERN XMLEntities.h EXCLUDE
     PATTERN XMLExpatReader.h EXCLUDE
+    PATTERN XMLHandlers.h EXCLUDE
     PATTERN XMLLiteral.h EXCLUDE
     PATTERN XMLPlace.h EXCLUDE
+    PATTERN XMLPlainReader.h EXCLUDE
+    PATTERN XMLPlainScanner.h EXCLUDE
     PATTERN XMLRecordPath.h EXCLUDE
     PATTERN XMLTree.h EXCLUDE)
 install(DIRECTORY Contract/QuenFoundation Contract/MarlFoundation

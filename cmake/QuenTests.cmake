@@ -29,3 +29,11 @@ function(quen_label_tests name)
         set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${script})
     endif()
 endfunction()
+
+# Runs a program's tests, or those that the arguments choose, once more, with its reports read by
+# the engine alone. The program holds Tests/Support/ExpatAlone.cpp.
+function(quen_test_expat_alone name)
+    add_test(NAME ${name}.ExpatAlone COMMAND ${name} ${ARGN})
+    set_tests_properties(${name}.ExpatAlone PROPERTIES
+        ENVIRONMENT QUEN_TEST_EXPAT_ALONE=1 TIMEOUT 300)
+endfunction()

@@ -204,6 +204,7 @@ TEST(XMLStrictnessTest, SaysTheSameOfJunkBehindTheRootHoweverItArrives) {
         {"<r/>", 1, 5, 4},
         {"\r\nx", 2, 1, 6},
         {"\r\r\n\n x", 4, 2, 9},
+        {"\r\n<r/>", 2, 1, 6},
         {"<!--ü\n-->xy&", 2, 4, 14},
         {"<?pi\n?> 'x'&", 2, 4, 12},
         {"\n\n<!--x-->\nü\xff", 4, 1, 15},
@@ -228,6 +229,15 @@ TEST(XMLStrictnessTest, SaysTheSameOfJunkBehindTheRootHoweverItArrives) {
                              "line 2, column 1 (byte 12)."));
 }
 
+/// Bytes that would be a bracket in another encoding.
+TEST(XMLStrictnessTest, KnowsJunkBehindTheRootByItsEncoding) {
+    const std::string reports[] = {std::string("<r/>\0<x&", 8), inUTF16("<r/>ļ&", false),
+                                   inUTF16("<r/>ļ&", true)};
+    for (const std::string& report : reports) {
+        EXPECT_NE(errorOf(report).find("Code=9 "), std::string::npos) << errorOf(report);
+    }
+}
+
 /// A comment or an instruction that goes wrong there is no junk.
 TEST(XMLStrictnessTest, KnowsFaultyMarkupBehindTheRoot) {
     const struct {
@@ -235,6 +245,7 @@ TEST(XMLStrictnessTest, KnowsFaultyMarkupBehindTheRoot) {
         int code;
     } cases[] = {
         {"<r/><", 5}, {"<r/>\n<!-- -- -->", 4}, {"<r/><!--", 5}, {"<r/><?p", 5}, {"<r/><?1?>", 4}};
+    EXPECT_NE(errorOf("<r/>\r\n<!-- \r\n -- -->").find("at line 3, column 4 "), std::string::npos);
     for (const auto& each : cases) {
         EXPECT_NE(errorOf(each.report).find("Code=" + std::to_string(each.code) + " "),
                   std::string::npos)
