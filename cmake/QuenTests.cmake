@@ -35,5 +35,5 @@ endfunction()
 function(quen_test_expat_alone name)
     add_test(NAME ${name}.ExpatAlone COMMAND ${name} ${ARGN})
     set_tests_properties(${name}.ExpatAlone PROPERTIES
-        ENVIRONMENT QUEN_TEST_EXPAT_ALONE=1 TIMEOUT 300)
+        ENVIRONMENT QUEN_TEST_EXPAT_ALONE=1 TIMEOUT 600)
 endfunction()
