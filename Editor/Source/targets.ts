@@ -4,7 +4,7 @@
 import * as vscode from 'vscode';
 import { scheme } from './content/revisionUri';
 import { addressOf } from './content/revisionUri';
-import type { WorkingCopy } from './model/workingCopy';
+import { copyName, type WorkingCopy } from './model/workingCopy';
 import type { Services } from './services';
 import type { Resource } from './view/resource';
 import type { SourceControls } from './view/sourceControls';
@@ -91,7 +91,7 @@ export async function copyFrom(
     [...copies.all]
       .sort((a, b) => Number(b === around) - Number(a === around))
       .map((copy) => ({
-        label: vscode.workspace.asRelativePath(copy.uri),
+        label: copyName(copy),
         description: copy.facts.url,
         copy,
       })),

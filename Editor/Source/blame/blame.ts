@@ -17,7 +17,7 @@ interface FileBlame {
   readonly lines: readonly number[];
 }
 
-const column = 26;
+const widestColumn = 30;
 
 export function registerBlame(services: Services): vscode.Disposable {
   const wholeFile = vscode.window.createTextEditorDecorationType({
@@ -47,9 +47,10 @@ export function registerBlame(services: Services): vscode.Disposable {
     }
     const blame = await blameOf(editor.document);
     await messages.fetch(blame.place, revisionsIn(blame, editor.visibleRanges));
+    const width = columnOf(blame);
     const options = blame.lines
       .slice(0, editor.document.lineCount)
-      .map((index, line) => fileDecoration(blame, index, line, messages));
+      .map((index, line) => fileDecoration(blame, index, line, width, messages));
     editor.setDecorations(wholeFile, options);
   };
 
@@ -146,15 +147,21 @@ function short(revision: BlameRevision | undefined): string {
   return `r${revision.revision} ${revision.author ?? ''} ${whenOf(revision.date)}`;
 }
 
+function columnOf(blame: FileBlame): number {
+  const widths = [short(undefined), ...blame.revisions.map(short)].map(({ length }) => length);
+  return Math.min(widestColumn, Math.max(...widths));
+}
+
 function fileDecoration(
   blame: FileBlame,
   index: number,
   line: number,
+  width: number,
   messages: Messages,
 ): vscode.DecorationOptions {
   const revision = blame.revisions[index];
   // No-break spaces: the column keeps its width.
-  const text = short(revision).slice(0, column).padEnd(column).replaceAll(' ', '\u00a0');
+  const text = short(revision).slice(0, width).padEnd(width).replaceAll(' ', '\u00a0');
   return {
     range: new vscode.Range(line, 0, line, 0),
     renderOptions: { before: { contentText: text } },

@@ -128,7 +128,7 @@ async function saveDirty(paths: readonly string[]): Promise<boolean> {
   const save = vscode.l10n.t('Save and Commit');
   const asIs = vscode.l10n.t('Commit as on Disk');
   const answer = await vscode.window.showWarningMessage(
-    vscode.l10n.t('{0} of the files are not saved.', dirty.length),
+    vscode.l10n.t('Files that are not saved: {0}', dirty.length),
     { modal: true, detail: dirty.map((document) => document.uri.path).join('\n') },
     save,
     asIs,

@@ -84,7 +84,7 @@ async function deleteUnversioned(uris: readonly vscode.Uri[]): Promise<void> {
   if (uris.length === 0) return;
   const toTrash = vscode.l10n.t('Delete');
   const answer = await vscode.window.showWarningMessage(
-    vscode.l10n.t('Delete {0} unversioned items from the disk?', uris.length),
+    vscode.l10n.t('Delete from the disk? Unversioned items: {0}', uris.length),
     { modal: true, detail: list('', pathsOf(uris)) },
     toTrash,
   );

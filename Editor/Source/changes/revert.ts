@@ -107,7 +107,9 @@ async function agrees(
       : vscode.l10n.t('They are too big to be kept: this cannot be undone.'),
   ];
   const answer = await vscode.window.showWarningMessage(
-    vscode.l10n.t('Revert {0} items?', affected.length),
+    affected.length === 1 && affected[0] !== undefined
+      ? vscode.l10n.t('Revert {0}?', vscode.workspace.asRelativePath(affected[0]))
+      : vscode.l10n.t('Revert {0} items?', affected.length),
     { modal: true, detail: detail.filter((part) => part !== '').join('\n\n') },
     yes,
   );
@@ -118,7 +120,7 @@ async function offerUndo(kept: readonly Kept[]): Promise<void> {
   const count = kept.reduce((sum, { items }) => sum + items.length, 0);
   const undo = vscode.l10n.t('Undo');
   const answer = await vscode.window.showInformationMessage(
-    vscode.l10n.t('Reverted {0} items.', count),
+    vscode.l10n.t('Reverted items: {0}', count),
     undo,
   );
   if (answer === undo) await vscode.commands.executeCommand('quen.undoRevert');

@@ -2,6 +2,7 @@ import * as vscode from 'vscode';
 import { command } from '../commands';
 import { compare, name } from '../content/comparisons';
 import { emptyUri, revisionUri } from '../content/revisionUri';
+import { copyName } from '../model/workingCopy';
 import { succeeded } from '../server/failures';
 import type { LogEntry, Place } from '../server/protocol';
 import type { Services } from '../services';
@@ -25,7 +26,7 @@ export function registerHistory(
       const copy = await copyFrom(services, controls, args);
       if (!copy) return;
       const { url, repositoryRoot } = copy.facts;
-      await view.show({ title: name(copy.uri), place: { url }, repositoryRoot });
+      await view.show({ title: copyName(copy), place: { url }, repositoryRoot });
     }),
     command('quen.fileHistory', async (...args: Argument[]) => {
       const [uri] = urisFrom(controls, args);

@@ -3,6 +3,7 @@
 
 import * as vscode from 'vscode';
 import { report } from '../report';
+import { copyName } from '../model/workingCopy';
 import type { LogEntry, PathAction } from '../server/protocol';
 import type { Services } from '../services';
 import { detailOf, readPage, summaryOf, tooltipOf, type Search, type Source } from './entries';
@@ -49,6 +50,7 @@ export class HistoryView implements vscode.TreeDataProvider<Node>, vscode.Dispos
     this.source = source;
     this.search = search;
     this.forget();
+    this.isRead = true;
     await this.readMore();
     await vscode.commands.executeCommand('quen.history.focus');
   }
@@ -64,19 +66,7 @@ export class HistoryView implements vscode.TreeDataProvider<Node>, vscode.Dispos
   }
 
   async readMore(): Promise<void> {
-    const { source } = this;
-    if (!source) return;
-    this.reading?.cancel();
-    const reading = new vscode.CancellationTokenSource();
-    this.reading = reading;
-    await vscode.window.withProgress({ location: { viewId: 'quen.history' } }, async () => {
-      const page = await readPage(this.services, source, this.search, this.next, reading.token);
-      if (reading.token.isCancellationRequested) return;
-      this.entries.push(...page.entries);
-      this.next = page.next;
-      this.isRead = true;
-    });
-    this.showTitle();
+    await this.readPage();
     this.changes.fire(undefined);
   }
 
@@ -126,7 +116,7 @@ export class HistoryView implements vscode.TreeDataProvider<Node>, vscode.Dispos
     const [copy] = this.services.copies.all;
     if (!copy) return false;
     this.source = {
-      title: vscode.workspace.asRelativePath(copy.uri),
+      title: copyName(copy),
       place: { path: copy.path },
       repositoryRoot: copy.facts.repositoryRoot,
     };
@@ -136,19 +126,30 @@ export class HistoryView implements vscode.TreeDataProvider<Node>, vscode.Dispos
   private async readFirst(): Promise<void> {
     this.isRead = true; // Also where it fails: a tree that asks again and again helps nobody.
     try {
-      const { source } = this;
-      if (!source) return;
-      const page = await readPage(this.services, source, this.search, null);
-      this.entries = [...page.entries];
-      this.next = page.next;
-      this.showTitle();
+      await this.readPage();
     } catch (error) {
       this.view.message = error instanceof Error ? error.message : String(error);
       void report(error);
     }
   }
 
+  /** Appends the next page; one that was asked for before something else was shown is dropped. */
+  private async readPage(): Promise<void> {
+    const { source } = this;
+    if (!source) return;
+    const reading = new vscode.CancellationTokenSource();
+    this.reading = reading;
+    await vscode.window.withProgress({ location: { viewId: 'quen.history' } }, async () => {
+      const page = await readPage(this.services, source, this.search, this.next, reading.token);
+      if (reading.token.isCancellationRequested) return;
+      this.entries.push(...page.entries);
+      this.next = page.next;
+      this.showTitle();
+    });
+  }
+
   private forget(): void {
+    this.reading?.cancel();
     this.entries = [];
     this.next = null;
     this.isRead = false;

@@ -50,6 +50,12 @@ export function makeWorkingCopy(facts: WorkingCopyFacts): WorkingCopy {
   };
 }
 
+/** What a person calls it: the folder's name in this window. */
+export function copyName(copy: WorkingCopy): string {
+  const folder = vscode.workspace.getWorkspaceFolder(copy.uri);
+  return folder?.uri.path === copy.path ? folder.name : vscode.workspace.asRelativePath(copy.uri);
+}
+
 export function branchName(branch: Branch | null, copy: WorkingCopy): string {
   return branch?.name ?? copy.facts.url.slice(copy.facts.repositoryRoot.length + 1);
 }

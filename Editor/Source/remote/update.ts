@@ -81,7 +81,10 @@ async function agrees(
   if (plan.decidedForMine.length === 0 && plan.lost.length === 0) return true;
   const goOn = vscode.l10n.t('Continue');
   const answer = await vscode.window.showWarningMessage(
-    vscode.l10n.t('{0} files were changed here and in the repository.', plan.decidedForMine.length),
+    vscode.l10n.t(
+      'Changed both here and in the repository: {0}',
+      plan.decidedForMine.length + plan.lost.length,
+    ),
     {
       modal: true,
       detail: [
@@ -134,7 +137,7 @@ export async function settle(
 
 function tell(services: Services, copy: WorkingCopy, result: UpdateResult): void {
   const { revision, items, settled, conflicts } = result;
-  const text = vscode.l10n.t('Revision {0}: {1} items brought in.', revision ?? '?', items.length);
+  const text = vscode.l10n.t('Revision {0}. Items brought in: {1}.', revision ?? '?', items.length);
   const open = settled.length + conflicts.length;
   if (open === 0) {
     vscode.window.setStatusBarMessage(`$(check) ${text}`, 10_000);
@@ -143,7 +146,7 @@ function tell(services: Services, copy: WorkingCopy, result: UpdateResult): void
   const show = vscode.l10n.t('Show');
   void vscode.window
     .showWarningMessage(
-      `${text} ${vscode.l10n.t('{0} were changed on both sides: look at them.', open)}`,
+      `${text} ${vscode.l10n.t('Changed on both sides, to be looked at: {0}', open)}`,
       show,
     )
     .then((answer) => {

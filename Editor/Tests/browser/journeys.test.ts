@@ -37,7 +37,11 @@ for (const theme of ['light', 'dark'] as const satisfies readonly Theme[]) {
       await editor.row('station.c').locator('.action-label[aria-label="Open File"]').click();
       await page.waitForSelector('.dirty-diff-glyph');
       await editor.command('Subversion: Toggle Blame of the File');
-      await page.locator('.view-lines', { hasText: 'not\u00a0committed' }).first().waitFor();
+      // Its words are the style's: the editor writes them beside the text, not into it.
+      await page.waitForFunction((words) => {
+        const spans = [...document.querySelectorAll('.view-lines span[class*="ced-"]')];
+        return spans.some((span) => getComputedStyle(span, '::before').content.includes(words));
+      }, 'not\u00a0committed');
       await editor.picture(`blame-${theme}`);
     });
   });
@@ -68,7 +72,7 @@ test('revert says what is lost, and undo brings it back', bound, async () => {
     await editor.picture('revert-light');
     await dialog.locator('.monaco-button', { hasText: 'Revert' }).click();
     await editor.waitForBadge(6);
-    await editor.toast('Reverted 1 items').locator('.monaco-button', { hasText: 'Undo' }).click();
+    await editor.toast('Reverted items: 1').locator('.monaco-button', { hasText: 'Undo' }).click();
     await editor.waitForBadge(7);
     assert.match(copy.svn('diff', 'src/station.c'), /%6\.2f/);
   });
@@ -88,7 +92,7 @@ test('where both sides changed a file, theirs waits beside mine', bound, async (
     await editor.picture('update-plan-light');
     await dialog.locator('.monaco-button', { hasText: 'Continue' }).click();
     await editor
-      .toast('changed on both sides')
+      .toast('Changed on both sides')
       .locator('.monaco-button', { hasText: 'Show' })
       .click();
     await page.waitForSelector('.merge-editor, .monaco-diff-editor');
