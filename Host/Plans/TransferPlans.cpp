@@ -153,7 +153,7 @@ CheckoutPlan planCheckout(const String& url, const String& directory, const Quer
         return plan;
     }
     if (!fs::is_directory(status)) {
-        plan.inTheWay.push_back(place.string());
+        plan.inTheWay.emplace_back(place.string());
         return plan;
     }
     plan.isWorkingCopy = fs::exists(place / ".svn", error);
@@ -171,10 +171,13 @@ CheckoutPlan planCheckout(const String& url, const String& directory, const Quer
         const fs::path existing = place / entry.name.str();
         const fs::file_status there = fs::symlink_status(existing, error);
         // What lies in a directory that is in the way itself is not told again.
-        const bool isTold =
-            !plan.inTheWay.empty() && liesAtOrBelow(existing.string(), plan.inTheWay.back().view());
-        if (fs::exists(there) && !isTold) {
-            plan.inTheWay.push_back(existing.string());
+        const bool isTold = told.contains(existing.parent_path().string());
+        if (!fs::exists(there)) {
+            continue;
+        }
+        told.insert(existing.string());
+        if (!isTold) {
+            plan.inTheWay.emplace_back(existing.string());
         }
     }
     return plan;
