@@ -104,7 +104,7 @@ TEST_F(CommitCommandTest, AnEmptyMessageAborts) {
 
 TEST_F(CommitCommandTest, AnEditorThatFailsAborts) {
     EXPECT_EQ(quenWithEditor("false", {"commit"}).err,
-              "quen commit: The editor \"false\" did not end well: its exit status is 1.\n");
+              "quen commit: The editor \"false\" failed: its exit status is 1.\n");
     expectEach(sandbox_, {{{"commit"},
                            "",
                            1,
