@@ -109,6 +109,21 @@ seed_console() {
     done
 }
 
+# Conversations of the server, whole and with lengths that are wrong.
+seed_wire() {
+    local first='{"jsonrpc":"2.0","id":1,"method":"initialize","params":{}}' body
+    for body in '{"jsonrpc":"2.0","id":2,"method":"shutdown"}' '{"jsonrpc":"2.0","method":"exit"}' \
+        '{"jsonrpc":"2.0","method":"$/cancelRequest","params":{"id":1}}' '[]' '{' \
+        '{"jsonrpc":"2.0","id":"a","method":"none","params":{"a":1,"a":2}}' \
+        '{"jsonrpc":"2.0","id":1,"result":null}'; do
+        write_seed ServerWire '\7Content-Length: %d\r\n\r\n%sContent-Type: x; charset=utf-8\r\ncontent-length:%d\r\n\r\n%s' \
+            ${#first} "$first" ${#body} "$body"
+        write_seed ServerWire '\1Content-Length: %d\r\n\r\n%sContent-Length: %d\r\n\r\n%s' \
+            $((${#body} + 5)) "$body" ${#first} "$first"
+        write_seed ServerWire '\1%s' "$body"
+    done
+}
+
 seed_one() {
     local target=$1 seeds=0 file date
     rm -rf "${out:?}/seeds/$target"
@@ -138,6 +153,7 @@ seed_one() {
                 write_seed "$target" '\4\3\200\2%s\n' "$(<"$file")"
                 write_seed "$target" '\7\5\100\1%s\n' "$(<"$file")"
             done ;;
+        ServerWire) seed_wire ;;
     esac
 }
 
@@ -145,6 +161,7 @@ dictionary_of() {
     case $1 in
         ClientMessage | ErrorTranslation) echo message ;;
         RequestConsole) echo console ;;
+        ServerWire) echo wire ;;
         *) echo report ;;
     esac
 }

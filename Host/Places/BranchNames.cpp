@@ -34,7 +34,7 @@ bool isBranchName(std::string_view name) {
     }
 }
 
-String branchNameInURL(std::string_view name) {
+std::string encodedName(std::string_view name) {
     std::string encoded;
     for (const char c : name) {
         const auto byte = static_cast<unsigned char>(c);
@@ -42,7 +42,11 @@ String branchNameInURL(std::string_view name) {
         encoded +=
             c == '/' || c == '@' || isUnreserved(byte) ? std::string(1, c) : percentEncoded(byte);
     }
-    return withPegClosed(encoded).str();
+    return encoded;
+}
+
+String branchNameInURL(std::string_view name) {
+    return withPegClosed(encodedName(name));
 }
 
 } // namespace quen

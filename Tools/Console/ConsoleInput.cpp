@@ -1,7 +1,6 @@
 #include "Tools/Console/ConsoleInput.h"
 
 #include "Tools/Console/Base64.h"
-#include "Tools/Console/JsonInput.h"
 #include "Tools/Console/RequestDecoder.h"
 
 #include <climits>
@@ -55,7 +54,10 @@ ToolRun decodeRun(const JsonInput& input) {
 
 ConsoleInput decodeConsoleInput(std::string_view text) {
     const nlohmann::json document = parse(text);
-    const JsonInput root(document);
+    return decodeConsoleInput(JsonInput(document));
+}
+
+ConsoleInput decodeConsoleInput(const JsonInput& root) {
     root.requireObject({"request", "dryRun", "logLevel", "replay"});
     ConsoleInput input;
     input.request = decodeRequest(root.member("request"));

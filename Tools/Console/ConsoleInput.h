@@ -2,6 +2,7 @@
 
 #include "Host/ToolRunner.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
+#include "Tools/Console/JsonInput.h"
 
 #include <cstdint>
 #include <optional>
@@ -21,5 +22,8 @@ struct ConsoleInput {
 
 /// Throws InputError for a text that is not JSON or not such an object.
 ConsoleInput decodeConsoleInput(std::string_view text);
+
+/// The same for an object that has been parsed already.
+ConsoleInput decodeConsoleInput(const JsonInput& root);
 
 } // namespace quen::tools

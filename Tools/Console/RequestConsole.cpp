@@ -95,6 +95,14 @@ RequestConsole::Answer RequestConsole::serve(std::string_view text) {
         answer.inputError = error.what();
         return answer;
     }
+    try {
+        return {perform(std::move(input), {}).json, {}};
+    } catch (const InputError& error) {
+        return requestError(error.what());
+    }
+}
+
+RequestConsole::Served RequestConsole::perform(ConsoleInput input, const std::stop_token& stop) {
     const auto replay =
         input.replay ? std::make_shared<ReplayRunner>(std::move(*input.replay)) : nullptr;
     const auto recorder = std::make_shared<RunRecorder>(replay == nullptr ? runner_ : replay);
@@ -109,16 +117,17 @@ RequestConsole::Answer RequestConsole::serve(std::string_view text) {
     addOperation(json, operation.get());
     json["files"] = toJson(input.request->files());
     if (operation != nullptr && !input.dryRun.value_or(defaults_.dryRun)) {
+        const std::stop_callback onStop(stop, [&] { operation->cancel(); });
         run(*operation);
     }
     if (replay != nullptr && replay->wasExhausted()) {
-        return requestError("replay: the operation started more runs than it holds");
+        throw InputError("replay: the operation started more runs than it holds");
     }
     json["runs"] = listToJson(recorder->runs());
     addOutcome(json, operation.get());
     json["assertions"] = listToJson(effects.assertions());
     json["log"] = listToJson(effects.log());
-    return {std::move(json), {}};
+    return {std::move(json), operation};
 }
 
 } // namespace quen::tools

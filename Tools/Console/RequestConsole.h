@@ -2,10 +2,13 @@
 
 #include "Host/ToolRunner.h"
 #include "QuenFoundation/QuenSourceControlProtocol.h"
+#include "Tools/Console/ConsoleInput.h"
 #include "Tools/Console/JsonOutput.h"
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <stop_token>
+#include <string>
 #include <string_view>
 
 namespace quen::tools {
@@ -32,6 +35,15 @@ public:
 
     /// Serves one input object. Never throws for what the text holds.
     Answer serve(std::string_view text);
+
+    struct Served {
+        OrderedJson json;
+        /// Null where the provider has none for the request.
+        QuenSourceControlOperationPtr operation;
+    };
+    /// The same for an input object that has been read. `stop` ends the operation early. Throws
+    /// InputError for a replay that is too short.
+    Served perform(ConsoleInput input, const std::stop_token& stop);
 
 private:
     QuenSourceControlProtocolPtr provider_;

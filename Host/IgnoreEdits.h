@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Foundation/Value.h"
+#include "Host/ToolRunner.h"
+#include "QuenFoundation/QuenSourceControlRequestType.h"
+
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace quen {
+
+/// Hands the runs of an ignore or unignore operation on to another runner, and does what the
+/// operation leaves out.
+///
+/// The operation looks only at how its queries end; `error` tells of the edits that follow from
+/// them. And it gives a list of ignored names to the client as an argument: one that begins with
+/// `-` would be taken for an option, so that a list that came with the working copy,
+/// `-F/home/me/secret` behind a name that is taken out, would make the secret the directory's
+/// property. Such a run is not started.
+///
+/// Threads: any.
+class IgnoreEditRunner : public ToolRunner {
+public:
+    explicit IgnoreEditRunner(ToolRunnerPtr runner) : runner_(std::move(runner)) {}
+
+    ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override;
+
+    /// Of the first edit that failed; nil where none did.
+    Error error() const;
+
+private:
+    ToolRun runGuarded(const ToolInvocation& invocation, const std::stop_token& stop);
+
+    ToolRunnerPtr runner_;
+    mutable std::mutex mutex_;
+    Error error_;
+};
+
+/// Why the name of a path cannot be in a list that the provider writes, with the pattern that can:
+/// `holds an @, ..`; empty for one that can.
+std::string problemOfIgnoredName(const std::string& path, RequestType type);
+
+} // namespace quen

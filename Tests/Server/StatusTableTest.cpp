@@ -1,0 +1,109 @@
+#include "Tools/Server/WorkingCopies/StatusTable.h"
+#include "Tools/Server/WorkingCopies/WorkingCopy.h"
+
+#include <gmock/gmock.h>
+
+namespace quen::tools::server {
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+StatusItem item(std::string path, const char* status) {
+    StatusItem made;
+    made.path = std::move(path);
+    made.status = status;
+    made.property = "none";
+    return made;
+}
+
+std::vector<std::string> pathsOf(const std::vector<StatusItem>& items) {
+    std::vector<std::string> paths;
+    for (const StatusItem& each : items) {
+        paths.push_back(each.path);
+    }
+    return paths;
+}
+
+TEST(StatusTable, TellsDifferencesOnly) {
+    StatusTable table;
+    table.replaceAll({item("/w/a", "modified"), item("/w/b", "added"), item("/w/c", "missing")});
+    const StatusChange change = table.replaceAll(
+        {item("/w/a", "modified"), item("/w/b", "modified"), item("/w/d", "added")});
+    EXPECT_THAT(pathsOf(change.changed), ElementsAre("/w/b", "/w/d"));
+    EXPECT_THAT(pathsOf(change.removed), ElementsAre("/w/c"));
+    EXPECT_TRUE(
+        table
+            .replaceAll({item("/w/a", "modified"), item("/w/b", "modified"), item("/w/d", "added")})
+            .isEmpty());
+}
+
+TEST(StatusTable, AReportOfSomePathsLeavesTheOthersAlone) {
+    StatusTable table;
+    table.replaceAll({item("/w/d", "modified"), item("/w/d.c", "modified"),
+                      item("/w/d/x", "modified"), item("/w/d/y", "modified")});
+    const StatusChange change = table.replaceBelow({"/w/d"}, {item("/w/d/y", "conflicted")});
+    EXPECT_THAT(pathsOf(change.changed), ElementsAre("/w/d/y"));
+    EXPECT_THAT(pathsOf(change.removed), ElementsAre("/w/d", "/w/d/x"));
+    EXPECT_THAT(table.counts(true), ElementsAre(Pair("conflicted", 1), Pair("modified", 1)));
+}
+
+TEST(StatusTable, FindsWhatIsUnversionedAbove) {
+    StatusTable table;
+    table.replaceAll({item("/w/new", "unversioned"), item("/w/newer", "modified")});
+    ASSERT_NE(table.unversionedAt("/w/new/a/b"), nullptr);
+    EXPECT_EQ(table.unversionedAt("/w/new/a/b")->path, "/w/new");
+    EXPECT_EQ(table.unversionedAt("/w/newer"), nullptr);
+    EXPECT_EQ(table.unversionedAt("/w"), nullptr);
+}
+
+TEST(WorkingCopy, NobodyHearsOfIgnoredItemsBeforeAskingForThem) {
+    WorkingCopy copy({"/w", "", "", "", 1, {}, false});
+    EXPECT_FALSE(copy.replaceAll({item("/w/o", "ignored"), item("/w/a", "modified")}));
+    EXPECT_EQ(copy.snapshot(false).items.size(), 1U);
+    EXPECT_FALSE(copy.replaceBelow({"/w/p"}, {item("/w/p", "ignored")}));
+    // One that was told of is taken back when it becomes an ignored one.
+    const auto hidden = copy.replaceBelow({"/w/a"}, {item("/w/a", "ignored")});
+    ASSERT_TRUE(hidden);
+    EXPECT_THAT(hidden->change.changed, IsEmpty());
+    EXPECT_THAT(pathsOf(hidden->change.removed), ElementsAre("/w/a"));
+    EXPECT_EQ(copy.snapshot(true).items.size(), 3U);
+    EXPECT_TRUE(copy.replaceBelow({"/w/q"}, {item("/w/q", "ignored")}));
+}
+
+TEST(WorkingCopy, TheGenerationGrowsWithEveryDifference) {
+    WorkingCopy copy({"/w", "", "", "", 1, {}, false});
+    copy.replaceAll({});
+    const auto first = copy.snapshot(false).generation;
+    EXPECT_GT(first, 0U);
+    EXPECT_FALSE(copy.replaceAll({}));
+    EXPECT_EQ(copy.snapshot(false).generation, first);
+    const auto news = copy.replaceAll({item("/w/a", "modified")});
+    ASSERT_TRUE(news);
+    EXPECT_EQ(news->generation, first + 1);
+    EXPECT_EQ(copy.snapshot(false).generation, first + 1);
+}
+
+TEST(StatusItem, HoldsWhatSaysSomething) {
+    StatusEntry entry;
+    entry.path = "/w/a";
+    entry.item = "modified";
+    entry.properties = "none";
+    entry.revision = 7;
+    EXPECT_EQ(statusItemJson(statusItemOf(entry)).dump(),
+              R"({"path":"/w/a","status":"modified","property":"none","revision":7})");
+    entry.isCopied = entry.isSwitched = entry.isTreeConflict = entry.isWorkingCopyLocked = true;
+    entry.incomingItem = "deleted";
+    entry.incomingProperties = "none";
+    entry.changelist = "c";
+    EXPECT_EQ(
+        statusItemJson(statusItemOf(entry)).dump(),
+        R"({"path":"/w/a","status":"modified","property":"none","copied":true,"incoming":"deleted",)"
+        R"("changelist":"c","treeConflict":true,"locked":true,"switched":true,"revision":7})");
+}
+
+} // namespace
+
+} // namespace quen::tools::server

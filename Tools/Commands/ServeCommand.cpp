@@ -1,0 +1,44 @@
+#include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Provider/Provider.h"
+#include "Tools/Server/StreamServer.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <utility>
+
+namespace quen::tools {
+
+namespace {
+
+struct Options {
+    server::ServerOptions server;
+    std::string plugIn;
+};
+
+int runServeCommand(const Options& options) {
+    std::string problem;
+    auto provider = loadProviderOrExplain(options.plugIn, problem);
+    if (provider == nullptr) {
+        std::cerr << "quen serve: " << problem << '\n';
+        return ExitFailure;
+    }
+    return server::serveStreams(STDIN_FILENO, STDOUT_FILENO, std::move(provider), options.server);
+}
+
+} // namespace
+
+void addServeCommand(CommandLine& line) {
+    auto options = std::make_shared<Options>();
+    Subcommand command =
+        line.add("serve", "Serve an editor in JSON-RPC on standard input and output");
+    command.option("--tools-directory", options->server.toolsDirectory,
+                   "Directory that holds svn (default: that of the svn on PATH)");
+    command.option("--plug-in", options->plugIn, "The plug-in's module");
+    command.option("--log-level", options->server.logLevel,
+                   "Messages up to this level go to the editor's log");
+    command.run([options] { return runServeCommand(*options); });
+}
+
+} // namespace quen::tools

@@ -1,0 +1,121 @@
+#include "Tools/Server/Methods/ChangeJson.h"
+
+#include "Host/Places/Locations.h"
+#include "Tools/Server/WorkingCopies/Discovery.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace quen::tools::server {
+
+namespace {
+
+const char* wordOf(ItemAction action) {
+    switch (action) {
+    case ItemAction::none: return "none";
+    case ItemAction::added: return "added";
+    case ItemAction::deleted: return "deleted";
+    case ItemAction::updated: return "updated";
+    case ItemAction::merged: return "merged";
+    case ItemAction::existed: return "existed";
+    case ItemAction::replaced: return "replaced";
+    case ItemAction::conflicted: return "conflicted";
+    case ItemAction::restored: return "restored";
+    case ItemAction::reverted: return "reverted";
+    case ItemAction::sent: return "sent";
+    }
+    return "none";
+}
+
+void addConflict(OrderedJson& json, const std::string& path, const char* kind, ConflictState is,
+                 ConflictState wanted) {
+    if (is == wanted) {
+        json.push_back({{"path", toJson(String(path))}, {"kind", kind}});
+    }
+}
+
+/// The longest directory that both lie in.
+std::string commonDirectory(const std::string& a, const std::string& b) {
+    const auto [first, second] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+    const bool isWhole =
+        (first == a.end() || *first == '/') && (second == b.end() || *second == '/');
+    const std::string common(a.begin(), first);
+    return isWhole ? common : common.substr(0, common.rfind('/'));
+}
+
+} // namespace
+
+String messageFor(const Services& services, const std::string& message) {
+    const std::filesystem::path aside(services.runs.context().workingDirectory().str());
+    std::error_code error;
+    const bool isPath = !message.empty() && std::filesystem::exists(aside / message, error);
+    return isPath ? String(message + "\n") : String(message);
+}
+
+std::string absolutePath(const String& path, const std::string& directory) {
+    if (path.hasPrefix("/") || directory.empty() || isRepositoryURL(path.view())) {
+        return path.str();
+    }
+    return path == "." ? directory : directory + "/" + path.str();
+}
+
+OrderedJson itemsJson(const ChangeFacts& facts, const std::string& directory) {
+    OrderedJson json = OrderedJson::array();
+    for (const ChangedItem& item : facts.items) {
+        const ItemAction action = item.text != ItemAction::none ? item.text : item.properties;
+        json.push_back({{"path", toJson(String(absolutePath(item.path, directory)))},
+                        {"action", item.isTreeConflict ? "conflicted" : wordOf(action)}});
+    }
+    for (const SkippedItem& item : facts.skipped) {
+        json.push_back(
+            {{"path", toJson(String(absolutePath(item.path, directory)))}, {"action", "skipped"}});
+    }
+    return json;
+}
+
+OrderedJson conflictsJson(const ChangeFacts& facts, const std::string& directory,
+                          ConflictState state) {
+    OrderedJson json = OrderedJson::array();
+    for (const ConflictFacts& conflict : facts.conflicts) {
+        const std::string path = absolutePath(conflict.path, directory);
+        addConflict(json, path, "text", conflict.text, state);
+        addConflict(json, path, "property", conflict.properties, state);
+        addConflict(json, path, "tree", conflict.tree, state);
+        addConflict(json, path, "text", conflict.unspecified, state);
+    }
+    return json;
+}
+
+Ran runChange(const Services& services, Call& call, const WorkingCopyChange& change,
+              ChangeFacts& facts, const std::function<Ran(const RunOptions&)>& run) {
+    return services.copies.change(change.root, change.touched, [&] {
+        ChangeFactsReader reader(change.columns);
+        RunOptions options = optionsOf(call);
+        options.directory = change.runsAside ? std::string() : realPathOf(change.root);
+        options.watcher = [&](std::string_view piece) {
+            reader.take(piece);
+            const ChangeFacts& sofar = reader.facts();
+            call.progress().report(sofar.items.empty()
+                                       ? change.title
+                                       : absolutePath(sofar.items.back().path, change.root),
+                                   sofar.items.size());
+        };
+        Ran ran = run(options);
+        facts = reader.takeFacts();
+        if (change.afterRun) {
+            change.afterRun(facts);
+        }
+        if (change.runsAside) {
+            // The client names items from where it runs and where they are have in common.
+            const std::string common =
+                commonDirectory(services.runs.context().workingDirectory().str(), change.root);
+            for (ChangedItem& item : facts.items) {
+                item.path = absolutePath(item.path, common);
+            }
+        }
+        return ran;
+    });
+}
+
+} // namespace quen::tools::server

@@ -1,0 +1,113 @@
+#include "Tools/Server/Runs/Runs.h"
+
+#include "Host/IgnoreEdits.h"
+#include "Host/TaskFailure.h"
+#include "Host/WorkingCopyCleanup.h"
+#include "Tools/Console/RunRecorder.h"
+#include "Tools/Server/Dispatch/ProtocolError.h"
+#include "Tools/Server/Runs/TellingRunner.h"
+
+#include <utility>
+
+namespace quen::tools::server {
+
+namespace {
+
+std::string textsOf(const RunRecorder& recorder) {
+    std::string text;
+    for (const RecordedRun& recorded : recorder.runs()) {
+        text += recorded.run.errors == nullptr ? std::string_view() : recorded.run.errors->bytes();
+    }
+    return text;
+}
+
+} // namespace
+
+bool wasEndedBy(const std::stop_token& stop, const QuenSourceControlOperation& operation) {
+    // An operation that runs several clients leaves some out without an error.
+    const bool runsOneClient =
+        dynamic_cast<const QuenSourceControlTaskOperation*>(&operation) != nullptr;
+    return stop.stop_requested() && (operation.wasSkipped() || !runsOneClient ||
+                                     taskFailureOf(operation.error()) == TaskFailure::cancelled);
+}
+
+Runs::Runs(QuenSourceControlProtocolPtr provider, WindowLog& log)
+    : provider_(std::move(provider)), log_(log) {}
+
+void Runs::setContext(const RunContext& context) {
+    RunContext telling = context.withToolRunner(
+        std::make_shared<TellingRunner>(context.toolRunner(), counts_, log_));
+    telling = telling.withAssertionHandler([this](const MarlAssertionFailure& failure) {
+        log_.say(WindowLog::warning, messageOf(failure).str());
+    });
+    telling = telling.withLogHandler(
+        [this](std::uint32_t level, const String& text) { log_.say(level, text.str()); });
+    const std::lock_guard lock(mutex_);
+    context_ = telling;
+}
+
+RunContext Runs::context() const {
+    const std::lock_guard lock(mutex_);
+    return context_;
+}
+
+Runs::MakeOperation Runs::making(const QuenSourceControlRequestPtr& request, Error& refusal) const {
+    return [this, request, &refusal]() -> QuenSourceControlOperationPtr {
+        if (!provider_->validateRequest(request, &refusal)) {
+            return nullptr;
+        }
+        refusal = Error();
+        return provider_->operationForRequest(request);
+    };
+}
+
+Ran Runs::perform(const QuenSourceControlRequestPtr& request, const RunOptions& options) {
+    Error refusal;
+    const Ran ran = run(making(request, refusal), options);
+    return ran.operation == nullptr ? Ran{nullptr, refusal, {}} : ran;
+}
+
+Ran Runs::performEdits(const QuenSourceControlRequestPtr& request, const RunOptions& options) {
+    const RunContext base = context();
+    const auto edits = std::make_shared<IgnoreEditRunner>(base.toolRunner());
+    Error refusal;
+    Ran ran = runIn(base.withToolRunner(edits), making(request, refusal), options);
+    if (ran.operation == nullptr) {
+        return {nullptr, refusal, {}};
+    }
+    ran.error = ran.error ? ran.error : edits->error();
+    return ran;
+}
+
+Ran Runs::run(const MakeOperation& make, const RunOptions& options) {
+    return runIn(context(), make, options);
+}
+
+Ran Runs::runIn(const RunContext& base, const MakeOperation& make, const RunOptions& options) {
+    const auto recorder = std::make_shared<RunRecorder>(base.toolRunner());
+    RunContext context = base.withToolRunner(recorder);
+    if (options.watcher) {
+        context = context.withOutputWatcher(
+            [watcher = options.watcher](const QuenSourceControlOperation&, std::string_view piece) {
+                watcher(piece);
+            });
+    }
+    if (!options.directory.empty()) {
+        context = context.withWorkingDirectory(options.directory);
+    }
+    const RunContext::Scope scope(context);
+    const QuenSourceControlOperationPtr operation = make();
+    if (operation == nullptr) {
+        return {};
+    }
+    if (!operation->error()) {
+        const std::stop_callback onStop(options.stop, [&] { operation->cancel(); });
+        operation->run();
+    }
+    if (wasEndedBy(options.stop, *operation)) {
+        throw requestCancelled(mayHaveLeftLock(*operation));
+    }
+    return {operation, operation->error(), textsOf(*recorder)};
+}
+
+} // namespace quen::tools::server

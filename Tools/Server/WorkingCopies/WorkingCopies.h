@@ -1,0 +1,88 @@
+#pragma once
+
+#include "Tools/Server/Runs/Runs.h"
+#include "Tools/Server/WorkingCopies/ChangeWatch.h"
+#include "Tools/Server/WorkingCopies/WorkingCopy.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace quen::tools::server {
+
+class Dispatcher;
+
+/// The open working copies: one object for one real path, whichever way it was named. What is kept
+/// of each is brought up to date from the client's own reports, and differences are sent.
+///
+/// Threads: any.
+class WorkingCopies {
+public:
+    WorkingCopies(Runs& runs, Dispatcher& dispatcher, MessageSink& sink, WindowLog& log);
+    WorkingCopies(const WorkingCopies&) = delete;
+    WorkingCopies& operator=(const WorkingCopies&) = delete;
+    ~WorkingCopies();
+
+    struct Opened {
+        WorkingCopyPtr copy;
+        Ran ran;
+        /// It was not open before.
+        bool isNew = false;
+    };
+    /// Opens the working copy that a path lies in, and gets its first status. `copy` is null where
+    /// the path lies in none, and where the client failed, which `ran` tells.
+    Opened open(const std::string& path, const RunOptions& options);
+    /// Asks the client again what an open working copy is: it may have been switched.
+    Ran readAgain(const std::string& root, const RunOptions& options);
+    /// False where it was not open.
+    bool close(const std::string& root);
+    /// Null where it is not open.
+    WorkingCopyPtr find(const std::string& root) const;
+    std::vector<WorkingCopyPtr> all() const;
+
+    /// Runs the client for the whole status.
+    using ItemWatcher = std::function<void(const std::vector<StatusItem>&)>;
+    Ran refresh(const WorkingCopyPtr& copy, const RunOptions& options,
+                const ItemWatcher& watcher = {});
+    /// Likewise for some paths alone.
+    Ran refreshBelow(const WorkingCopyPtr& copy, std::vector<std::string> paths,
+                     const RunOptions& options);
+
+    /// The editor says that paths were touched; served later, all of a short time in one run.
+    void noteTouched(const std::vector<std::string>& paths);
+    /// Makes a change of a working copy and brings what is kept of it up to date: at and below the
+    /// paths, or everything where there are none. Events of its database meanwhile are the
+    /// change's.
+    Ran change(const std::string& root, const std::vector<std::string>& paths,
+               const std::function<Ran()>& run);
+
+    /// Working copies in it that it does not know of.
+    static std::vector<std::string> nestedIn(const WorkingCopy& copy);
+
+    std::size_t watches() const { return watch_.watches(); }
+    /// About so many bytes are kept.
+    std::size_t bytes() const;
+    /// No more work of its own begins.
+    void end();
+
+private:
+    void afterChange(const WorkingCopyPtr& copy, const std::vector<std::string>& paths);
+    void serveDue(const ChangeWatch::Due& due);
+    void announce(const WorkingCopy& copy, const std::optional<WorkingCopy::News>& news);
+    Ran readFacts(const std::string& root, WorkingCopyFacts& facts, const RunOptions& options);
+
+    Runs& runs_;
+    Dispatcher& dispatcher_;
+    MessageSink& sink_;
+    WindowLog& log_;
+    std::stop_source stop_;
+    mutable std::mutex mutex_;
+    std::map<std::string, WorkingCopyPtr> copies_;
+    /// Last, so that nothing is due any more while the rest goes.
+    ChangeWatch watch_;
+};
+
+} // namespace quen::tools::server

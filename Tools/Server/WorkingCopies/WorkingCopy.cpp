@@ -1,0 +1,164 @@
+#include "Tools/Server/WorkingCopies/WorkingCopy.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quen::tools::server {
+
+WorkingCopyFacts WorkingCopy::facts() const {
+    const std::lock_guard lock(mutex_);
+    return facts_;
+}
+
+void WorkingCopy::setFacts(WorkingCopyFacts facts) {
+    const std::lock_guard lock(mutex_);
+    facts_ = std::move(facts);
+}
+
+WorkingCopy::Turn::~Turn() {
+    if (copy_ != nullptr) {
+        const std::lock_guard lock(copy_->mutex_);
+        copy_->isTurnTaken_ = false;
+        copy_->turnIsFree_.notify_one();
+    }
+}
+
+std::optional<WorkingCopy::Turn> WorkingCopy::takeTurn(const std::stop_token& stop) {
+    std::unique_lock lock(mutex_);
+    if (!turnIsFree_.wait(lock, stop, [this] { return !isTurnTaken_; })) {
+        return std::nullopt;
+    }
+    isTurnTaken_ = true;
+    return Turn(*this);
+}
+
+WorkingCopy::Snapshot WorkingCopy::snapshot(bool includeIgnored) {
+    const std::lock_guard lock(mutex_);
+    showsIgnored_ = showsIgnored_ || includeIgnored;
+    Snapshot snapshot{generation_, {}, table_.counts(includeIgnored)};
+    for (const auto& [path, item] : table_.items()) {
+        if (includeIgnored || !item.isIgnored()) {
+            snapshot.items.push_back(item);
+        }
+    }
+    return snapshot;
+}
+
+std::optional<WorkingCopy::News> WorkingCopy::replaceAll(std::vector<StatusItem> items) {
+    const std::lock_guard lock(mutex_);
+    const bool isFirst = !std::exchange(isKnown_, true);
+    auto news = newsOf(table_.replaceAll(std::move(items)));
+    if (isFirst && generation_ == 0) {
+        generation_ = 1;
+    }
+    // Whoever opens a working copy asks for its status; nobody is told of all of it unasked.
+    return isFirst ? std::nullopt : std::move(news);
+}
+
+std::optional<WorkingCopy::News> WorkingCopy::replaceBelow(const std::vector<std::string>& paths,
+                                                           std::vector<StatusItem> items) {
+    const std::lock_guard lock(mutex_);
+    return newsOf(table_.replaceBelow(paths, std::move(items)));
+}
+
+std::optional<WorkingCopy::News> WorkingCopy::newsOf(StatusChange change) {
+    if (!showsIgnored_) {
+        std::erase_if(change.changed, [](const StatusItem& item) { return item.isIgnored(); });
+        std::erase_if(change.removed, [](const StatusItem& item) { return item.isIgnored(); });
+        for (const std::string& path : change.hidden) {
+            change.removed.emplace_back().path = path;
+        }
+    }
+    if (change.isEmpty()) {
+        return std::nullopt;
+    }
+    return News{++generation_, std::move(change), table_.counts(showsIgnored_)};
+}
+
+std::vector<StatusItem> WorkingCopy::itemsAtOrBelow(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    std::vector<StatusItem> items;
+    for (auto at = table_.items().lower_bound(path);
+         at != table_.items().end() && at->first.starts_with(path); ++at) {
+        if (isAtOrBelow(at->first, path)) {
+            items.push_back(at->second);
+        }
+    }
+    return items;
+}
+
+bool WorkingCopy::isKnown() const {
+    const std::lock_guard lock(mutex_);
+    return isKnown_;
+}
+
+std::string WorkingCopy::unversionedAt(const std::string& path) const {
+    const std::lock_guard lock(mutex_);
+    const StatusItem* const item = table_.unversionedAt(path);
+    return item == nullptr ? std::string() : item->path;
+}
+
+std::vector<std::string> WorkingCopy::externals() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> paths;
+    for (const auto& [path, item] : table_.items()) {
+        if (item.external) {
+            paths.push_back(path);
+        }
+    }
+    return paths;
+}
+
+std::vector<std::string> WorkingCopy::unversionedPaths() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<std::string> paths;
+    for (const auto& [path, item] : table_.items()) {
+        if (item.isUnversioned()) {
+            paths.push_back(path);
+        }
+    }
+    return paths;
+}
+
+bool WorkingCopy::isInsideExternal(std::string_view path) const {
+    const std::vector<std::string> directories = externals();
+    return std::any_of(directories.begin(), directories.end(), [&](const std::string& directory) {
+        return path.size() > directory.size() && isAtOrBelow(path, directory);
+    });
+}
+
+std::size_t WorkingCopy::bytes(std::size_t ofItem) const {
+    const std::lock_guard lock(mutex_);
+    std::size_t bytes = 0;
+    for (const auto& [path, item] : table_.items()) {
+        bytes += ofItem + 2 * path.size();
+    }
+    return bytes;
+}
+
+void WorkingCopy::beginChange() {
+    const std::lock_guard lock(mutex_);
+    ++changes_;
+}
+
+void WorkingCopy::endChange() {
+    const std::lock_guard lock(mutex_);
+    --changes_;
+}
+
+bool WorkingCopy::isChanging() const {
+    const std::lock_guard lock(mutex_);
+    return changes_ > 0;
+}
+
+std::string WorkingCopy::databaseStamp() const {
+    const std::lock_guard lock(mutex_);
+    return databaseStamp_;
+}
+
+void WorkingCopy::setDatabaseStamp(std::string stamp) {
+    const std::lock_guard lock(mutex_);
+    databaseStamp_ = std::move(stamp);
+}
+
+} // namespace quen::tools::server
