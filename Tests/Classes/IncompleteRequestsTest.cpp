@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// Takes one thing away from a request, or puts something odd in its place.
@@ -173,4 +173,4 @@ TEST_F(IncompleteRequests, WithAnyTwoOddThingsEndInOrder) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

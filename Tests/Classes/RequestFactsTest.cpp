@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 constexpr std::array allInputs{RequestInput::sourceTree,
@@ -299,4 +299,4 @@ TEST(RequestFacts, DeclareNoKeysForTypesWithoutRecords) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

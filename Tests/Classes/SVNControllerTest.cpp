@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 bool needsAuthentication(const Request& request) {
@@ -371,4 +371,4 @@ TEST(Validation, NoRequestIsInvalidAndFillsTheSlot) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

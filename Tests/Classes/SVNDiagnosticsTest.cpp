@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct TextCase {
@@ -66,4 +66,4 @@ TEST(SVNAssertions, TakeTheLineOfTheCheckWhereNoneIsGiven) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

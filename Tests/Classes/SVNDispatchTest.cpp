@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 constexpr const char* method = "-[SVNController operationForRequest:]";
@@ -230,4 +230,4 @@ TEST(DispatchPreconditions, NoRequestGetsNothing) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

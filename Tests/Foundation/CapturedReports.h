@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// As the client writes them (1.14); only dates and identifiers are made up.
 inline constexpr std::string_view capturedStatus = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -85,4 +85,4 @@ zweite Zeile: äöü</msg>
 </log>
 )";
 
-} // namespace quen
+} // namespace quen::test

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 TEST(DataTest, StartsEmpty) {
@@ -48,4 +48,4 @@ TEST(DataTest, RemembersThatItMayBeCollected) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using std::chrono::microseconds;
@@ -104,4 +104,4 @@ TEST(DateTest, TakesTheLatestPattern) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 String key(std::size_t number) {
@@ -115,4 +115,4 @@ TEST(DictionaryTest, TakesAHundredThousandKeysQuickly) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct Case {
@@ -107,4 +107,4 @@ TEST(FormatTest, ShowsTheLargestNumberWhole) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

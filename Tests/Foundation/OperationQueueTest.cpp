@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// Far beyond anything that works; reached only by what hangs.
@@ -441,4 +441,4 @@ TEST(OperationQueueTest, RunsAsManyAtOnceAsItIsWide) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -179,4 +179,4 @@ TEST(OperationTest, AHandlerMayAddToItsQueueAndWaitForIt) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

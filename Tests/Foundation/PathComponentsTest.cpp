@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using Components = std::vector<std::string_view>;
@@ -55,4 +55,4 @@ TEST(PathComponentsTest, JoinsWithOneSeparator) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <thread>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 TEST(StringTest, NilIsNotTheEmptyText) {
@@ -122,4 +122,4 @@ TEST(StringTest, IsCopiedByManyThreadsAtOnce) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 TEST(URLTest, KeepsTheTextItWasMadeFrom) {
@@ -97,4 +97,4 @@ TEST(URLTest, EqualsByText) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

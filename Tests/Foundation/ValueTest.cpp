@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-namespace quen {
-
 /// Foundation only carries the pointer; any class of that name will do.
-class MarlFilePath {};
+class quen::MarlFilePath {};
+
+namespace quen::test {
 
 namespace {
 
@@ -228,4 +228,4 @@ TEST(ErrorTest, EqualsByEverythingItCarries) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

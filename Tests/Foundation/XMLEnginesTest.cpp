@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// Sets which engines the readers of a scope use, and then what was set before.
@@ -41,12 +41,12 @@ Reading readingBy(bool expatAlone, Path path, const Pieces& pieces) {
         }
         return reader.finish();
     };
-    return readingBy(read, path, allOf);
+    return test::readingBy(read, path, allOf);
 }
 
 Reading wholeBy(bool expatAlone, Path path, std::string_view report) {
     const Forced forced(expatAlone);
-    return readingBy([&](XMLReportReader& reader) { return reader.readAll(report); }, path, allOf);
+    return test::readingBy([&](XMLReportReader& reader) { return reader.readAll(report); }, path, allOf);
 }
 
 /// Whole, byte by byte, and cut in two anywhere, both ways leave what the engine alone leaves.
@@ -308,4 +308,4 @@ TEST(XMLEnginesTest, AHandlerThatGivesUpLeavesTheSameError) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 constexpr std::size_t pieceSize = 65536; // what a pipe holds
@@ -196,4 +196,4 @@ INSTANTIATE_TEST_SUITE_P(
     testing::PrintToStringParamName());
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

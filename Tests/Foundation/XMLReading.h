@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// What came of a report, in a form that tests can compare and print.
 struct Reading {
@@ -84,4 +84,4 @@ inline std::string inUTF16(std::string_view text, bool bigEndian) {
     return bytes;
 }
 
-} // namespace quen
+} // namespace quen::test

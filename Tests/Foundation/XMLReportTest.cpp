@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using Records = std::vector<std::string>;
@@ -380,4 +380,4 @@ TEST(XMLReportTest, LetsTheHandlersExceptionOut) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 std::string textOf(const XMLElement& record) {
@@ -290,4 +290,4 @@ TEST(XMLStrictnessTest, KeepsTheFirstErrorAndIgnoresTheRest) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

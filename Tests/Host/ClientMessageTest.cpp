@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 void PrintTo(const ClientNumber& number, std::ostream* out) {
     *out << (number.isWarning ? 'W' : 'E') << number.number;
@@ -115,4 +115,4 @@ TEST(ClientPrefixes, AreTakenOffEachLine) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

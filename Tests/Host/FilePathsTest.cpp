@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 TEST(FilePath, KeepsItsTextAndKnowsItsName) {
@@ -74,4 +74,4 @@ TEST(DeveloperPaths, AreShared) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

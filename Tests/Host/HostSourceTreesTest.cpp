@@ -6,7 +6,7 @@
 #include <ostream>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct InsideCase {
@@ -132,4 +132,4 @@ TEST(SourceTreeDescriptions, NameTheClassAndTheTree) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct Refused {
@@ -46,4 +46,4 @@ TEST(PlugInLoader, TheErrorMayBeLeftOut) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct Case {
@@ -51,4 +51,4 @@ TEST(RequestRefusal, StartsNoClient) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

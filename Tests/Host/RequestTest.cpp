@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 void expectNoRevisionsOrRepository(const QuenSourceControlRequest& request) {
@@ -68,4 +68,4 @@ TEST(RequestRecord, TellsAnAbsentFileListFromAnEmptyOne) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

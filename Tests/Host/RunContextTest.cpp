@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 MarlAssertionFailure someFailure() {
@@ -172,4 +172,4 @@ TEST(RunContextTest, HasTheRunnerThatItWasMadeWith) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

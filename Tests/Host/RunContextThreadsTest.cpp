@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 constexpr std::size_t contexts = 8;
@@ -186,4 +186,4 @@ TEST(RunContextThreadsTest, ContextsSideBySideSeeNothingOfEachOther) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

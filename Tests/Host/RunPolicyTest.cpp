@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using Translation = ScriptedOperation::Translation;
@@ -377,4 +377,4 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName());
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

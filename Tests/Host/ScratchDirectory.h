@@ -10,7 +10,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace quen {
+namespace quen::test {
 
 /// A fresh directory for one test, removed with it.
 class ScratchDirectory {
@@ -68,4 +68,4 @@ private:
     String previous_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// A task operation that does what a test tells it to and keeps what it was asked.
 class ScriptedOperation : public QuenSourceControlTaskOperation {
@@ -46,4 +46,4 @@ public:
     String parsedText;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using namespace std::string_view_literals;
@@ -70,4 +70,4 @@ TEST(StringFromLongData, IsWhole) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -9,7 +9,7 @@
 #include <initializer_list>
 #include <ostream>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// The host's error for a complaint with these numbers.
@@ -146,4 +146,4 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName());
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using Calls = std::vector<std::string>;
@@ -249,4 +249,4 @@ TEST(PlainOperation, KeepsResultAndErrorSideBySide) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

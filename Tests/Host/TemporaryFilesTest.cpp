@@ -10,7 +10,7 @@
 #include <ostream>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -135,4 +135,4 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName());
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 /// Names a parametrised test after its case's `name`: `no file at all` becomes `no_file_at_all`.
 struct CaseName {
@@ -28,4 +28,4 @@ struct TypeName {
     }
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 // Lets a suite run once more with every report read by the engine alone. Before main, so that no
 // reader is made earlier.
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 const bool isSet = [] {
@@ -17,4 +17,4 @@ const bool isSet = [] {
 }();
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

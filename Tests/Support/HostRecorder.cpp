@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-namespace quen {
+namespace quen::test {
 
 AssertionFacts AssertionFacts::plain(const String& method, const String& file,
                                      const String& condition) {
@@ -86,4 +86,4 @@ void HostRecorder::clear() {
     log_.clear();
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// An assertion as tests compare it: all but the receiver and the line.
 struct AssertionFacts {
@@ -74,4 +74,4 @@ private:
     const RunContext::Scope scope_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// A new operation for the request, initialised as a controller does it.
 template <typename Class> std::shared_ptr<Class> makeOperation(const Request& request) {
@@ -29,4 +29,4 @@ std::shared_ptr<Class> parsedOperation(const Request& request, std::string_view 
     return operation;
 }
 
-} // namespace quen
+} // namespace quen::test

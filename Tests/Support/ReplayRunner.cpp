@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -50,4 +50,4 @@ std::vector<ToolInvocation> ReplayRunner::invocations() const {
     return invocations_;
 }
 
-} // namespace quen
+} // namespace quen::test

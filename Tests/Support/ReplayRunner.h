@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// A run that a test has prepared.
 struct PreparedRun {
@@ -42,4 +42,4 @@ private:
     std::vector<ToolInvocation> invocations_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <memory>
 #include <stdexcept>
 
-namespace quen {
+namespace quen::test {
 
 std::string testData(std::string_view path) {
     const std::string full = std::string(QUEN_TEST_DATA_DIRECTORY "/") + std::string(path);
@@ -30,4 +30,4 @@ std::vector<std::string_view> malformedReports(std::string_view report) {
     return beginnings;
 }
 
-} // namespace quen
+} // namespace quen::test

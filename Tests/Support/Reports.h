@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// A file of Tests/Data, by its path in there. Throws where it cannot be read, which fails the
 /// test and says why.
@@ -19,4 +19,4 @@ DataPtr dataOf(std::string_view bytes);
 /// live as long as the report's text.
 std::vector<std::string_view> malformedReports(std::string_view report);
 
-} // namespace quen
+} // namespace quen::test

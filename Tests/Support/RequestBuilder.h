@@ -7,7 +7,7 @@
 #include <memory>
 #include <optional>
 
-namespace quen {
+namespace quen::test {
 
 /// A request as a test's table writes it down: `Request{.type = RequestTypeStatus,
 /// .files = StringArray{"a.c"}}.make()`. What is not named is absent.
@@ -32,4 +32,4 @@ struct Request {
     }
 };
 
-} // namespace quen
+} // namespace quen::test

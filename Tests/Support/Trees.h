@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// What a test says of a source tree. What is not named is absent, except that a tree can be
 /// reached and is valid.
@@ -45,4 +45,4 @@ inline std::shared_ptr<HostOtherTree> otherTree(const TreeFacts& facts = {}) {
     return std::make_shared<HostOtherTree>(commonFacts(facts));
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// A request, and the whole argument list that a class must make of it without a complaint.
 struct ArgumentsCase {
@@ -66,4 +66,4 @@ inline std::vector<AssertionReport> assertionReports(const HostRecorder& recorde
     return reports;
 }
 
-} // namespace quen
+} // namespace quen::test

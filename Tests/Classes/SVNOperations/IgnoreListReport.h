@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// The client's report of a directory whose ignore list has this text.
 inline std::string ignoreListReport(std::string_view text) {
@@ -60,4 +60,4 @@ inline std::vector<StringArray> asked(const std::vector<ToolInvocation>& invocat
     return lines;
 }
 
-} // namespace quen
+} // namespace quen::test

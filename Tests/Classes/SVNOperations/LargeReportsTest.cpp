@@ -10,7 +10,7 @@
 #include <map>
 #include <memory>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// What two readings of one report are compared by.
@@ -185,4 +185,4 @@ TEST_F(LargeReports, TheBlameOf100000LinesComesThroughWholeAndRight) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -10,7 +10,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// An operation that reads while the client runs, and a report for it.
@@ -104,4 +104,4 @@ TEST(OutputArrived, AReportThatEndsTooSoonFailsAsItDoesWithoutPieces) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// A query that tells the log how long its records took.
@@ -82,4 +82,4 @@ TEST(ParseTimes, DoNotHoldTheReadingOfTheDocument) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

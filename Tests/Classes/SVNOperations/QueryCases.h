@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::test {
 
 /// A row of a table of reports: all the records that a report gives.
 struct ReportCase {
@@ -56,4 +56,4 @@ inline Date dateOfRevision(unsigned revision) {
     return date + hours(revision) + minutes(15) + seconds(30) + microseconds(revision * 111111);
 }
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 const Request oneFile{.type = RequestTypeBlame, .files = StringArray{"a.c"}};
@@ -191,4 +191,4 @@ TEST_F(SVNBlameOperationTest, CutReportsGiveTheReadersErrorAndAnEmptyResult) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -222,4 +222,4 @@ TEST(SVNCommitOperationTest, ARunEndsInOneRecord) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -4,7 +4,7 @@
 #include "Tests/Classes/SVNOperations/QueryCases.h"
 #include "Tests/Support/Trees.h"
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 constexpr const char* trunk = "https://svn.example.org/repo/trunk";
@@ -65,7 +65,7 @@ struct BranchCase {
     std::string url;
     std::vector<String> branches;
     String trunkLocation = trunk;
-    String branchesLocation = quen::branches;
+    String branchesLocation = test::branches;
 };
 
 Array namedRecords(const std::vector<String>& names) {
@@ -207,4 +207,4 @@ TEST_F(SVNCurrentBranchOperationTest, CutReportsGiveTheReadersErrorAndNoResult) 
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -3,7 +3,7 @@
 #include "Tests/Classes/SVNOperations/QueryCases.h"
 #include "Tests/Support/Trees.h"
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using namespace std::string_literals;
@@ -280,4 +280,4 @@ TEST_F(SVNDiffOperationTest, CutSummariesLeaveNothing) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

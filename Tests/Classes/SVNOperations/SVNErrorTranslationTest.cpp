@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 Error shellError(std::int64_t code, const String& description) {
@@ -267,4 +267,4 @@ TEST_F(ErrorTranslationByOperation, EndlessNoticesEndAndWhatFollowsThemIsTransla
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 const Request oneFile{.type = RequestTypeExportFile, .files = StringArray{"src/a.c"}};
@@ -218,4 +218,4 @@ TEST_F(SVNExportFileOperationTest, WithoutATemporaryPlaceNothingRunsAndTheErrorS
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -63,4 +63,4 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -14,7 +14,7 @@
 #include <string>
 #include <utility>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -470,4 +470,4 @@ TEST(SVNIgnoreOperationTest, AFileThatFailedForWantOfAThreadIsNotServedLaterOn) 
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

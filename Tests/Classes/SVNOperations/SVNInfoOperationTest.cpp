@@ -4,7 +4,7 @@
 #include "Tests/Classes/SVNOperations/QueryCases.h"
 #include "Tests/Support/Trees.h"
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 const Request oneFile{.type = RequestTypeInfo, .files = StringArray{"a.c"}};
@@ -208,4 +208,4 @@ TEST_F(SVNInfoOperationTest, ChecksLeaveNeitherResultNorErrorWhateverTheOutput) 
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

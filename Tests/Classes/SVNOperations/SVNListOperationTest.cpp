@@ -4,7 +4,7 @@
 #include "Tests/Classes/SVNOperations/QueryCases.h"
 #include "Tests/Support/Trees.h"
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 constexpr const char* branches = "https://svn.example.org/repo/branches";
@@ -183,4 +183,4 @@ TEST_F(SVNListOperationTest, CutReportsGiveTheReadersErrorAndNoResult) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

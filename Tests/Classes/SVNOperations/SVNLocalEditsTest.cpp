@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -273,4 +273,4 @@ TYPED_TEST(SVNLocalEditsTest, WithoutARequestThereIsNoOperation) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

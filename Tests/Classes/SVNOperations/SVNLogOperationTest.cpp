@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 const Request oneFile{.type = RequestTypeLog, .files = StringArray{"a.c"}};
@@ -327,4 +327,4 @@ TEST_F(SVNLogOperationTest, CutReportsGiveTheReadersErrorAndNoResult) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -8,7 +8,7 @@
 #include <optional>
 #include <ostream>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct LaunchPathCase {
@@ -163,4 +163,4 @@ INSTANTIATE_TEST_SUITE_P(
     CaseName());
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -392,4 +392,4 @@ TEST(SVNPropGetOperationTest, NoDataIsAMalformedReport) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -113,4 +113,4 @@ TYPED_TEST(SVNPropertyEditsTest, OfAnotherTypeNeverRuns) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

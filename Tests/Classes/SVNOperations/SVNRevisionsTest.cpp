@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct RevisionCase {
@@ -65,4 +65,4 @@ TEST(SVNDirectRevision, IsSuppliedWhenTheOptionIsTrue) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -13,7 +13,7 @@
 #include <regex>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct ArgumentsCase {
@@ -423,4 +423,4 @@ TEST(StatusRun, GoesThroughTheHost) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// One of the four methods, and what it says of a word that it does not know.
@@ -179,4 +179,4 @@ TEST(StatusWords, CopiedCountsForAddedAlone) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -235,4 +235,4 @@ TYPED_TEST(SVNTransfersTest, WithoutARequestThereIsNoOperation) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -351,4 +351,4 @@ TYPED_TEST(SVNTreeEditsTest, WithoutARequestThereIsNoOperation) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

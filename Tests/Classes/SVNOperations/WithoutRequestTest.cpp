@@ -18,7 +18,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 template <typename Class> class SVNOperationWithoutRequest : public testing::Test {};
@@ -77,4 +77,4 @@ TEST(SVNIgnoreOperationWithoutRequest, AnswersNothing) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

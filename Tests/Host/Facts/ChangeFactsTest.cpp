@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -404,4 +404,4 @@ TEST(ChangeFactsTest, KeepsNoMoreUnknownLinesThanItSays) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <stdexcept>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -187,4 +187,4 @@ std::vector<std::string> captures(std::string_view directory, std::string_view e
     return found;
 }
 
-} // namespace quen
+} // namespace quen::test

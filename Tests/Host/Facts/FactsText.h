@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 // Facts as lines that a test can compare whole and print.
 
@@ -27,4 +27,4 @@ std::vector<std::string_view> piecesOf(std::string_view text, std::size_t size);
 /// Every capture below a directory of Tests/Data, by its path in there; those that end so.
 std::vector<std::string> captures(std::string_view directory, std::string_view ending);
 
-} // namespace quen
+} // namespace quen::test

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -162,4 +162,4 @@ TEST(ListFactsTest, OfAReportThatBreaksOffAreABeginning) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -8,7 +8,7 @@
 #include <span>
 #include <stdexcept>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -293,4 +293,4 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -14,7 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -211,4 +211,4 @@ TEST(FreeNameTest, NumbersWhatIsTakenAndFitsWhatIsLong) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

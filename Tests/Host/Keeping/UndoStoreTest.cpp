@@ -11,7 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -296,4 +296,4 @@ TEST(UndoManifestTest, ComesBackAsItWasAndNotFromLess) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

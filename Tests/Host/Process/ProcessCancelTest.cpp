@@ -12,7 +12,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -242,4 +242,4 @@ INSTANTIATE_TEST_SUITE_P(Listening, FamilyTest, testing::Values("family"));
 INSTANTIATE_TEST_SUITE_P(Deaf, FamilyTest, testing::Values("family-deaf"));
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

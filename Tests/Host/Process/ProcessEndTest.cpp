@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 struct EndCase {
@@ -61,4 +61,4 @@ INSTANTIATE_TEST_SUITE_P(
                     EndCase{"zero-bytes", "exited 0", std::string("a\0b\0", 4), ""}));
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -20,7 +20,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 /// Hosts with habits. Each lives in a forked copy of the test, which answers what went wrong.
@@ -364,4 +364,4 @@ TEST_F(ProcessHostTest, StartsATiedChildLikeAnyOther) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using std::chrono::milliseconds;
@@ -68,4 +68,4 @@ TEST_F(ProcessLimitTest, AChildThatSpeaksIsNotSilent) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

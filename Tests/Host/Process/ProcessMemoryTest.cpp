@@ -47,7 +47,7 @@ thread_local int allocationsLeft = std::numeric_limits<int>::max();
     std::free(memory);
 }
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 class ProcessMemoryTest : public ProcessTest {};
@@ -113,6 +113,6 @@ TEST_F(ProcessMemoryTest, MayEndWhileOutputArrives) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test
 
 #endif

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <sys/types.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 constexpr std::size_t mebibyte = std::size_t{1} << 20U;
@@ -180,4 +180,4 @@ TEST_F(ProcessOutputTest, IsReplayedByTheStandIn) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

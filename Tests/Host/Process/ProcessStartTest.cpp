@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 using namespace std::string_view_literals;
@@ -124,4 +124,4 @@ TEST_F(ProcessStartTest, WorksInAnEmptyEnvironment) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test

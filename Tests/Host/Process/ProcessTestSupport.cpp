@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -144,4 +144,4 @@ void ProcessTest::TearDown() {
     EXPECT_EQ(errno, ECHILD);
 }
 
-} // namespace quen
+} // namespace quen::test

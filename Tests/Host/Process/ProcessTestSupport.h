@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 /// Any program, with nothing set beyond its arguments.
 ProcessInvocation program(String path, std::vector<String> arguments = {});
@@ -68,4 +68,4 @@ private:
     std::vector<int> descriptors_;
 };
 
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <future>
 
-namespace quen {
+namespace quen::test {
 namespace {
 
 class ProcessThreadsTest : public ProcessTest {};
@@ -41,4 +41,4 @@ TEST_F(ProcessThreadsTest, RunAtOnceWithoutMixingAnythingUp) {
 }
 
 } // namespace
-} // namespace quen
+} // namespace quen::test
