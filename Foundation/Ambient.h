@@ -4,8 +4,8 @@
 
 namespace quen {
 
-/// What surrounds the work on a thread, such as where it logs and how it runs tools. Foundation only
-/// hands it on: an operation keeps the one it was made in, and a queue that of whoever adds.
+/// What surrounds the work on a thread, such as where it logs and how it runs tools. Foundation
+/// only hands it on: an operation keeps the one it was made in, and a queue that of whoever adds.
 ///
 /// A process has one kind of it, which its host library derives from this class; see RunContext.
 class Ambient {

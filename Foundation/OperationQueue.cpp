@@ -215,9 +215,7 @@ private:
         return taken;
     }
 
-    bool isIdle() const noexcept {
-        return waiting_.empty() && running_.empty() && dropping_ == 0;
-    }
+    bool isIdle() const noexcept { return waiting_.empty() && running_.empty() && dropping_ == 0; }
 
     void notifyWhenIdle() {
         if (isIdle()) {

@@ -17,8 +17,8 @@ namespace quen {
 /// what has not started and waits for what is running (unless the holder is one of its own
 /// operations, which is then the last to run).
 ///
-/// An operation runs in the ambient that was current where it was made; one that was made where none
-/// was current runs in that of whoever added it.
+/// An operation runs in the ambient that was current where it was made; one that was made where
+/// none was current runs in that of whoever added it.
 ///
 /// Threads: every member may be called from any thread.
 class OperationQueue : public std::enable_shared_from_this<OperationQueue> {

@@ -22,8 +22,7 @@ std::shared_ptr<ClientQuery> ClientQuery::make(StringArray arguments) {
     request->initWithType(queryType, nullptr, StringArray(), Dictionary());
     auto query = std::make_shared<ClientQuery>();
     query->initWithRequest(std::move(request));
-    query->setLaunchPath(
-        appendingPathComponent(context.toolsDirectory().view(), "svn"));
+    query->setLaunchPath(appendingPathComponent(context.toolsDirectory().view(), "svn"));
     query->setArguments(std::move(arguments));
     return query;
 }

@@ -24,8 +24,8 @@ class QuenSourceControlOperation;
 ///
 /// A process has a default context, and a thread a current one while a Scope lives there. An
 /// operation keeps the context that was current when it was made and runs in it; one that was made
-/// while none was current takes that of whoever adds it to a queue or runs it. The contract's static
-/// functions answer from the current context.
+/// while none was current takes that of whoever adds it to a queue or runs it. The contract's
+/// static functions answer from the current context.
 ///
 /// Two contexts share nothing but what was put into both. What is put in must be safe to call from
 /// any thread, and must not throw.
@@ -64,7 +64,8 @@ public:
     const std::shared_ptr<MarlLogAspect>& logAspect() const noexcept;
     RunContext withLogLevel(std::uint32_t level) const;
 
-    /// Where failed assertions go. Default: a line on standard error. Empty brings the default back.
+    /// Where failed assertions go. Default: a line on standard error. Empty brings the default
+    /// back.
     const AssertionHandler& assertionHandler() const noexcept;
     RunContext withAssertionHandler(AssertionHandler handler) const;
 
@@ -93,9 +94,9 @@ public:
     const RunLimits& limits() const noexcept;
     RunContext withLimits(RunLimits limits) const;
 
-    /// Called with every piece of a client's standard output as it arrives, in order, on the running
-    /// thread, with the operation whose client it is. The run stands still meanwhile. Default:
-    /// empty.
+    /// Called with every piece of a client's standard output as it arrives, in order, on the
+    /// running thread, with the operation whose client it is. The run stands still meanwhile.
+    /// Default: empty.
     const OutputWatcher& outputWatcher() const noexcept;
     RunContext withOutputWatcher(OutputWatcher watcher) const;
 

@@ -50,8 +50,7 @@ int hostOneReport(const std::string& kind) {
     static const std::map<std::string, std::int32_t> types{
         {"status", RequestTypeStatus}, {"log", RequestTypeLog}, {"blame", RequestTypeBlame}};
     const std::size_t colon = kind.find(':');
-    const RunContext::Scope scope(
-        RunContext::current().withToolsDirectory(kind.substr(colon + 1)));
+    const RunContext::Scope scope(RunContext::current().withToolsDirectory(kind.substr(colon + 1)));
     const auto operation = operationOn(types.at(kind.substr(0, colon)), "/project");
     operation->run();
     std::cout << peakMemory() << ' ' << recordsOf(*operation) << '\n';

@@ -14,8 +14,8 @@ namespace quen {
 /// A unit of work built around a request. Members are defined by the host; providers subclass.
 ///
 /// A provider's controller makes the object, calls `initWithRequest`, and hands it on or, when that
-/// answers false, hands on nothing. The host owns it from then on, calls `run` once, on any thread, or
-/// adds it to an OperationQueue, and then reads `result` and `error`.
+/// answers false, hands on nothing. The host owns it from then on, calls `run` once, on any thread,
+/// or adds it to an OperationQueue, and then reads `result` and `error`.
 ///
 /// Nothing that a subclass does may throw out of `initWithRequest` or `main`.
 ///

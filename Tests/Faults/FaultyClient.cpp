@@ -49,8 +49,8 @@ std::string nameOfProcess(const std::string& number) {
 
 FaultyClient::FaultyClient() : told_(makePipeWithName(tools_.pathOf("svn.told"))) {
     putBack();
-    RunContext::setProcessDefault(former_.withToolsDirectory(tools_.path())
-                                      .withTemporaryDirectory(temporary_.path()));
+    RunContext::setProcessDefault(
+        former_.withToolsDirectory(tools_.path()).withTemporaryDirectory(temporary_.path()));
 }
 
 FaultyClient::~FaultyClient() {

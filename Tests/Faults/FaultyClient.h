@@ -11,9 +11,9 @@
 
 namespace quen::test {
 
-/// Stands in for the client in the process's default context while it lives: a directory of tools in which `svn`
-/// is the child of faults (see FaultChild.cpp), and a fresh place for temporary files. Puts
-/// everything back.
+/// Stands in for the client in the process's default context while it lives: a directory of tools
+/// in which `svn` is the child of faults (see FaultChild.cpp), and a fresh place for temporary
+/// files. Puts everything back.
 class FaultyClient {
 public:
     FaultyClient();

@@ -30,8 +30,9 @@ Error errorOf(Limit limit) {
     return limit == Limit::total
                ? hostError(TaskErrorTimedOut, "The client was ended because it took too long: its "
                                               "limit is 0.4 seconds.")
-               : hostError(TaskErrorIdleTimedOut, "The client was ended because it took too long: it "
-                                                  "wrote nothing for 0.4 seconds.");
+               : hostError(TaskErrorIdleTimedOut,
+                           "The client was ended because it took too long: it "
+                           "wrote nothing for 0.4 seconds.");
 }
 
 TEST(LimitTest, EndEveryKindOfOperationWithAnErrorThatNamesTheLimit) {

@@ -46,7 +46,8 @@ Reading readingBy(bool expatAlone, Path path, const Pieces& pieces) {
 
 Reading wholeBy(bool expatAlone, Path path, std::string_view report) {
     const Forced forced(expatAlone);
-    return test::readingBy([&](XMLReportReader& reader) { return reader.readAll(report); }, path, allOf);
+    return test::readingBy([&](XMLReportReader& reader) { return reader.readAll(report); }, path,
+                           allOf);
 }
 
 /// Whole, byte by byte, and cut in two anywhere, both ways leave what the engine alone leaves.

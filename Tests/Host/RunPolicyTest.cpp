@@ -248,12 +248,11 @@ INSTANTIATE_TEST_SUITE_P(
              .run = {.standardError = outOfDate, .signal = SIGTERM, .end = RunEnd::cancelled},
              .expected = mayHaveLeftLock(TaskErrorCancelled,
                                          "The operation was cancelled before it had finished.")},
-        Case{
-            .name = "timed out",
-            .run = {.signal = SIGKILL, .end = RunEnd::timedOut, .reason = "its limit is 1 second"},
-            .expected = mayHaveLeftLock(TaskErrorTimedOut,
-                                        "The client was ended because it took too long: its limit "
-                                        "is 1 second.")},
+        Case{.name = "timed out",
+             .run = {.signal = SIGKILL, .end = RunEnd::timedOut, .reason = "its limit is 1 second"},
+             .expected = mayHaveLeftLock(TaskErrorTimedOut,
+                                         "The client was ended because it took too long: its limit "
+                                         "is 1 second.")},
         Case{.name = "fell silent",
              .run = {.exitStatus = 1,
                      .end = RunEnd::idleTimedOut,

@@ -34,9 +34,8 @@ int runTourCommand(const Options& options) {
     if (project == nullptr) {
         return fail(problem);
     }
-    const auto recorder = std::make_shared<RunRecorder>(
-        std::make_shared<InterruptibleRunner>(
-            std::make_shared<ClientRunner>(ClientRunner::Options{.endsWithHost = true})));
+    const auto recorder = std::make_shared<RunRecorder>(std::make_shared<InterruptibleRunner>(
+        std::make_shared<ClientRunner>(ClientRunner::Options{.endsWithHost = true})));
     const RunContext::Scope scope(RunContext::current().withToolRunner(recorder));
     TourStage stage(std::move(provider), recorder, Palette::named(options.colour),
                     project->directory().string());

@@ -1,7 +1,7 @@
 #include "Foundation/OperationQueue.h"
 #include "Host/ClassName.h"
-#include "Host/RunContext.h"
 #include "Host/PlugInLoader.h"
+#include "Host/RunContext.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tests/Support/CaseName.h"
