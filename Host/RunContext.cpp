@@ -2,6 +2,7 @@
 
 #include "Foundation/Format.h"
 #include "Host/ClientRunner.h"
+#include "Host/Credentials/SignInRunner.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -79,15 +80,24 @@ struct RunContext::State : Ambient {
     State() = default;
     /// A copy to be changed before anybody else sees it.
     State(const State& other)
-        : Ambient(), toolRunner(other.toolRunner), logHandler(other.logHandler),
-          logAspect(other.logAspect), assertionHandler(other.assertionHandler),
-          toolsDirectory(other.toolsDirectory), temporaryDirectory(other.temporaryDirectory),
-          environment(other.environment), workingDirectory(other.workingDirectory),
-          limits(other.limits), outputWatcher(other.outputWatcher) {}
+        : Ambient(), plainRunner(other.plainRunner), credentials(other.credentials),
+          toolRunner(other.toolRunner), logHandler(other.logHandler), logAspect(other.logAspect),
+          assertionHandler(other.assertionHandler), toolsDirectory(other.toolsDirectory),
+          temporaryDirectory(other.temporaryDirectory), environment(other.environment),
+          workingDirectory(other.workingDirectory), limits(other.limits),
+          outputWatcher(other.outputWatcher) {}
     State& operator=(const State&) = delete;
     ~State() override = default;
 
-    ToolRunnerPtr toolRunner = std::make_shared<ClientRunner>();
+    void composeRunner() {
+        toolRunner = credentials == nullptr
+                         ? plainRunner
+                         : std::make_shared<SignInRunner>(plainRunner, credentials);
+    }
+
+    ToolRunnerPtr plainRunner = std::make_shared<ClientRunner>();
+    CredentialsPtr credentials;
+    ToolRunnerPtr toolRunner = plainRunner; // made of the two
     LogHandler logHandler = printLogLine;
     std::shared_ptr<MarlLogAspect> logAspect = std::make_shared<SourceControlLogAspect>(0);
     AssertionHandler assertionHandler = printAssertion;
@@ -143,7 +153,20 @@ const ToolRunnerPtr& RunContext::toolRunner() const noexcept {
 
 RunContext RunContext::withToolRunner(ToolRunnerPtr runner) const {
     return with([&](State& state) {
-        state.toolRunner = runner != nullptr ? std::move(runner) : std::make_shared<ClientRunner>();
+        state.plainRunner =
+            runner != nullptr ? std::move(runner) : std::make_shared<ClientRunner>();
+        state.composeRunner();
+    });
+}
+
+const CredentialsPtr& RunContext::credentials() const noexcept {
+    return state_->credentials;
+}
+
+RunContext RunContext::withCredentials(CredentialsPtr credentials) const {
+    return with([&](State& state) {
+        state.credentials = std::move(credentials);
+        state.composeRunner();
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "Foundation/Ambient.h"
 #include "Foundation/String.h"
+#include "Host/Credentials/Credentials.h"
 #include "Host/RunSettings.h"
 #include "Host/ToolRunner.h"
 #include "MarlFoundation/MarlAssertionFailureHandler.h"
@@ -48,9 +49,14 @@ public:
     /// default and have not begun.
     static void setProcessDefault(RunContext context);
 
-    /// What runs the client. Default: a ClientRunner. Null brings the default back.
+    /// What runs the client. Default: a ClientRunner. Null brings the default back. Where there are
+    /// credentials, it signs in with them around each run by that runner.
     const ToolRunnerPtr& toolRunner() const noexcept;
     RunContext withToolRunner(ToolRunnerPtr runner) const;
+
+    /// Who signs in where a server asks for it. Default: null, and nobody does.
+    const CredentialsPtr& credentials() const noexcept;
+    RunContext withCredentials(CredentialsPtr credentials) const;
 
     /// Where log messages go that the level admits. Default: a line on standard error. Empty brings
     /// the default back.

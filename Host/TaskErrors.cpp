@@ -17,6 +17,12 @@ const String QuenSourceControlTaskErrorDomain =
     String::constant("QuenSourceControlTaskErrorDomain");
 const String QuenSourceControlTaskErrorCodesKey =
     String::constant("QuenSourceControlTaskErrorCodesKey");
+const String QuenSourceControlSignInFailureKey =
+    String::constant("QuenSourceControlSignInFailureKey");
+const String QuenSourceControlSignInServerKey =
+    String::constant("QuenSourceControlSignInServerKey");
+const String QuenSourceControlSignInClientTextKey =
+    String::constant("QuenSourceControlSignInClientTextKey");
 
 namespace {
 
@@ -100,6 +106,21 @@ Error genericError(const String& message, const RunFacts& facts) {
     }
     return withNumbers(taskError(codeOf(facts), withoutClientPrefixes(message.view())),
                        facts.numbers);
+}
+
+Error withSignInFailure(const Error& error, const SignInFailure& failure, const String& message) {
+    if (!error) {
+        return error;
+    }
+    Dictionary userInfo = error.userInfo();
+    userInfo.set(QuenSourceControlSignInFailureKey, static_cast<std::int64_t>(failure.failure));
+    userInfo.set(QuenSourceControlSignInServerKey, failure.server);
+    userInfo.set(QuenSourceControlSignInClientTextKey,
+                 failure.clientText.isEmpty() ? message : failure.clientText);
+    if (!failure.nextStep.isNil()) {
+        userInfo.set(NSLocalizedRecoverySuggestionErrorKey, failure.nextStep);
+    }
+    return {error.domain(), error.code(), std::move(userInfo)};
 }
 
 Error cancelledError() {

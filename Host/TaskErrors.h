@@ -27,6 +27,10 @@ Error taskError(std::int64_t code, const String& description);
 /// level 2.
 Error genericError(const String& message, const RunFacts& facts);
 
+/// The error with what was found out about why a server let nobody in; nil stays nil. `message` is
+/// the client's own.
+Error withSignInFailure(const Error& error, const SignInFailure& failure, const String& message);
+
 /// The error of what was cancelled.
 Error cancelledError();
 

@@ -23,15 +23,16 @@ struct Meaning {
     std::initializer_list<Numbers> numbers;
 };
 
-const std::array<Meaning, 3> meanings{{
+const std::array<Meaning, 5> meanings{{
+    {TaskFailure::untrustedCertificate, {{230001, 230001}}},
     {TaskFailure::notAuthorised,
      {{170001, 170001},   // authorisation failed
-      {175013, 175013},   // the server forbids it
       {215000, 215002},   // no credentials
-      {215004, 215004},   // none that are accepted
+      {215004, 215004}}}, // none that are accepted
+    {TaskFailure::noPermission,
+     {{175013, 175013},   // the server forbids it
       {220000, 220002},   // the repository's rules forbid reading
-      {220004, 220004},   // and writing
-      {230001, 230001}}}, // the server's certificate is not trusted
+      {220004, 220004}}}, // and writing
     {TaskFailure::locked,
      {{155004, 155004},   // locked
       {155037, 155037},   // an interrupted change must be finished first
@@ -71,6 +72,21 @@ TaskFailure meaningOf(const Array& codes) {
     return isSessionAlone ? TaskFailure::offline : TaskFailure::other;
 }
 
+/// The words of svnserve and of the client's own part in signing in, which share a number.
+TaskFailure failureInWords(const Error& error) {
+    const String words = error.localizedDescription();
+    const auto says = [&words](const char* part) { return words.contains(part); };
+    if (says("Can't get username or password")) {
+        return TaskFailure::noPassword;
+    }
+    if (says("Authorization failed")) {
+        return TaskFailure::noPermission;
+    }
+    return says("Password incorrect") || says("Username not found") || says("SASL(")
+               ? TaskFailure::wrongPassword
+               : TaskFailure::notAuthorised;
+}
+
 TaskFailure failureOfTask(const Error& error) {
     switch (error.code()) {
     case TaskErrorCouldNotStart: return TaskFailure::couldNotStart;
@@ -81,7 +97,8 @@ TaskFailure failureOfTask(const Error& error) {
     default: break;
     }
     if (const Array* codes = error.userInfo()[QuenSourceControlTaskErrorCodesKey].array()) {
-        return meaningOf(*codes);
+        const TaskFailure failure = meaningOf(*codes);
+        return failure == TaskFailure::notAuthorised ? failureInWords(error) : failure;
     }
     // The client itself ends with 0 or 1: a status above 128 is a shell's word for a signal.
     return error.code() > 128 && error.code() <= 192 ? TaskFailure::killed : TaskFailure::other;
@@ -122,6 +139,9 @@ TaskFailure taskFailureOf(const Error& error) {
     if (!error) {
         return TaskFailure::none;
     }
+    if (const std::int64_t* found = error.userInfo()[QuenSourceControlSignInFailureKey].integer()) {
+        return static_cast<TaskFailure>(*found);
+    }
     if (error.domain() == QuenSourceControlTaskErrorDomain) {
         return failureOfTask(error);
     }
@@ -129,6 +149,30 @@ TaskFailure taskFailureOf(const Error& error) {
                                     ? failureOfProvider(error)
                                     : TaskFailure::other;
     return failure == TaskFailure::other ? failureOfCauses(error) : failure;
+}
+
+const char* wordOf(TaskFailure failure) noexcept {
+    switch (failure) {
+    case TaskFailure::none: return nullptr;
+    case TaskFailure::couldNotStart: return "couldNotStart";
+    case TaskFailure::cancelled: return "cancelled";
+    case TaskFailure::timedOut: return "timedOut";
+    case TaskFailure::idleTimedOut: return "fellSilent";
+    case TaskFailure::killed: return "killed";
+    case TaskFailure::offline: return "offline";
+    case TaskFailure::notAuthorised:
+    case TaskFailure::noPassword:
+    case TaskFailure::wrongPassword:
+    case TaskFailure::noPermission:
+    case TaskFailure::keyRefused: return "notAuthorised";
+    case TaskFailure::untrustedCertificate:
+    case TaskFailure::hostKeyUnknown:
+    case TaskFailure::hostKeyChanged: return "untrusted";
+    case TaskFailure::locked: return "locked";
+    case TaskFailure::lost:
+    case TaskFailure::other: break;
+    }
+    return "other";
 }
 
 } // namespace quen

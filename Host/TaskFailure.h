@@ -43,8 +43,23 @@ enum class TaskFailure {
     killed,
     /// The server cannot be reached: work offline, or try again later.
     offline,
-    /// The server does not let this person in, or not there: ask for credentials.
+    /// The server does not let this person in, or not there: ask for credentials. Where more is
+    /// known it is one of the following.
     notAuthorised,
+    /// It wants a name and a password: sign in.
+    noPassword,
+    /// It does not know the name, or the password is another: sign in otherwise.
+    wrongPassword,
+    /// It knows who it is, and that this is not theirs to do: ask whoever runs it.
+    noPermission,
+    /// A host takes none of the secure shell's keys: load the right one.
+    keyRefused,
+    /// A server's certificate is not trusted: show its fingerprint, and let a person decide.
+    untrustedCertificate,
+    /// The same of a host's key that was never seen.
+    hostKeyUnknown,
+    /// A host's key is not the one that is known: warn.
+    hostKeyChanged,
     /// A client is at work in the working copy, or was killed there: wait, or clean it up with
     /// `WorkingCopyCleanup`.
     locked,
@@ -52,8 +67,19 @@ enum class TaskFailure {
     other,
 };
 
+/// User info, where a run was not let in and more was found out about it: the TaskFailure as an
+/// integer, the server (`https://host:443`), and the client's or the secure shell's own words.
+extern const String QuenSourceControlSignInFailureKey;
+extern const String QuenSourceControlSignInServerKey;
+extern const String QuenSourceControlSignInClientTextKey;
+
 /// What the error of an operation tells, whoever made it: the provider, the host, or the client. An
 /// error that says nothing by itself is looked into for the ones that caused it. From any thread.
 TaskFailure taskFailureOf(const Error& error);
+
+/// A failure in one word, for a program: `cancelled`, `timedOut`, `fellSilent`, `couldNotStart`,
+/// `killed`, `offline`, `notAuthorised`, `untrusted`, `locked`, `other`; null for `none`. The finer
+/// kinds share a word.
+const char* wordOf(TaskFailure failure) noexcept;
 
 } // namespace quen

@@ -119,7 +119,9 @@ void QuenSourceControlTaskOperation::main() {
     // reports is not their work, which was done when they ended.
     const bool needsAllOutput =
         !error && request()->type() == RequestTypeDiff && !result().isNothing();
-    setError(needsAllOutput ? errorOfCutOutput(run) : error);
+    const Error ended = needsAllOutput ? errorOfCutOutput(run) : error;
+    setError(run.signInFailure ? withSignInFailure(ended, *run.signInFailure, message.text)
+                               : ended);
 }
 
 } // namespace quen

@@ -2,6 +2,7 @@
 
 #include "Foundation/Data.h"
 #include "Foundation/String.h"
+#include "Host/Credentials/SignInFailure.h"
 #include "Host/RunSettings.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
 
@@ -51,6 +52,8 @@ struct ToolRun {
     /// The tool ended by itself, but something that it had started still held standard output open
     /// when the drain timeout had passed: the output may lack its rest.
     bool leftOutputOpen = false;
+    /// Why a server did not let the tool in, where a runner has found that out.
+    std::optional<SignInFailure> signInFailure = std::nullopt;
 };
 
 /// Runs tools. One runner serves many threads at once.

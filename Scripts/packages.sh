@@ -13,6 +13,7 @@ quen_needs_build=(
     ninja-build=ninja
     pkg-config=pkg-config
     'libexpat1-dev=<expat.h>'
+    'libmd-dev=<md5.h>'
     'libutf8proc-dev=<utf8proc.h>'
     'nlohmann-json3-dev=<nlohmann/json.hpp>'
     'libcli11-dev=<CLI/CLI.hpp>'
@@ -28,6 +29,9 @@ quen_needs_check=(
     openssh-server=/usr/sbin/sshd
     openssh-client=ssh
     locales=/usr/share/i18n/locales/de_DE
+    openssl=openssl
+    libsasl2-modules=/usr/lib/x86_64-linux-gnu/sasl2/libdigestmd5.so
+    sasl2-bin=saslpasswd2
 )
 # shellcheck disable=SC2034
 quen_needs_ci=(

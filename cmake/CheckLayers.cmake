@@ -27,6 +27,7 @@ set(SEEN_BY_Tools Tools/Commands Tools/Terminal ${BELOW_TOOLS})
 # Libraries that one place alone includes, as a pattern of the include and one of the sources.
 set(ENGINES
     "^expat.*=^Foundation/XML[A-Za-z]*\\.(h|cpp)$"
+    "^md5.*=^Host/Credentials/"
     "^utf8proc.*=^(Classes|Host|Tools|Foundation)/"
     "^nlohmann/.*=^Tools/(Console|Server)/"
     "^CLI/.*=^Tools/Commands/CommandLine/")

@@ -29,6 +29,8 @@ install(TARGETS QuenFoundation QuenContract QuenHost EXPORT quen-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         COMPONENT runtime NAMELINK_COMPONENT development
     INCLUDES DESTINATION ${QUEN_HEADER_DIRECTORY})
+install(TARGETS quen-askpass
+    RUNTIME DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
 install(TARGETS QuenSVN EXPORT quen-targets
     LIBRARY DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
 
@@ -61,6 +63,13 @@ install(FILES
     Host/ToolRunner.h
     Host/WorkingCopyCleanup.h
     DESTINATION ${QUEN_HEADER_DIRECTORY}/Host COMPONENT development)
+
+install(FILES
+    Host/Credentials/Credentials.h
+    Host/Credentials/CredentialSource.h
+    Host/Credentials/Secret.h
+    Host/Credentials/SignInFailure.h
+    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Credentials COMPONENT development)
 
 install(FILES
     Host/Facts/ChangeFacts.h

@@ -8,7 +8,7 @@ source_tree=$1 scratch=$2
 # shellcheck source=Tests/Delivery/Expect.sh
 . "$source_tree/Tests/Delivery/Expect.sh"
 
-all_build='g++ cmake ninja-build pkg-config libexpat1-dev libutf8proc-dev nlohmann-json3-dev'
+all_build='g++ cmake ninja-build pkg-config libexpat1-dev libmd-dev libutf8proc-dev nlohmann-json3-dev'
 all_build+=' libcli11-dev subversion'
 
 # A command of the played system: NAME and its text. Every call is recorded.

@@ -23,6 +23,13 @@ Error numbered(std::initializer_list<std::int64_t> numbers) {
             {{QuenSourceControlTaskErrorCodesKey, std::move(codes)}}};
 }
 
+/// The same with the complaint's words.
+Error saying(const String& words, std::initializer_list<std::int64_t> numbers) {
+    Dictionary info = numbered(numbers).userInfo();
+    info.set(NSLocalizedDescriptionKey, words);
+    return {QuenSourceControlTaskErrorDomain, *numbers.begin(), std::move(info)};
+}
+
 Error ofHost(std::int64_t code) {
     return {QuenSourceControlTaskErrorDomain, code};
 }
@@ -82,9 +89,20 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"no local repository", numbered({170013, 180001}), TaskFailure::other},
         Case{"wrong password", numbered({170013, 170001}), TaskFailure::notAuthorised},
         Case{"no credentials left", numbered({170013, 215004}), TaskFailure::notAuthorised},
-        Case{"forbidden", numbered({175013}), TaskFailure::notAuthorised},
+        Case{"forbidden", numbered({175013}), TaskFailure::noPermission},
         Case{"forbidden by the rules of the repository", numbered({220004}),
-             TaskFailure::notAuthorised},
+             TaskFailure::noPermission},
+        Case{"a certificate", numbered({170013, 230001}), TaskFailure::untrustedCertificate},
+        Case{"no password, in words", saying("Can't get username or password", {170013, 170001}),
+             TaskFailure::noPassword},
+        Case{"a wrong password, in words",
+             saying("Authentication error from server: Password incorrect", {170013, 170001}),
+             TaskFailure::wrongPassword},
+        Case{"an unknown user, in words",
+             saying("Authentication error from server: Username not found", {170001}),
+             TaskFailure::wrongPassword},
+        Case{"no permission, in words", saying("Authorization failed", {170013, 170001}),
+             TaskFailure::noPermission},
         Case{"locked", numbered({155004}), TaskFailure::locked},
         Case{"cleanup wanted", numbered({200030, 155037}), TaskFailure::locked},
         Case{"database in use", numbered({200033, 200033, 200042}), TaskFailure::locked},
@@ -110,6 +128,44 @@ INSTANTIATE_TEST_SUITE_P(
              TaskFailure::cancelled},
         Case{"causes that are none", causedBy(Array{"text"}), TaskFailure::other}),
     CaseName());
+
+TEST(TaskFailureTest, IsWhatARunnerFoundOut) {
+    const Error error = withSignInFailure(
+        ofProvider(-21, QuenSourceControlSSHConnectionErrorKey),
+        signInFailure(TaskFailure::hostKeyChanged, "svn+ssh://host", ""), "svn: closed");
+    EXPECT_EQ(taskFailureOf(error), TaskFailure::hostKeyChanged);
+    EXPECT_EQ(error.code(), -21);
+    const Dictionary& info = error.userInfo();
+    EXPECT_EQ(info[QuenSourceControlSignInServerKey], Value("svn+ssh://host"));
+    EXPECT_EQ(info[QuenSourceControlSignInClientTextKey], Value("svn: closed"));
+    EXPECT_TRUE(info[NSLocalizedRecoverySuggestionErrorKey].stringValue().hasPrefix(
+        "The host key of svn+ssh://host"));
+    EXPECT_FALSE(withSignInFailure({}, signInFailure(TaskFailure::noPassword, "", ""), ""));
+}
+
+TEST(TaskFailureTest, HasAWordForPrograms) {
+    EXPECT_EQ(wordOf(TaskFailure::none), nullptr);
+    for (const auto& [failure, word] : std::initializer_list<std::pair<TaskFailure, const char*>>{
+             {TaskFailure::cancelled, "cancelled"},
+             {TaskFailure::timedOut, "timedOut"},
+             {TaskFailure::idleTimedOut, "fellSilent"},
+             {TaskFailure::couldNotStart, "couldNotStart"},
+             {TaskFailure::killed, "killed"},
+             {TaskFailure::offline, "offline"},
+             {TaskFailure::notAuthorised, "notAuthorised"},
+             {TaskFailure::noPassword, "notAuthorised"},
+             {TaskFailure::wrongPassword, "notAuthorised"},
+             {TaskFailure::noPermission, "notAuthorised"},
+             {TaskFailure::keyRefused, "notAuthorised"},
+             {TaskFailure::untrustedCertificate, "untrusted"},
+             {TaskFailure::hostKeyUnknown, "untrusted"},
+             {TaskFailure::hostKeyChanged, "untrusted"},
+             {TaskFailure::locked, "locked"},
+             {TaskFailure::lost, "other"},
+             {TaskFailure::other, "other"}}) {
+        EXPECT_STREQ(wordOf(failure), word);
+    }
+}
 
 struct LockCase {
     const char* name;

@@ -32,7 +32,12 @@ std::string nameOf(ServerKind kind) {
     case ServerKind::files: return "files";
     case ServerKind::svnserve: return "svnserve";
     case ServerKind::svnserveWithPassword: return "svnserveWithPassword";
+    case ServerKind::svnserveWithSASL: return "svnserveWithSASL";
+    case ServerKind::svnserveOpenToRead: return "svnserveOpenToRead";
     case ServerKind::httpd: return "httpd";
+    case ServerKind::httpdWithDigest: return "httpdWithDigest";
+    case ServerKind::httpdOpenToRead: return "httpdOpenToRead";
+    case ServerKind::httpsd: return "httpsd";
     case ServerKind::sshd: return "sshd";
     }
     return "";

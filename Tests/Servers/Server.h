@@ -16,8 +16,13 @@ enum class ServerKind {
     files, ///< no server: the repository's own files
     svnserve,
     svnserveWithPassword,
-    httpd, ///< with a password
-    sshd,  ///< with a key, which has a svnserve started for it
+    svnserveWithSASL,   ///< a password by way of DIGEST-MD5
+    svnserveOpenToRead, ///< who changes something needs a password
+    httpd,              ///< with a password
+    httpdWithDigest,    ///< with a password that is never sent
+    httpdOpenToRead,    ///< who changes something needs a password
+    httpsd,             ///< with a password, and a certificate that nobody vouches for
+    sshd,               ///< with a key, which has a svnserve started for it
 };
 
 std::string nameOf(ServerKind kind);

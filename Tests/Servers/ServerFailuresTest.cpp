@@ -42,10 +42,11 @@ std::ostream& operator<<(std::ostream& out, const Case& each) {
 
 class ServerFailures : public ::testing::TestWithParam<Case> {};
 
-/// On a terminal of its own, with somebody in front of it who does not type.
+/// On a terminal of its own, with somebody in front of it who is not to be asked.
 void expectNoQuestion(const Journey& journey, const std::string& url) {
-    Terminal terminal(journey.sandbox().invocation(
-        {Sandbox::program(), "log", url}, journey.sandbox().root(), journey.server().variables()));
+    Terminal terminal(journey.sandbox().invocation({Sandbox::program(), "log", "--no-ask", url},
+                                                   journey.sandbox().root(),
+                                                   journey.server().variables()));
     EXPECT_EQ(terminal.waitForEnd(), 1) << terminal.shown();
     EXPECT_THAT(terminal.shown(), HasSubstr("quen log: "));
 }

@@ -22,6 +22,25 @@ password-db = passwd
 realm = quen
 )";
 
+constexpr const char* svnserveOpenToRead = R"([general]
+anon-access = read
+password-db = passwd
+realm = quen
+)";
+
+constexpr const char* svnserveWithSASL = R"([general]
+anon-access = none
+realm = quen
+[sasl]
+use-sasl = true
+)";
+
+constexpr const char* saslSettings = R"(pwcheck_method: auxprop
+auxprop_plugin: sasldb
+sasldb_path: $DIRECTORY/sasldb
+mech_list: DIGEST-MD5
+)";
+
 constexpr const char* svnserveUsers = R"([users]
 $USER = $PASSWORD
 )";
@@ -49,16 +68,42 @@ LoadModule dav_svn_module $MODULES/mod_dav_svn.so
 <Location /repository>
     DAV svn
     SVNPath $ROOT/repository
-    AuthType Basic
     AuthName quen
-    AuthBasicProvider file
     AuthUserFile $DIRECTORY/users
+)";
+
+constexpr const char* basicSettings = R"(    AuthType Basic
+    AuthBasicProvider file
     Require valid-user
 </Location>
 )";
 
+constexpr const char* openToReadSettings = R"(    AuthType Basic
+    AuthBasicProvider file
+    <LimitExcept GET PROPFIND OPTIONS REPORT>
+        Require valid-user
+    </LimitExcept>
+</Location>
+)";
+
+constexpr const char* digestSettings = R"(    AuthType Digest
+    AuthDigestProvider file
+    Require valid-user
+</Location>
+LoadModule auth_digest_module $MODULES/mod_auth_digest.so
+)";
+
+constexpr const char* tlsSettings = R"(LoadModule ssl_module $MODULES/mod_ssl.so
+SSLSessionCache none
+SSLEngine on
+SSLCertificateFile $DIRECTORY/certificate.pem
+SSLCertificateKeyFile $DIRECTORY/key.pem
+)";
+
 /// The password as httpd keeps it: `wonder land`.
 constexpr const char* httpdUsers = "$USER:{SHA}w24zq5KWQmx3ubdRSJwinHNdFYQ=\n";
+/// The same for a digest.
+constexpr const char* digestUsers = "$USER:quen:$DIGEST\n";
 
 /// The person's own shell runs the command; with another home it reads none of their files.
 constexpr const char* sshdSettings = R"(ListenAddress $PLACE
@@ -108,9 +153,10 @@ public:
         std::filesystem::create_directory(directory_);
     }
 
-    ServerPlan svnserve(bool wantsPassword) const {
+    ServerPlan svnserve(const char* settings) const {
+        const bool wantsPassword = settings != svnserveOpen;
         const auto configuration = sandbox_.root() / "repository/conf";
-        write(configuration / "svnserve.conf", wantsPassword ? svnserveClosed : svnserveOpen);
+        write(configuration / "svnserve.conf", settings);
         write(configuration / "passwd", svnserveUsers);
         return {{"svnserve", "--daemon", "--foreground", "--listen-host", place_.address,
                  "--listen-port", std::to_string(place_.port), "--root", sandbox_.root().string()},
@@ -119,10 +165,32 @@ public:
                 {}};
     }
 
-    ServerPlan httpd() const {
-        write(directory_ / "users", httpdUsers);
+    ServerPlan svnserveBySASL() const {
+        ServerPlan plan = svnserve(svnserveWithSASL);
+        write(directory_ / "svn.conf", saslSettings);
+        const std::string makeUser = filled("printf %s '$PASSWORD' | saslpasswd2 -c -p -u quen "
+                                            "-f '$DIRECTORY/sasldb' $USER");
+        runOrThrow(sandbox_, {"sh", "-c", makeUser});
+        plan.command.insert(plan.command.begin(), {"env", filled("SASL_CONF_PATH=$DIRECTORY")});
+        return plan;
+    }
+
+    ServerPlan httpsd() const {
+        runOrThrow(sandbox_,
+                   {"openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2",
+                    "-subj", "/CN=quen-test", "-addext", filled("subjectAltName=IP:$ADDRESS"),
+                    "-keyout", filled("$DIRECTORY/key.pem"), "-out",
+                    filled("$DIRECTORY/certificate.pem")});
+        ServerPlan plan = httpd(std::string(basicSettings) + tlsSettings);
+        plan.url.replace(0, 4, "https");
+        plan.realm.replace(0, 5, "<https");
+        return plan;
+    }
+
+    ServerPlan httpd(const std::string& settings) const {
+        write(directory_ / "users", settings == digestSettings ? digestUsers : httpdUsers);
         write(directory_ / "httpd.conf",
-              std::string(httpdSettings) + (isRoot() ? "User #$NOBODY\nGroup #$NOBODY\n" : ""));
+              httpdSettings + settings + (isRoot() ? "User #$NOBODY\nGroup #$NOBODY\n" : ""));
         if (isRoot()) {
             giveRepositoryToNobody();
         }
@@ -161,6 +229,7 @@ private:
             {"$PORT", std::to_string(place_.port)},
             {"$MODULES", "/usr/lib/apache2/modules"},
             {"$NOBODY", nobody},
+            {"$DIGEST", "ac006c9b0192b95852b5ed2223e8b74f"},
             {"$USER", Server::user},
             {"$PASSWORD", Server::password}};
         for (const auto& [name, value] : values) {
@@ -194,9 +263,14 @@ ServerPlan planServer(const Sandbox& sandbox, ServerKind kind, const Loopback& p
     const Planner planner(sandbox, place);
     switch (kind) {
     case ServerKind::files: break;
-    case ServerKind::svnserve: return planner.svnserve(false);
-    case ServerKind::svnserveWithPassword: return planner.svnserve(true);
-    case ServerKind::httpd: return planner.httpd();
+    case ServerKind::svnserve: return planner.svnserve(svnserveOpen);
+    case ServerKind::svnserveWithPassword: return planner.svnserve(svnserveClosed);
+    case ServerKind::svnserveWithSASL: return planner.svnserveBySASL();
+    case ServerKind::svnserveOpenToRead: return planner.svnserve(svnserveOpenToRead);
+    case ServerKind::httpd: return planner.httpd(basicSettings);
+    case ServerKind::httpdWithDigest: return planner.httpd(digestSettings);
+    case ServerKind::httpdOpenToRead: return planner.httpd(openToReadSettings);
+    case ServerKind::httpsd: return planner.httpsd();
     case ServerKind::sshd: return planner.sshd();
     }
     return {{}, sandbox.url(), "", {}};

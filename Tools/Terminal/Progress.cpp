@@ -120,14 +120,28 @@ void Progress::show(std::string doing, std::size_t items) {
     facts_.items = items;
 }
 
+void Progress::pause() {
+    const std::lock_guard lock(mutex_);
+    isPaused_ = true;
+    if (!drawn_.empty()) {
+        drawn_.clear();
+        writeToTerminal("\r" + std::string(clearRestOfLine));
+    }
+}
+
+void Progress::resume() {
+    const std::lock_guard lock(mutex_);
+    isPaused_ = false;
+}
+
 void Progress::drawUntilOver() {
     std::unique_lock lock(mutex_);
     while (!over_.wait_for(lock, redrawInterval, [this] { return isOver_; })) {
         ProgressFacts facts{printable(facts_.doing), facts_.items};
         facts.elapsed = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start_);
-        lock.unlock();
-        draw(facts);
-        lock.lock();
+        if (!isPaused_) {
+            draw(facts);
+        }
     }
 }
 

@@ -42,6 +42,10 @@ public:
 
     void show(std::string doing, std::size_t items);
 
+    /// Takes the line away, and draws none until `resume`: somebody is being asked something.
+    void pause();
+    void resume();
+
 private:
     using Clock = std::chrono::steady_clock;
 
@@ -52,6 +56,7 @@ private:
     std::mutex mutex_;
     std::condition_variable over_;
     bool isOver_ = false;
+    bool isPaused_ = false;
     ProgressFacts facts_;
     std::string drawn_;
     std::thread thread_;

@@ -1,11 +1,14 @@
 #include "Tools/Commands/Session/Session.h"
 
 #include "Host/ClientRunner.h"
+#include "Host/Credentials/Credentials.h"
 #include "Host/RequestRefusal.h"
 #include "Tools/Commands/Session/ErrorTexts.h"
+#include "Tools/Commands/Session/TerminalCredentials.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Provider/Provider.h"
 #include "Tools/Terminal/InterruptWatch.h"
+#include "Tools/Terminal/Question.h"
 
 #include <iostream>
 #include <utility>
@@ -14,9 +17,9 @@ namespace quen::tools {
 
 namespace {
 
-ToolRunnerPtr makeRunner(bool keepsTerminal) {
-    return std::make_shared<ClientRunner>(
-        ClientRunner::Options{.keepsTerminal = keepsTerminal, .endsWithHost = true});
+/// By default a person is asked who sees the question and whose keys reach nothing else.
+bool mayAsk(const CommonOptions& options) {
+    return !options.asksNever && (options.asks || canAsk());
 }
 
 } // namespace
@@ -30,15 +33,37 @@ void CommonOptions::addTo(Subcommand& command) {
     command.flag("--json", json, "Print the records as JSON");
     addColourOption(command, colour);
     command.option("--username", user, "User name for the repository");
-    command.flag("--ask", asksOnTerminal,
-                 "Let svn ask on this terminal, for a password for instance");
+    const Parameter ask =
+        command.flag("--ask", asks,
+                     "Ask on the terminal when a server wants a password or a decision, also "
+                     "where input or output are not the terminal's");
+    command.flag("--no-ask", asksNever, "Never ask; fail where a server wants an answer")
+        .excludes(ask);
+    command.flag("--password-from-stdin", readsPassword,
+                 "Read a password from standard input when a server wants one");
+    command.flag("--keep-password", keepsPassword,
+                 "Have svn keep a password that proves right, in a keyring");
     command.option("--plug-in", plugIn, "The plug-in's module");
 }
 
 Session::Session(const CommonOptions& options, QuenSourceControlProtocolPtr provider,
                  std::string command)
     : options_(options), provider_(std::move(provider)), command_(std::move(command)),
-      scope_(RunContext::current().withToolRunner(makeRunner(options.asksOnTerminal))) {}
+      scope_(RunContext::current()
+                 .withToolRunner(std::make_shared<ClientRunner>(
+                     ClientRunner::Options{.endsWithHost = true}))
+                 .withCredentials(credentials())) {}
+
+CredentialsPtr Session::credentials() {
+    const SignInOptions signIn{mayAsk(options_), options_.readsPassword, options_.keepsPassword};
+    const auto credentials =
+        Credentials::make(std::make_shared<TerminalCredentials>(signIn, [this](bool isPaused) {
+            if (progress_) {
+                isPaused ? progress_->pause() : progress_->resume();
+            }
+        }));
+    return signIn.asks || signIn.readsPassword ? credentials : credentials->forBackground();
+}
 
 Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, std::string command) {
     std::string problem;
@@ -97,8 +122,7 @@ void Session::run(const QuenSourceControlOperationPtr& operation, Follow follow)
     std::cerr.flush();
     if (follow == Follow::progress) {
         report_ = ClientReport();
-        // A client that has the terminal may be asking there.
-        if (!options_.asksOnTerminal && canShowProgress()) {
+        if (canShowProgress()) {
             progress_.emplace();
         }
     }

@@ -21,7 +21,10 @@ namespace quen::tools {
 /// Options that every sub-command for people has.
 struct CommonOptions {
     bool json = false;
-    bool asksOnTerminal = false;
+    bool asks = false;
+    bool asksNever = false;
+    bool readsPassword = false;
+    bool keepsPassword = false;
     std::string colour = "auto";
     std::string user;
     std::string plugIn;
@@ -85,6 +88,7 @@ private:
     Session(const CommonOptions& options, QuenSourceControlProtocolPtr provider,
             std::string command);
 
+    CredentialsPtr credentials();
     RunContext contextFor(Follow follow);
     void run(const QuenSourceControlOperationPtr& operation, Follow follow);
 
