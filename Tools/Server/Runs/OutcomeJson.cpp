@@ -4,14 +4,11 @@
 #include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace quen::tools::server {
 
 namespace {
-
-constexpr std::int64_t untrustedCertificate = 230001;
 
 /// The errors that caused this one.
 std::vector<Error> causesOf(const Error& error) {
@@ -43,32 +40,7 @@ OrderedJson codesOf(const Error& error, const std::string& clientText) {
     return codes;
 }
 
-const char* wordOf(TaskFailure failure) {
-    switch (failure) {
-    case TaskFailure::cancelled: return "cancelled";
-    case TaskFailure::timedOut: return "timedOut";
-    case TaskFailure::idleTimedOut: return "fellSilent";
-    case TaskFailure::couldNotStart: return "couldNotStart";
-    case TaskFailure::killed: return "killed";
-    case TaskFailure::offline: return "offline";
-    case TaskFailure::notAuthorised: return "notAuthorised";
-    case TaskFailure::locked: return "locked";
-    default: return "other";
-    }
-}
-
 } // namespace
-
-bool meansUntrusted(const Error& error) {
-    const Array* const codes = error.userInfo()[QuenSourceControlTaskErrorCodesKey].array();
-    if (codes != nullptr && std::any_of(codes->begin(), codes->end(), [](const Value& code) {
-            return code == Value(untrustedCertificate);
-        })) {
-        return true;
-    }
-    const std::vector<Error> causes = causesOf(error);
-    return std::any_of(causes.begin(), causes.end(), meansUntrusted);
-}
 
 OrderedJson errorJson(const Error& error, const std::string& clientText) {
     if (!error) {
@@ -91,10 +63,8 @@ OrderedJson errorJson(const Error& error, const std::string& clientText) {
 }
 
 OrderedJson failureJson(const Error& error) {
-    if (!error) {
-        return nullptr;
-    }
-    return meansUntrusted(error) ? "untrusted" : wordOf(taskFailureOf(error));
+    const char* const word = wordOf(taskFailureOf(error));
+    return word == nullptr ? OrderedJson() : OrderedJson(word);
 }
 
 void addOutcome(OrderedJson& answer, const Ran& ran) {

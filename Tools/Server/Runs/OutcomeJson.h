@@ -17,7 +17,4 @@ OrderedJson failureJson(const Error& error);
 /// The two at the end of an answer: `error` and `failure`, both null when all is well.
 void addOutcome(OrderedJson& answer, const Ran& ran);
 
-/// Whether the client's certificate check failed.
-bool meansUntrusted(const Error& error);
-
 } // namespace quen::tools::server
