@@ -6,14 +6,25 @@
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace quen::tools {
 
 namespace {
 
+/// The server waits for signals itself: it ends its requests and their clients first.
+bool takesSignalsItself(const std::vector<std::string>& words) {
+    return !words.empty() && words.front() == "serve";
+}
+
 int run(const std::vector<std::string>& words) {
     try {
-        const InterruptWatch watch;
+        std::optional<InterruptWatch> watch;
+        if (!takesSignalsItself(words)) {
+            watch.emplace();
+        }
         CommandLine line;
         addAllCommands(line);
         int status = line.run(words);

@@ -50,8 +50,8 @@ Session::Session(const CommonOptions& options, QuenSourceControlProtocolPtr prov
                  std::string command)
     : options_(options), provider_(std::move(provider)), command_(std::move(command)),
       scope_(RunContext::current()
-                 .withToolRunner(std::make_shared<ClientRunner>(
-                     ClientRunner::Options{.endsWithHost = true}))
+                 .withToolRunner(
+                     std::make_shared<ClientRunner>(ClientRunner::Options{.endsWithHost = true}))
                  .withCredentials(credentials())) {}
 
 CredentialsPtr Session::credentials() {
