@@ -87,7 +87,7 @@ struct Surroundings {
           context(RunContext()
                       .withToolRunner(std::make_shared<EchoRunner>(ledger))
                       .withToolsDirectory("/tools/" + name)
-                      .withWorkingDirectory("/work/" + name)
+                      .withWorkingDirectory("/directories/" + name)
                       .withEnvironment({{"NAME", name}})
                       .withLimits({.total = std::chrono::milliseconds(1000 + number)})
                       .withLogLevel(isLogged ? 1 : 0)
@@ -106,7 +106,7 @@ struct Surroundings {
 
     /// What an operation of that name must leave here.
     void expect(const std::string& operation) {
-        expected.insert("run of " + operation + " in /work/" + name + ", NAME=" + name + ", 100" +
+        expected.insert("run of " + operation + " in /directories/" + name + ", NAME=" + name + ", 100" +
                         name + " ms");
         expected.insert("output of " + operation);
         expected.insert("assertion of " + operation);
