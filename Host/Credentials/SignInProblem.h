@@ -25,7 +25,7 @@ enum class SignInProblem {
 SignInProblem signInProblemOf(std::string_view standardError);
 
 /// What the secure shell's own words tell; `secureShell` where they are not known.
-SignInProblem secureShellProblemOf(std::string_view standardError);
+SignInProblem secureShellProblemOf(std::string_view text);
 
 /// Where the client says that it could not get to; empty where it does not.
 std::string urlInComplaint(std::string_view standardError);

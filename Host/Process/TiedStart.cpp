@@ -29,7 +29,7 @@ constexpr std::size_t kernelMaskSize = kernelSignals / CHAR_BIT;
 
 struct Birth {
     const TiedStart& start;
-    pid_t host;
+    pid_t host = -1;
     int error = 0;
 };
 

@@ -145,20 +145,19 @@ TEST(OperationTest, TellsThatItsQueueDroppedIt) {
         const char* name;
         std::function<void(OperationQueuePtr& queue)> drop;
     };
-    for (const auto& [name, drop] :
-         {Case{"cancelled", [](auto& queue) { queue->cancelAllOperations(); }},
-          Case{"cancelled for good", [](auto& queue) { queue->cancel(); }},
-          Case{"let go", [](auto& queue) { queue.reset(); }}}) {
+    for (const Case& way : {Case{"cancelled", [](auto& queue) { queue->cancelAllOperations(); }},
+                            Case{"cancelled for good", [](auto& queue) { queue->cancel(); }},
+                            Case{"let go", [](auto& queue) { queue.reset(); }}}) {
         Words words;
         OperationQueuePtr queue = OperationQueue::make(0);
         OperationQueue* const inside = queue.get();
         inside->addOperation(std::make_shared<Telling>(words, [&] {
             inside->addOperation(std::make_shared<Telling>(words));
-            drop(queue);
+            way.drop(queue);
             words.emplace_back("dropped");
         }));
         EXPECT_EQ(words, (Words{"main in none", "skipped in none", "dropped", "ended in none"}))
-            << name;
+            << way.name;
     }
 }
 

@@ -13,10 +13,12 @@ constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
 /// As UTF-8 writes them: marks, embeddings, overrides and isolates of the direction of writing, and
 /// the separators of lines and paragraphs.
+// NOLINTBEGIN(misc-misleading-bidirectional): they are what is looked for
 constexpr std::array<std::string_view, 14> deceptive{
     "\xD8\x9C",     "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xA8", "\xE2\x80\xA9",
     "\xE2\x80\xAA", "\xE2\x80\xAB", "\xE2\x80\xAC", "\xE2\x80\xAD", "\xE2\x80\xAE",
     "\xE2\x81\xA6", "\xE2\x81\xA7", "\xE2\x81\xA8", "\xE2\x81\xA9"};
+// NOLINTEND(misc-misleading-bidirectional)
 
 /// What Palette writes.
 constexpr std::array<std::string_view, 7> colours{"\x1b[0m",  "\x1b[1m",  "\x1b[2m", "\x1b[31m",
@@ -48,7 +50,7 @@ std::string made(std::string_view text, std::string_view allowed, bool allowsCol
         const std::size_t colour = allowsColours ? lengthOfOneOf(colours, rest) : 0;
         const bool isAllowed = allowed.find(rest[0]) != std::string_view::npos;
         const std::size_t unsafe = colour > 0 || isAllowed ? 0 : lengthOfUnsafe(rest);
-        const std::size_t length = std::max<std::size_t>({colour, unsafe, 1});
+        const auto length = std::max<std::size_t>({colour, unsafe, 1});
         shown += unsafe > 0 ? replacement : rest.substr(0, length);
         rest.remove_prefix(length);
     }
