@@ -251,8 +251,6 @@ struct Refusal {
     const char* method;
     Json params;
     const char* message;
-
-    friend void PrintTo(const Refusal& self, std::ostream* out) { *out << self.message; }
 };
 
 TEST_F(ServeChanges, RefusalsNameTheMember) {
