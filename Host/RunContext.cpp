@@ -80,7 +80,8 @@ struct RunContext::State : Ambient {
     State() = default;
     /// A copy to be changed before anybody else sees it.
     State(const State& other)
-        : Ambient(), plainRunner(other.plainRunner), credentials(other.credentials),
+        : Ambient(), // NOLINT(readability-redundant-member-init): gcc wants it said
+          plainRunner(other.plainRunner), credentials(other.credentials),
           toolRunner(other.toolRunner), logHandler(other.logHandler), logAspect(other.logAspect),
           assertionHandler(other.assertionHandler), toolsDirectory(other.toolsDirectory),
           temporaryDirectory(other.temporaryDirectory), environment(other.environment),

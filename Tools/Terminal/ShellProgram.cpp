@@ -51,6 +51,7 @@ pid_t startShellProgram(const ShellProgram& program) noexcept {
     std::vector<std::string> words{"sh", "-c", program.script, "sh"};
     words.insert(words.end(), program.arguments.begin(), program.arguments.end());
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }
