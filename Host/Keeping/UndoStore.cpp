@@ -38,6 +38,7 @@ private:
     void takeBelow(const fs::path& path);
     void keepFile(const fs::path& path, const struct stat& facts);
     void keepLink(const fs::path& path, const struct stat& facts);
+    ManifestItem& add(const fs::path& path, UndoItem::Kind kind, const struct stat& facts);
     void refuse(const fs::path& path, std::string reason) {
         refused.push_back({String(path.string()), String(reason), {}});
     }
@@ -75,10 +76,7 @@ void Gathering::takeOne(const fs::path& path) {
     } else if (S_ISLNK(facts.st_mode)) {
         keepLink(path, facts);
     } else if (S_ISDIR(facts.st_mode)) {
-        manifest.items.push_back({{String(path.string()), UndoItem::Kind::directory, 0},
-                                  facts.st_mode & 07777U,
-                                  {},
-                                  {}});
+        add(path, UndoItem::Kind::directory, facts);
         takeBelow(path);
     } else {
         refuse(path, "it is neither a file, a link nor a directory");
@@ -118,8 +116,15 @@ void Gathering::keepFile(const fs::path& path, const struct stat& facts) {
     std::error_code ignored;
     const std::uint64_t kept = fs::file_size(content, ignored);
     room_ -= std::min(room_, kept);
-    manifest.items.push_back(
-        {{String(path.string()), UndoItem::Kind::file, kept}, facts.st_mode & 07777U, {}, {}});
+    add(path, UndoItem::Kind::file, facts).item.size = kept;
+}
+
+ManifestItem& Gathering::add(const fs::path& path, UndoItem::Kind kind, const struct stat& facts) {
+    ManifestItem& added = manifest.items.emplace_back();
+    added.item.path = path.string();
+    added.item.kind = kind;
+    added.permissions = facts.st_mode & 07777U;
+    return added;
 }
 
 void Gathering::keepLink(const fs::path& path, const struct stat& facts) {
@@ -129,10 +134,7 @@ void Gathering::keepLink(const fs::path& path, const struct stat& facts) {
         refuse(path, error.message());
         return;
     }
-    manifest.items.push_back({{String(path.string()), UndoItem::Kind::link, 0},
-                              facts.st_mode & 07777U,
-                              destination.string(),
-                              {}});
+    add(path, UndoItem::Kind::link, facts).destination = destination.string();
 }
 
 String realPath(const String& path) {

@@ -17,7 +17,7 @@ std::string withPlainAt(std::string location) {
     const bool isServer = slash == location.find("://") + 2;
     for (auto at = location.find("%40", slash); at != std::string::npos && !isServer;
          at = location.find("%40", slash)) {
-        location.replace(at, 3, "@");
+        location.replace(at, 3, 1, '@');
     }
     return location;
 }
