@@ -57,6 +57,19 @@ TEST_F(BrowsingTest, InfoTellsWhereAnItemLiesAndItsLastChange) {
           "\"QuenSourceControlOperationDateKey\":\"DATE\"}]\n"}});
 }
 
+TEST_F(BrowsingTest, ACommandThatDoesNotExistIsAnsweredWithTheNearest) {
+    expectEach(sandbox_, {{{"stauts"},
+                           "",
+                           2,
+                           "quen: \"stauts\" is not a command. Did you mean \"status\"? `quen "
+                           "--help` lists them all.\n"},
+                          {{"frobnicate"},
+                           "",
+                           2,
+                           "quen: \"frobnicate\" is not a command. `quen --help` lists them "
+                           "all.\n"}});
+}
+
 TEST_F(BrowsingTest, InfoChecksWithoutAWord) {
     expectEach(sandbox_, {{{"info", "--check", "hello.c", "new.c"}, ""},
                           {{"info", "--check", sandbox_.url("tags")}, ""}});

@@ -79,7 +79,8 @@ TEST_F(LocalEditCommandsTest, RevertTakesNamesAsTheyAre) {
         sandbox_.write(name, "two\n");
     }
 
-    expectEach(sandbox_, {{withNames({"revert"}, awkwardNames), "Reverted 11 items.\n"},
+    expectEach(sandbox_, {{withNames({"revert", "--yes"}, awkwardNames),
+                           "Reverted 11 items. `quen undo` brings back what the files held.\n"},
                           {withNames({"revert"}, awkwardNames), "Nothing to revert.\n"},
                           {{"revert", "--json", "."}, "null\n"}});
 
@@ -90,7 +91,7 @@ TEST_F(LocalEditCommandsTest, RevertTakesNamesAsTheyAre) {
 TEST_F(LocalEditCommandsTest, RemoveTakesNamesAsTheyAre) {
     commitFiles(awkwardNames);
 
-    expectEach(sandbox_, {{withNames({"remove"}, awkwardNames), "Removed 11 items.\n"}});
+    expectEach(sandbox_, {{withNames({"remove", "--yes"}, awkwardNames), "Removed 11 items.\n"}});
 
     for (const std::string& name : awkwardNames) {
         EXPECT_FALSE(std::filesystem::exists(sandbox_.workingCopy() / name)) << name;

@@ -51,6 +51,24 @@ TEST_F(CommitCommandTest, TellsTheNewRevision) {
     EXPECT_EQ(messageOf("3"), "[WIP]\n");
 }
 
+TEST_F(CommitCommandTest, RefusesAnEmptyMessage) {
+    sandbox_.write("blank.txt", " \n\n");
+    for (const Sandbox::Words& words : {Sandbox::Words{"commit", "-m", ""},
+                                        {"commit", "-m", " \n"},
+                                        {"commit", "-F", "-"},
+                                        {"commit", "-F", "blank.txt"}}) {
+        SCOPED_TRACE(testing::PrintToString(words));
+        const Ran ran = sandbox_.quen(words);
+        EXPECT_EQ(ran.err, "quen commit: The message is empty, so nothing was done.\n");
+        EXPECT_EQ(ran.status, 1);
+    }
+}
+
+TEST_F(CommitCommandTest, SendsAMessageThatNamesAFile) {
+    expectEach(sandbox_, {{{"commit", "-m", "a.c"}, "Committed revision 2.\n"}});
+    EXPECT_EQ(messageOf("2"), "a.c\n\n");
+}
+
 TEST_F(CommitCommandTest, TakesNamesAsTheyAre) {
     const Sandbox::Words names{"icon@2x.png", "-dash.c", "with blank.c", "\xC3\xBC.c", "[x]"};
     for (const std::string& name : names) {

@@ -2,6 +2,7 @@
 #include "Tests/System/StuckServer.h"
 #include "Tests/System/Terminal.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
@@ -272,6 +273,100 @@ TEST_F(QuestionTest, RevertDoesNotAskWhereNothingIsLostOrThePersonIsSure) {
     Terminal sure(invocation({"revert", "--yes", "a.c"}));
     EXPECT_EQ(sure.waitForEnd(), 0);
     EXPECT_EQ(sandbox_.read("a.c"), "one\n");
+}
+
+TEST_F(QuestionTest, WhereNobodyCanBeAskedNothingIsLost) {
+    sandbox_.write("new.c", "new\n");
+    struct Case {
+        Sandbox::Words words;
+        std::string shown;
+    };
+    for (const auto& [words, shown] :
+         {Case{{"revert", "."}, "modified  a.c\n"},
+          Case{{"remove", "a.c", "new.c"}, "modified     a.c\nunversioned  new.c\n"}}) {
+        const Ran ran = sandbox_.quen(words);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_THAT(ran.err, HasSubstr(shown));
+        EXPECT_THAT(ran.err, HasSubstr("--yes"));
+        EXPECT_EQ(sandbox_.read("a.c"), "two\n");
+    }
+}
+
+TEST_F(QuestionTest, UndoBringsBackWhatWasLost) {
+    sandbox_.write("new.c", "new\n");
+    EXPECT_EQ(sandbox_.quen({"undo"}).out, "Nothing to undo.\n");
+    for (const Sandbox::Words& words :
+         {Sandbox::Words{"revert", "--yes", "."}, {"remove", "--yes", "a.c", "new.c"}}) {
+        ASSERT_EQ(sandbox_.quen(words).status, 0);
+        EXPECT_NE(sandbox_.svn({"status"}), "M       a.c\n");
+
+        const Ran ran = sandbox_.quen({"undo"});
+
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        EXPECT_THAT(ran.out, HasSubstr("Brought back "));
+        EXPECT_EQ(sandbox_.read("a.c"), "two\n");
+        EXPECT_EQ(sandbox_.read("new.c"), "new\n");
+        sandbox_.svn({"revert", "-q", "a.c"});
+        sandbox_.write("a.c", "two\n");
+    }
+}
+
+TEST_F(QuestionTest, NoMoreIsShownThanAScreenHolds) {
+    for (int i = 0; i < 25; ++i) {
+        sandbox_.write("new/" + std::to_string(i) + ".c", "one\n");
+    }
+    sandbox_.svn({"add", "-q", "new"});
+
+    const Ran ran = sandbox_.quen({"remove", "new"});
+
+    EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 22) << ran.err;
+    EXPECT_THAT(ran.err, HasSubstr("\n... and 5 more items\n"));
+    EXPECT_EQ(ran.status, 1);
+}
+
+TEST_F(QuestionTest, RevertLooksIntoCopies) {
+    sandbox_.svn({"revert", "-q", "a.c"});
+    sandbox_.svn({"copy", "-q", "a.c", "copy.c"});
+    sandbox_.write("copy.c", "edited\n");
+
+    EXPECT_THAT(sandbox_.quen({"revert", "copy.c"}).err, HasSubstr("copy.c\n"));
+    EXPECT_EQ(sandbox_.read("copy.c"), "edited\n");
+    EXPECT_EQ(sandbox_.quen({"revert", "--yes", "copy.c"}).status, 0);
+    EXPECT_EQ(sandbox_.quen({"undo"}).out, "copy.c\nBrought back 1 item of the last revert.\n");
+    EXPECT_EQ(sandbox_.read("copy.c"), "edited\n");
+}
+
+TEST_F(QuestionTest, PropertiesAreNamed) {
+    sandbox_.svn({"propset", "-q", "color", "red", "a.c"});
+
+    EXPECT_THAT(sandbox_.quen({"revert", "a.c"}).err,
+                HasSubstr("modified, properties modified  a.c\n"));
+    EXPECT_EQ(sandbox_.quen({"revert", "--yes", "a.c"}).status, 0);
+    const Ran ran = sandbox_.quen({"undo"});
+    EXPECT_EQ(sandbox_.neutral(ran.err),
+              "quen undo: Not brought back: changed properties of SANDBOX/wc/a.c.\n");
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(sandbox_.svn({"status"}), "M       a.c\n");
+}
+
+TEST_F(QuestionTest, UndoNeverOverwritesNewerWork) {
+    ASSERT_EQ(sandbox_.quen({"revert", "--yes", "a.c"}).status, 0);
+    sandbox_.write("a.c", "newer\n");
+
+    const Ran ran = sandbox_.quen({"undo"});
+
+    EXPECT_THAT(ran.err, HasSubstr("What was kept is in \"a.c.undone\".\n"));
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(sandbox_.read("a.c"), "newer\n");
+    EXPECT_EQ(sandbox_.read("a.c.undone"), "two\n");
+}
+
+TEST_F(QuestionTest, WhatIsPrintedAsJsonIsUndoneAsWell) {
+    EXPECT_EQ(sandbox_.quen({"revert", "--yes", "--json", "a.c"}).out, "null\n");
+    EXPECT_EQ(sandbox_.neutral(sandbox_.quen({"undo", "--json"}).out),
+              "[{\"QuenSourceControlOperationPathKey\":{\"MarlFilePath\":\"SANDBOX/wc/a.c\"}}]\n");
+    EXPECT_EQ(sandbox_.read("a.c"), "two\n");
+    EXPECT_EQ(sandbox_.quen({"undo", "--json"}).out, "null\n");
 }
 
 TEST_F(QuestionTest, RemoveAsksForWhatIsOnTheDiskAlone) {

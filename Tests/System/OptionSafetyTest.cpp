@@ -20,12 +20,20 @@ using Runs = std::vector<Sandbox::Words>;
 constexpr const char* fileOption = "-Fa.c";
 constexpr const char* settingOption = "--config-option=config:helpers:diff-cmd=false";
 
-/// What the plug-in's own lists hold, those with a value first.
-const std::set<std::string> optionsWithValue = {"--accept", "--limit", "--username",
+/// What the lists of the plug-in and of the host's plans hold, those with a value first.
+const std::set<std::string> optionsWithValue = {"--accept", "--depth", "--limit", "--username",
                                                 "-c",       "-m",      "-r"};
-const std::set<std::string> plainOptions = {
-    "--force", "--no-ignore", "--parents", "--stop-on-copy", "--summarize", "--xml",
-    "-R",      "-u",          "-v"};
+const std::set<std::string> plainOptions = {"--force",
+                                            "--ignore-externals",
+                                            "--internal-diff",
+                                            "--no-ignore",
+                                            "--parents",
+                                            "--stop-on-copy",
+                                            "--summarize",
+                                            "--xml",
+                                            "-R",
+                                            "-u",
+                                            "-v"};
 
 /// The arguments that the client would read as options and that are none of the plug-in's own.
 Sandbox::Words strayOptions(const Sandbox::Words& arguments) {
@@ -120,6 +128,7 @@ std::vector<Form> formsWith(const std::string& name, const Sandbox& sandbox) {
             {{"branches", "--", name}},
             {{"add", "--", name}},
             {{"revert", "--yes", "--", name}},
+            {{"undo", "--", name}, false},
             {{"resolve", "--", name}},
             {{"commit", "-m", "M", "--", name}},
             {{"copy", "--", name, "b.c"}},

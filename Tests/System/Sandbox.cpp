@@ -106,6 +106,7 @@ ProcessInvocation Sandbox::invocation(const Words& words, const std::filesystem:
     invocation.arguments.insert(invocation.arguments.end(), variables.begin(), variables.end());
     invocation.arguments.insert(invocation.arguments.end(), words.begin(), words.end());
     invocation.environment = {{"HOME", (root_ / "home").string()},
+                              {"XDG_STATE_HOME", String()},
                               {"TZ", "UTC"},
                               {"LC_ALL", "C.UTF-8"},
                               {"LANGUAGE", String()},

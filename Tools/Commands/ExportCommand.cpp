@@ -1,4 +1,5 @@
 #include "Foundation/PathComponents.h"
+#include "Host/Keeping/FileWriter.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
@@ -32,15 +33,23 @@ fs::path targetFor(const Options& options, const FetchedFile& file) {
     return fs::is_directory(target, error) ? target / file.path.filename() : target;
 }
 
-/// The temporary place may lie in another file system.
-std::error_code move(const fs::path& from, const fs::path& to) {
+/// Whole or not at all: a file is written beside its place and renamed into it. A link in its place
+/// is replaced, never followed. What is not a file, such as a link, is moved.
+std::error_code put(const fs::path& from, const fs::path& to, bool overwrites) {
     std::error_code error;
+    if (fs::is_regular_file(fs::symlink_status(from, error))) {
+        const Error failure = copyFile(from.string(), to.string(),
+                                       {.existing = overwrites ? FileWriter::Existing::replaced
+                                                               : FileWriter::Existing::refused,
+                                        .link = FileWriter::Link::replaced,
+                                        .mode = {}});
+        // The code of such an error is the system's.
+        return failure ? std::error_code(static_cast<int>(failure.code()), std::generic_category())
+                       : std::error_code();
+    }
     fs::rename(from, to, error);
-    if (error) {
-        fs::copy(from, to,
-                 fs::copy_options::recursive | fs::copy_options::copy_symlinks |
-                     fs::copy_options::overwrite_existing,
-                 error);
+    if (error == std::errc::cross_device_link) {
+        fs::copy(from, to, fs::copy_options::recursive | fs::copy_options::copy_symlinks, error);
     }
     return error;
 }
@@ -64,7 +73,7 @@ int place(const Session& session, const FetchedFile& file, const Options& option
         session.tell(shown + " is there already. --force overwrites it.");
         return ExitFailure;
     }
-    if (const std::error_code error = move(file.path, target)) {
+    if (const std::error_code error = put(file.path, target, options.overwrites)) {
         session.tell(shown + " cannot be written: " + error.message() + ".");
         return ExitFailure;
     }

@@ -1,4 +1,4 @@
-#include "Tools/Commands/Changes/ChangeList.h"
+#include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
@@ -8,9 +8,13 @@ namespace quen::tools {
 
 namespace {
 
+Outcome<Losses> losses(const Session& session, const std::vector<String>& paths) {
+    return Losses::ofPlan(session, "remove", planRemove(paths, Losses::run));
+}
+
 int runRemoveCommand(Session& session, const LocalEditOptions& options) {
-    return runLocalEdit(
-        session, {RequestTypeRemove, "Removed", "remove", "item", changesLostByRemoval}, options);
+    const LocalEdit edit{RequestTypeRemove, "Removed", "remove", "item", losses};
+    return runLocalEdit(session, edit, options);
 }
 
 } // namespace

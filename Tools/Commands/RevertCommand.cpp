@@ -1,4 +1,4 @@
-#include "Tools/Commands/Changes/ChangeList.h"
+#include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
@@ -8,9 +8,13 @@ namespace quen::tools {
 
 namespace {
 
+Outcome<Losses> losses(const Session& session, const std::vector<String>& paths) {
+    return Losses::ofPlan(session, "revert", planRevert(paths, Losses::run));
+}
+
 int runRevertCommand(Session& session, const LocalEditOptions& options) {
-    return runLocalEdit(
-        session, {RequestTypeRevert, "Reverted", "revert", "item", changesLostByRevert}, options);
+    const LocalEdit edit{RequestTypeRevert, "Reverted", "revert", "item", losses};
+    return runLocalEdit(session, edit, options);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Session/Session.h"
 #include "Tools/Provider/Provider.h"
+#include "Tools/Terminal/InterruptWatch.h"
 #include "Tools/Terminal/InterruptibleRunner.h"
 #include "Tools/Tour/TourSteps.h"
 
@@ -42,7 +43,8 @@ int runTourCommand(const Options& options) {
     try {
         walkTour(*project, stage);
     } catch (const std::exception& error) {
-        return fail(error.what());
+        // A step that an interrupt cut short leaves the next one without what it needs.
+        return fail(InterruptWatch::wasInterrupted() ? "Interrupted." : error.what());
     }
     stage.printTable();
     // The current directory is about to go.

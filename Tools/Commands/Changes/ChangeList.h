@@ -16,17 +16,6 @@ constexpr std::uint32_t committedChanges =
     QuenSourceControlStatusModified | QuenSourceControlStatusPropertiesModified |
     QuenSourceControlStatusConflicted | QuenSourceControlStatusPropertiesConflicted;
 
-/// What is on the disk alone and goes when an item is reverted.
-constexpr std::uint32_t changesLostByRevert =
-    QuenSourceControlStatusReplaced | QuenSourceControlStatusModified |
-    QuenSourceControlStatusPropertiesModified | QuenSourceControlStatusConflicted |
-    QuenSourceControlStatusPropertiesConflicted;
-
-/// Likewise when it is removed, with everything in it.
-constexpr std::uint32_t changesLostByRemoval = changesLostByRevert | QuenSourceControlStatusAdded |
-                                               QuenSourceControlStatusUnversioned |
-                                               QuenSourceControlStatusIgnored;
-
 /// The items at and below the paths whose status has one of the flags, a line each in aligned
 /// columns: `modified  src/a.c`. Explained where the client does not tell the status.
 Outcome<std::vector<std::string>> linesOfChanges(Session& session, const SourceTree& source,

@@ -3,12 +3,10 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
-#include "Tools/Commands/Changes/ChangeList.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
-#include "Tools/Terminal/Question.h"
 
 #include <algorithm>
-#include <iostream>
+#include <filesystem>
 
 namespace quen::tools {
 
@@ -18,38 +16,40 @@ bool anyIsRemote(const std::vector<std::string>& paths) {
     return std::any_of(paths.begin(), paths.end(), isRepositoryURL);
 }
 
-/// Asks a person before changes are lost. Where nobody can be asked the command is taken at its
-/// word.
-Outcome<bool> mayLoseChanges(Session& session, const SourceTree& source, const LocalEdit& edit,
-                             const LocalEditOptions& options) {
-    if (edit.lostChanges == 0 || options.isSure || !canAsk() || anyIsRemote(options.paths)) {
-        return true;
+std::vector<String> absolutePaths(const std::vector<std::string>& paths) {
+    std::vector<String> absolute;
+    absolute.reserve(paths.size());
+    for (const std::string& path : paths) {
+        absolute.emplace_back(std::filesystem::absolute(path).lexically_normal().string());
     }
-    const auto changes = linesOfChanges(session, source, options.paths, edit.lostChanges);
-    if (!changes) {
-        return changes.explained();
-    }
-    for (const std::string& change : *changes) {
-        std::cerr << change << '\n';
-    }
-    return changes->empty() ||
-           ask("What is not in the repository is then lost. " + edit.toDo + " all the same?");
+    return absolute;
+}
+
+Outcome<Losses> lossesOf(const Session& session, const LocalEdit& edit,
+                         const LocalEditOptions& options) {
+    return edit.losses && !anyIsRemote(options.paths)
+               ? edit.losses(session, absolutePaths(options.paths))
+               : Losses(edit.toDo, {});
 }
 
 int makeEdit(Session& session, const SourceTree& source, const LocalEdit& edit,
-             const LocalEditOptions& options, Dictionary requestOptions) {
+             const LocalEditOptions& options, Losses losses, Dictionary requestOptions) {
     const bool isRemote = anyIsRemote(options.paths);
     const auto request =
         makeRequest(edit.type, source, clientPaths(options.paths), std::move(requestOptions));
-    return makeChange(session, {request, isRemote ? "" : options.paths.front()},
-                      [&](const Value& result, const ClientReport& report) {
-                          if (isRemote) {
-                              return committedSummary(result, report);
-                          }
-                          return report.items() == 0
-                                     ? "Nothing to " + edit.toDo + "."
-                                     : edit.done + " " + counted(report.items(), edit.noun) + ".";
-                      });
+    losses.keep(session, options.paths.front());
+    const int status = makeChange(session, {request, isRemote ? "" : options.paths.front()},
+                                  [&](const Value& result, const ClientReport& report) {
+                                      if (isRemote) {
+                                          return committedSummary(result, report);
+                                      }
+                                      return report.items() == 0
+                                                 ? "Nothing to " + edit.toDo + "."
+                                                 : edit.done + " " +
+                                                       counted(report.items(), edit.noun) + "." +
+                                                       losses.advice();
+                                  });
+    return losses.conclude(session, status);
 }
 
 } // namespace
@@ -67,19 +67,23 @@ int runLocalEdit(Session& session, const LocalEdit& edit, const LocalEditOptions
     if (!source) {
         return source.status();
     }
-    const auto mayGoOn = mayLoseChanges(session, *source, edit, options);
-    if (!mayGoOn || !*mayGoOn) {
-        return mayGoOn ? ExitFailure : mayGoOn.status();
+    const auto losses = lossesOf(session, edit, options);
+    if (!losses) {
+        return losses.status();
+    }
+    const auto mayGo = losses->mayGo(session, options.isSure);
+    if (!mayGo || !*mayGo) {
+        return mayGo ? ExitFailure : mayGo.status();
     }
     // Only what goes to the repository at once has a message.
     if (!anyIsRemote(options.paths) && options.message.needsEditor()) {
-        return makeEdit(session, *source, edit, options, Dictionary());
+        return makeEdit(session, *source, edit, options, *losses, Dictionary());
     }
     LogMessage message(session);
     if (!message.obtain(options.message, options.paths)) {
         return ExitFailure;
     }
-    return message.conclude(makeEdit(session, *source, edit, options,
+    return message.conclude(makeEdit(session, *source, edit, options, *losses,
                                      {{QuenSourceControlRequestOptionMessage, message.text()}}));
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/Changes/Losses.h"
 #include "Tools/Commands/Session/Session.h"
 
-#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,8 +31,9 @@ struct LocalEdit {
     std::string done;
     std::string toDo;
     std::string noun = "item";
-    /// The changes that it takes from the disk; 0 for none. A person is asked before.
-    std::uint32_t lostChanges = 0;
+    /// What it would take from the disk, of absolute paths; empty for nothing. A person is asked
+    /// before.
+    std::function<Outcome<Losses>(const Session&, const std::vector<String>&)> losses = {};
 };
 
 /// Does it and tells how it went. The exit status.

@@ -1,5 +1,6 @@
 #include "Tools/Commands/Changes/LogMessage.h"
 
+#include "Host/Keeping/FileWriter.h"
 #include "Host/RunContext.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/Editor.h"
@@ -7,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <system_error>
@@ -98,19 +100,41 @@ LogMessage::~LogMessage() {
 }
 
 bool LogMessage::obtain(const MessageOptions& options, const std::vector<std::string>& about) {
+    if (!options.text && !options.file) {
+        return edit(about);
+    }
     if (options.text) {
         text_ = *options.text;
-        return true;
+    } else if (!readFrom(*options.file)) {
+        return false;
     }
-    return options.file ? readFrom(*options.file) : edit(about);
+    if (text_.find_first_not_of(blanks) == std::string::npos) {
+        session_.tell("The message is empty, so nothing was done.");
+        return false;
+    }
+    sayThatItIsText();
+    return true;
+}
+
+void LogMessage::sayThatItIsText() {
+    std::error_code ignored;
+    if (std::filesystem::exists(text_, ignored)) {
+        text_ += '\n';
+    }
 }
 
 int LogMessage::conclude(int status) {
-    if (status != ExitSuccess && !keptIn_.empty()) {
+    if (status != ExitSuccess) {
+        keepUnlessEmpty();
+    }
+    return status;
+}
+
+void LogMessage::keepUnlessEmpty() {
+    if (!keptIn_.empty() && !text_.empty()) {
         session_.tell("Your message is kept in " + keptIn_);
         keptIn_.clear();
     }
-    return status;
 }
 
 bool LogMessage::readFrom(const std::string& file) {
@@ -140,17 +164,24 @@ bool LogMessage::edit(const std::vector<std::string>& about) {
         return false;
     }
     std::string problem;
-    if (!editFile(editor, keptIn_, problem)) {
-        session_.tell(problem);
+    const bool wasEdited = editFile(editor, keptIn_, problem);
+    const auto content = contentOf(keptIn_);
+    text_ = messageInEditorText(content.value_or(""));
+    if (!wasEdited || !content) {
+        session_.tell(wasEdited ? "The message cannot be read from " + keptIn_ : problem);
+        keepUnlessEmpty();
         return false;
     }
-    text_ = messageInEditorText(contentOf(keptIn_).value_or(""));
     if (text_.empty()) {
         session_.tell("The message is empty, so nothing was done.");
         return false;
     }
-    // What would be kept is the message alone, fit for -F.
-    writeWhole(keptIn_, text_ + '\n');
+    // What would be kept is the message alone, fit for -F; as it was edited where there is no room.
+    if (const Error error = writeFile(keptIn_, text_ + '\n',
+                                      {.existing = FileWriter::Existing::replaced, .mode = {}})) {
+        session_.tell(error);
+    }
+    sayThatItIsText();
     return true;
 }
 

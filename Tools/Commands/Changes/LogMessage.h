@@ -50,6 +50,9 @@ public:
 private:
     bool readFrom(const std::string& file);
     bool edit(const std::vector<std::string>& about);
+    /// The client refuses a message that is the name of a file, unless a line feed ends it.
+    void sayThatItIsText();
+    void keepUnlessEmpty();
 
     const Session& session_;
     std::string text_;

@@ -31,6 +31,7 @@ private:
     void choose(std::function<int()> action) { action_ = std::move(action); }
     void setUsageStatus(const CLI::App& app, int status) { usageStatuses_[&app] = status; }
     int usageStatus() const;
+    int tellUnknown(const std::string& word) const;
 
     std::unique_ptr<CLI::App> app_;
     std::function<int()> action_;

@@ -4,11 +4,20 @@
 #include "Tools/Terminal/Times.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace quen::tools {
 
 std::string shownText(const Dictionary& record, const String& key) {
     return printable(record[key].stringValue().view());
+}
+
+std::string shownPath(std::string_view path) {
+    std::error_code error;
+    const std::filesystem::path here = std::filesystem::current_path(error);
+    const std::string relative = std::filesystem::path(path).lexically_relative(here).string();
+    return printable(relative.empty() || relative.starts_with("..") ? path : relative);
 }
 
 std::string changeLine(const Dictionary& record, const Palette& palette, Date now) {
