@@ -106,8 +106,8 @@ struct Surroundings {
 
     /// What an operation of that name must leave here.
     void expect(const std::string& operation) {
-        expected.insert("run of " + operation + " in /directories/" + name + ", NAME=" + name + ", 100" +
-                        name + " ms");
+        expected.insert("run of " + operation + " in /directories/" + name + ", NAME=" + name +
+                        ", 100" + name + " ms");
         expected.insert("output of " + operation);
         expected.insert("assertion of " + operation);
         expected.insert("end of " + operation);
