@@ -94,13 +94,17 @@ bool hasInput(const QuenSourceControlRequest& request, RequestInput input) {
     case RequestInput::oneFile: return fileCountOf(request) == 1;
     case RequestInput::startingRevision: return !request.startingRevision().isNil();
     case RequestInput::endingRevision: return !request.endingRevision().isNil();
-    case RequestInput::message:
+    case RequestInput::message: return hasOption(request, QuenSourceControlRequestOptionMessage);
     case RequestInput::sourceLocation:
+        return hasOption(request, QuenSourceControlRequestOptionSourceLocation);
     case RequestInput::logOutputFilesChanged:
+        return hasOption(request, QuenSourceControlRequestOptionLogOutputFilesChanged);
     case RequestInput::logOutputLimit:
+        return hasOption(request, QuenSourceControlRequestOptionLogOutputLimit);
     case RequestInput::logStopOnBranching:
+        return hasOption(request, QuenSourceControlRequestOptionLogStopOnBranching);
     case RequestInput::supplyDirectRevision:
-        return hasOption(request, String(nameOfRequestInput(input)));
+        return hasOption(request, QuenSourceControlRequestOptionSupplyDirectRevision);
     }
     return false;
 }

@@ -257,7 +257,7 @@ TEST_F(ErrorTranslationByOperation, EndlessNoticesEndAndWhatFollowsThemIsTransla
     const auto operation = makeOperation<AskedOperation>(theirs());
     std::string text;
     for (int i = 0; i < 200000; ++i) {
-        text += std::string(homeless) + noSuch;
+        text.append(homeless).append(noSuch);
     }
     const String end = "svn: File 'x' is out of date";
     EXPECT_EQ(operation->errorFromErrorMessage(text + end.str()),

@@ -265,15 +265,27 @@ TEST_F(UndoStoreTest, WhatAKilledProcessLeftIsNoStep) {
     EXPECT_EQ(countOfSteps(), 2U);
 }
 
+ManifestItem itemOf(const char* path, UndoItem::Kind kind, mode_t permissions) {
+    ManifestItem item;
+    item.item.path = path;
+    item.item.kind = kind;
+    item.permissions = permissions;
+    return item;
+}
+
 TEST(UndoManifestTest, ComesBackAsItWasAndNotFromLess) {
     UndoManifest manifest;
     manifest.workingCopy = "/home/me/a b%";
     manifest.step = "revert";
     manifest.time = 1'763'000'000'000'000;
     manifest.notes = {"a note\nof two lines", ""};
-    manifest.items.push_back({{"/x\001", UndoItem::Kind::file, 12}, 0754, {}, PlaceState::at("/")});
-    manifest.items.push_back({{"/l", UndoItem::Kind::link, 0}, 0777, "../ b", {}});
-    manifest.items.push_back({{"/d", UndoItem::Kind::directory, 0}, 0700, {}, PlaceState()});
+    manifest.items = {itemOf("/x\001", UndoItem::Kind::file, 0754),
+                      itemOf("/l", UndoItem::Kind::link, 0777),
+                      itemOf("/d", UndoItem::Kind::directory, 0700)};
+    manifest.items[0].item.size = 12;
+    manifest.items[0].left = PlaceState::at("/");
+    manifest.items[1].destination = "../ b";
+    manifest.items[2].left = PlaceState();
     const std::string text = manifest.text();
     const auto read = UndoManifest::fromText(text);
     ASSERT_TRUE(read.has_value());
