@@ -181,7 +181,9 @@ public:
                     "-subj", "/CN=quen-test", "-addext", filled("subjectAltName=IP:$ADDRESS"),
                     "-keyout", filled("$DIRECTORY/key.pem"), "-out",
                     filled("$DIRECTORY/certificate.pem")});
-        ServerPlan plan = httpd(std::string(basicSettings) + tlsSettings);
+        std::string settings(basicSettings);
+        settings.append(tlsSettings);
+        ServerPlan plan = httpd(settings);
         plan.url.replace(0, 4, "https");
         plan.realm.replace(0, 5, "<https");
         return plan;

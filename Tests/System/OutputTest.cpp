@@ -125,7 +125,9 @@ protected:
         sandbox_.commit("Message\xE2\x80\xAE \xE2\x81\xA6 \xC2\x9B"
                         "31m",
                         "al\xE2\x80\xAEice");
-        sandbox_.write(override, std::string(hostile) + "\n");
+        std::string text(hostile);
+        text.push_back('\n');
+        sandbox_.write(override, text);
         sandbox_.write("new\xE2\x80\xAE.c", "new\n");
         file_ = override;
     }
