@@ -8,6 +8,8 @@
 
 namespace quen {
 
+using namespace test;
+
 namespace {
 
 /// Configured in the ways that people find: with a separator at the end or without, half, not at

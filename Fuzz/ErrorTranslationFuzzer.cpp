@@ -17,6 +17,8 @@
 
 namespace quen {
 
+using namespace test;
+
 namespace {
 
 using Make = QuenSourceControlTaskOperationPtr (*)();

@@ -12,6 +12,8 @@
 
 namespace quen {
 
+using namespace test;
+
 namespace {
 
 Request query(std::int32_t type, const String& name, bool isValid = true) {

@@ -6,6 +6,8 @@
 
 namespace quen {
 
+using namespace test;
+
 void fuzz(FuzzInput input) {
     static const auto tree = repository({.branchesLocation = "file:///r/branches"});
     const ReportChoices choices = reportChoices(input);

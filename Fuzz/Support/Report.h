@@ -9,6 +9,8 @@
 
 namespace quen {
 
+using namespace test;
+
 /// What the input's first three bytes choose for a target that reads a report.
 struct ReportChoices {
     /// Left to the target.
