@@ -49,18 +49,14 @@ bool isWellFormed(std::string_view bytes) {
     return true;
 }
 
-} // namespace
-
-std::optional<std::string> expectedText(std::string_view bytes) {
-    if (isWellFormed(bytes)) {
-        return std::string(bytes);
+/// A line, its end included, as the text of before UTF-8 that it is where it is not UTF-8.
+std::string decodedLine(std::string_view line) {
+    if (isWellFormed(line)) {
+        return std::string(line);
     }
     std::string text;
-    for (const char c : bytes) {
+    for (const char c : line) {
         const auto byte = static_cast<unsigned char>(c);
-        if (byte == 0) {
-            return std::nullopt;
-        }
         if (byte >= 0xC0) {
             text += {'\xC3', static_cast<char>(byte - 0x40)};
         } else if (byte >= 0x80) {
@@ -70,6 +66,27 @@ std::optional<std::string> expectedText(std::string_view bytes) {
         }
     }
     return text;
+}
+
+} // namespace
+
+std::optional<std::string> expectedText(std::string_view bytes) {
+    if (isWellFormed(bytes)) {
+        return std::string(bytes);
+    }
+    std::string text;
+    std::string line;
+    for (const char c : bytes) {
+        if (c == '\0') {
+            return std::nullopt;
+        }
+        line += c;
+        if (c == '\n') {
+            text += decodedLine(line);
+            line.clear();
+        }
+    }
+    return text + decodedLine(line);
 }
 
 } // namespace quen
