@@ -44,6 +44,8 @@ quen_needs_ci=(
     git=git
     lintian=lintian
     dpkg-dev=dpkg-shlibdeps
+    nodejs=node
+    npm=npm
 )
 
 quen_status_unavailable=69
