@@ -83,7 +83,7 @@ TEST_F(LogTest, SaysWhatIsWrong) {
          {{"log", "-r", "yesterday"},
           "",
           2,
-          "--revision: \"yesterday\" is not a revision or range of them. A revision is a number, "
+          "--revision: \"yesterday\" is not a valid revision or range. A revision is a number, "
           "HEAD, BASE, PREV, COMMITTED or a date in braces, a range is two of them with a colon "
           "between.\n"
           "Run with --help for more information.\n"},
@@ -95,8 +95,8 @@ TEST_F(LogTest, SaysWhatIsWrong) {
     for (const std::string limit : {"0", "-1", "x", "1x", "9223372036854775808"}) {
         const Ran ran = sandbox_.quen({"log", "--limit=" + limit});
         EXPECT_EQ(ran.status, 2);
-        EXPECT_THAT(ran.err,
-                    testing::HasSubstr("--limit: \"" + limit + "\" is not a number of revisions."));
+        EXPECT_THAT(ran.err, testing::HasSubstr("--limit: \"" + limit +
+                                                "\" is not a number of revisions (at least 1)"));
     }
 }
 

@@ -120,10 +120,10 @@ int runBlameCommand(Session& session, const Options& options) {
 void addBlameCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("blame", "Show who changed each line of a file last, when, and in which revision");
+        line.add("blame", "Show who last changed each line of a file, when and in which revision");
     addRevisionOption(command, options->revisions, true,
-                      "The file as of a revision, or only what the revisions A:B changed");
-    command.argument("FILE", options->path, "A path or URL").required();
+                      "Blame the file as of a revision, or only the changes of A:B");
+    command.argument("FILE", options->path, "Path or URL").required();
     runInSession<Options>(command, options, runBlameCommand);
 }
 

@@ -67,9 +67,8 @@ int runBranchCommand(Session& session, const Options& options) {
 
 void addBranchCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command =
-        line.add("branch", "Show which branch a working copy or URL is on; make or delete one");
-    command.argument("PATH", options->path, "A path or URL (default: here)");
+    Subcommand command = line.add("branch", "Show the current branch; create or delete a branch");
+    command.argument("PATH", options->path, "Path or URL (default: .)");
     options->layout.addTo(command);
     runInSession<Options>(command, options, runBranchCommand);
     addBranchEditCommands(command);

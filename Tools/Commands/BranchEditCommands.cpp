@@ -78,8 +78,8 @@ int runEdit(Session& session, const Edit& edit, const Options& options) {
 Subcommand addEdit(Subcommand& branch, const Edit& edit, const std::string& help,
                    const std::shared_ptr<Options>& options) {
     Subcommand command = branch.subcommand(edit.name, help);
-    command.argument("NAME", options->name, "The branch").required();
-    command.argument("PATH", options->path, "A path or URL in the project (default: here)");
+    command.argument("NAME", options->name, "Name of the branch").required();
+    command.argument("PATH", options->path, "Path or URL in the project (default: .)");
     options->message.addTo(command);
     options->layout.addTo(command);
     runInSession<Options>(command, options, [edit](Session& session, const Options& given) {
@@ -95,9 +95,9 @@ Subcommand addEdit(Subcommand& branch, const Edit& edit, const std::string& help
 void addBranchEditCommands(Subcommand& branch) {
     const auto creation = std::make_shared<Options>();
     Subcommand create = addEdit(branch, {"create", RequestTypeRemoteCopy, "New branch"},
-                                "Make a branch in the repository", creation);
+                                "Create a branch in the repository", creation);
     create.option("--from", creation->from,
-                  "What to branch off: a branch, a URL or ^/NAME (default: the trunk)");
+                  "Branch, URL or ^/PATH to branch from (default: trunk)");
 
     addEdit(branch, {"delete", RequestTypeRemoteRemove, "Deletion of branch"},
             "Delete a branch in the repository", std::make_shared<Options>());

@@ -37,7 +37,7 @@ int runBranchesCommand(Session& session, const Options& options) {
 void addBranchesCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
     Subcommand command = line.add("branches", "List the project's branches");
-    command.argument("PATH", options->path, "A path or URL in the project (default: here)");
+    command.argument("PATH", options->path, "Path or URL in the project (default: .)");
     options->layout.addTo(command);
     runInSession<Options>(command, options, runBranchesCommand);
 }

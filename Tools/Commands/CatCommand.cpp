@@ -65,14 +65,12 @@ int runCatCommand(Session& session, const Options& options) {
 
 void addCatCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("cat", "Print a file as the repository holds it");
+    Subcommand command = line.add("cat", "Print a file as of a revision");
     const Parameter revision = addRevisionOption(
-        command, options->revision, false,
-        "Which revision (default: the one that the working copy is based on; of a URL the "
-        "youngest)");
-    command.flag("--peg", options->pegs, "The path names what was there in revision REV")
+        command, options->revision, false, "Revision to print (default: BASE, or HEAD of a URL)");
+    command.flag("--peg", options->pegs, "Look the path up in revision REV, to reach deleted items")
         .needs(revision);
-    command.argument("FILE", options->path, "A path or URL").required();
+    command.argument("FILE", options->path, "Path or URL").required();
     runInSession<Options>(command, options, runCatCommand);
 }
 

@@ -41,10 +41,11 @@ int runCheckoutCommand(Session& session, const Options& options) {
 
 void addCheckoutCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    Subcommand command = line.add("checkout", "Make a new working copy");
-    addRevisionOption(command, options->revision, false, "Which revision (default: the youngest)");
-    command.argument("URL", options->url, "What to check out").required();
-    command.argument("DIRECTORY", options->directory, "Where to (default: the URL's last part)");
+    Subcommand command = line.add("checkout", "Create a working copy of a URL");
+    addRevisionOption(command, options->revision, false, "Revision to check out (default: HEAD)");
+    command.argument("URL", options->url, "URL to check out").required();
+    command.argument("DIRECTORY", options->directory,
+                     "Directory to create (default: the last part of the URL)");
     runInSession<Options>(command, options, runCheckoutCommand);
 }
 

@@ -67,9 +67,9 @@ int runCommitCommand(Session& session, const Options& options) {
 
 void addCommitCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    Subcommand command = line.add("commit", "Send the changes of a working copy to the repository");
+    Subcommand command = line.add("commit", "Commit local changes");
     options->message.addTo(command);
-    command.arguments("PATH", options->paths, "Files or directories (default: here)");
+    command.arguments("PATH", options->paths, "Files or directories (default: .)");
     runInSession<Options>(command, options, runCommitCommand);
 }
 

@@ -42,9 +42,9 @@ int runCopyCommand(Session& session, const Options& options) {
 void addCopyCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("copy", "Copy an item, with its history, to a place in a working copy");
-    command.argument("SOURCE", options->source, "A path or URL").required();
-    command.argument("DESTINATION", options->destination, "A path").required();
+        line.add("copy", "Copy an item to a place in a working copy, keeping its history");
+    command.argument("SOURCE", options->source, "Path or URL to copy").required();
+    command.argument("DESTINATION", options->destination, "Path of the copy").required();
     runInSession<Options>(command, options, runCopyCommand);
 }
 

@@ -141,20 +141,20 @@ std::string checkNumber(const std::string& text) {
 
 void addDiffCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("diff", "Show what has changed, line by line or by name");
+    Subcommand command = line.add("diff", "Show changes line by line");
     const Parameter revisions =
-        addRevisionOption(command, options->targets.revisions, true, "The two revisions, A:B");
+        addRevisionOption(command, options->targets.revisions, true, "Compare two revisions, A:B");
     const Parameter change =
-        command.option("-c,--change", options->change, "What revision N changed")
+        command.option("-c,--change", options->change, "Show the changes made in revision N")
             .checked(checkNumber, "N")
             .excludes(revisions);
     command
         .flag("--summarize", options->summarizes,
-              "Only the names of what differs between two places, OLD and NEW, or one place "
-              "in two revisions")
+              "Show only the names of what differs between OLD and NEW, or between two "
+              "revisions of one place")
         .excludes(change);
     command.arguments("PATH", options->targets.paths,
-                      "Paths or URLs (default: here); with --summarize OLD and NEW");
+                      "Paths or URLs (default: .); with --summarize, OLD and NEW");
     runInSession<Options>(command, options, runDiffCommand);
 }
 

@@ -95,16 +95,16 @@ int runExportCommand(Session& session, const Options& options) {
 
 void addExportCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("export", "Write a file as it is in a revision to another place");
+    Subcommand command = line.add("export", "Write a file as of a revision to another place");
     const Parameter revision =
         addRevisionOption(command, options->revision, false,
-                          "Which revision (default: what the working copy holds; of a URL the "
-                          "youngest)");
-    command.flag("--peg", options->pegs, "The path names what was there in revision REV")
+                          "Revision to export (default: the file in the working copy, or HEAD of a "
+                          "URL)");
+    command.flag("--peg", options->pegs, "Look the path up in revision REV, to reach deleted items")
         .needs(revision);
-    command.flag("--force", options->overwrites, "Overwrite what is there");
-    command.argument("FILE", options->path, "A path or URL").required();
-    command.argument("TARGET", options->target, "A name or directory (default: here)");
+    command.flag("--force", options->overwrites, "Overwrite an existing file");
+    command.argument("FILE", options->path, "Path or URL").required();
+    command.argument("TARGET", options->target, "File or directory to write to (default: .)");
     runInSession<Options>(command, options, runExportCommand);
 }
 

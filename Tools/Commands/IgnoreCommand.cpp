@@ -15,8 +15,7 @@ int runIgnoreCommand(Session& session, const IgnoreOptions& options) {
 
 void addIgnoreCommand(CommandLine& line) {
     const auto options = std::make_shared<IgnoreOptions>();
-    Subcommand command =
-        line.add("ignore", "Add names or patterns to the ignored ones of their directories");
+    Subcommand command = line.add("ignore", "Ignore names or patterns (svn:ignore)");
     options->addTo(command);
     runInSession<IgnoreOptions>(command, options, runIgnoreCommand);
 }

@@ -46,10 +46,11 @@ int runImportCommand(Session& session, const Options& options) {
 
 void addImportCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    Subcommand command = line.add("import", "Put a directory or file into the repository");
+    Subcommand command =
+        line.add("import", "Add a directory or file to the repository without a working copy");
     options->message.addTo(command);
-    command.argument("PATH", options->path, "What to import").required();
-    command.argument("URL", options->url, "What it becomes; a directory's content goes into it")
+    command.argument("PATH", options->path, "Directory or file to import").required();
+    command.argument("URL", options->url, "URL to create; the content of a directory goes into it")
         .required();
     runInSession<Options>(command, options, runImportCommand);
 }

@@ -78,11 +78,10 @@ int runInfoCommand(Session& session, const Options& options) {
 
 void addInfoCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command =
-        line.add("info", "Show where items lie in the repository, and their last change");
+    Subcommand command = line.add("info", "Show the location and last change of items");
     command.flag("--check", options->onlyChecks,
-                 "Print nothing; the exit status says whether all of them are known");
-    command.arguments("PATH", options->paths, "Paths or URLs (default: here)");
+                 "Print nothing; the exit status says whether all items are under version control");
+    command.arguments("PATH", options->paths, "Paths or URLs (default: .)");
     runInSession<Options>(command, options, runInfoCommand);
 }
 

@@ -42,8 +42,8 @@ int runListCommand(Session& session, const Options& options) {
 
 void addListCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("list", "List what a directory of the repository holds");
-    command.argument("PATH", options->path, "A path or URL (default: here)");
+    Subcommand command = line.add("list", "List the entries of a directory in the repository");
+    command.argument("PATH", options->path, "Path or URL (default: .)");
     runInSession<Options>(command, options, runListCommand);
 }
 

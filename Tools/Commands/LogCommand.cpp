@@ -108,23 +108,23 @@ std::string complaintAboutLimit(const std::string& text) {
     const char* const end = text.data() + text.size();
     const auto read = std::from_chars(text.data(), end, limit);
     const bool isGood = read.ec == std::errc() && read.ptr == end && limit > 0;
-    return isGood ? "" : "\"" + text + "\" is not a number of revisions. The least is 1.";
+    return isGood ? "" : "\"" + text + "\" is not a number of revisions (at least 1).";
 }
 
 } // namespace
 
 void addLogCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("log", "Show the history of an item");
+    Subcommand command = line.add("log", "Show the history of a file or directory");
     const Parameter revision =
-        addRevisionOption(command, options->revisions, true, "A revision, or a range of them, A:B");
-    const Parameter path = command.argument("PATH", options->path, "A path or URL (default: here)");
-    command.option("-l,--limit", options->limit, "At most so many revisions")
+        addRevisionOption(command, options->revisions, true, "Revision, or range of revisions A:B");
+    const Parameter path = command.argument("PATH", options->path, "Path or URL (default: .)");
+    command.option("-l,--limit", options->limit, "Show at most N revisions")
         .checked(complaintAboutLimit);
     command.flag("--stop-on-copy", options->stopsOnCopy,
-                 "End where the item was copied from another place");
-    command.flag("-f,--files", options->showsFiles, "Also show the files of each revision");
-    command.flag("--peg", options->pegs, "The path names what was there in revision REV")
+                 "Stop at the revision that created the item by copying");
+    command.flag("-f,--files", options->showsFiles, "Also show the changed files of each revision");
+    command.flag("--peg", options->pegs, "Look the path up in revision REV, to reach deleted items")
         .needs(path)
         .needs(revision);
     runInSession<Options>(command, options, runLogCommand);

@@ -55,12 +55,11 @@ int runMergeCommand(Session& session, const Options& options) {
 
 void addMergeCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    Subcommand command =
-        line.add("merge", "Merge what was changed on another branch into a working copy");
+    Subcommand command = line.add("merge", "Merge changes from another branch into a working copy");
     addRevisionOption(command, options->revisions, true,
-                      "START:END: only what was changed after START, up to END");
-    command.argument("BRANCH", options->branch, "A branch, `trunk`, a URL or ^/NAME").required();
-    command.argument("PATH", options->path, "Where to (default: here)");
+                      "Merge only the changes made after START, up to END (START:END)");
+    command.argument("BRANCH", options->branch, "Branch name, trunk, URL or ^/PATH").required();
+    command.argument("PATH", options->path, "Working copy to merge into (default: .)");
     options->layout.addTo(command);
     runInSession<Options>(command, options, runMergeCommand);
 }

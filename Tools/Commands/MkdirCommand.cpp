@@ -64,9 +64,9 @@ int runMkdirCommand(Session& session, const Options& options) {
 void addMkdirCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("mkdir", "Make directories in a working copy, or in the repository at once");
+        line.add("mkdir", "Create directories in a working copy, or directly in the repository");
     options->message.addTo(command);
-    command.arguments("DIRECTORY", options->directories, "Paths or URLs").required();
+    command.arguments("DIRECTORY", options->directories, "Paths or URLs to create").required();
     runInSession<Options>(command, options, runMkdirCommand);
 }
 

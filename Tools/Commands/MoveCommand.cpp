@@ -60,10 +60,10 @@ int runMoveCommand(Session& session, const Options& options) {
 
 void addMoveCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    Subcommand command = line.add(
-        "move", "Move or rename an item of a working copy; directories on the way are made");
-    command.argument("SOURCE", options->source, "A path").required();
-    command.argument("DESTINATION", options->destination, "A path").required();
+    Subcommand command =
+        line.add("move", "Move or rename an item, creating missing parent directories");
+    command.argument("SOURCE", options->source, "Path to move").required();
+    command.argument("DESTINATION", options->destination, "New path").required();
     runInSession<Options>(command, options, runMoveCommand);
 }
 

@@ -22,8 +22,7 @@ int runRemoveCommand(Session& session, const LocalEditOptions& options) {
 void addRemoveCommand(CommandLine& line) {
     const auto options = std::make_shared<LocalEditOptions>();
     Subcommand command = line.add(
-        "remove",
-        "Remove items from the disk and from version control, or URLs from the repository");
+        "remove", "Delete items from disk and version control, or URLs from the repository");
     options->addTo(command);
     options->message.addTo(command);
     addYesOption(command, options->isSure);

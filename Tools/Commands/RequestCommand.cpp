@@ -100,14 +100,14 @@ int runRequestCommand(const Options& options) {
 void addRequestCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("request", "Drive the plug-in with requests in JSON, one object or one a line");
-    command.flag("--dry-run", options->dryRun, "Make the operation, do not run it");
-    command.flag("--lines", options->lines, "Read one object a line, answer one a line");
+        line.add("request", "Run one plug-in request given as JSON, or one per line");
+    command.flag("--dry-run", options->dryRun, "Create the operation without running it");
+    command.flag("--lines", options->lines, "Read one object per line and answer one per line");
     command.option("--log-level", options->logLevel, "Level of the source-control log");
     command.option("--tools-directory", options->toolsDirectory,
-                   "Directory that holds svn (default: that of the svn on PATH)");
-    command.option("--plug-in", options->plugIn, "The plug-in's module");
-    command.argument("FILE", options->file, "The input (default: standard input)");
+                   "Directory of the svn program (default: found on PATH)");
+    command.option("--plug-in", options->plugIn, "Plug-in module to load");
+    command.argument("FILE", options->file, "Input file (default: standard input)");
     command.run([options] { return runRequestCommand(*options); });
     command.setUsageStatus(ExitFailure);
 }

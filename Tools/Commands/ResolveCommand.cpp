@@ -15,7 +15,8 @@ int runResolveCommand(Session& session, const LocalEditOptions& options) {
 
 void addResolveCommand(CommandLine& line) {
     const auto options = std::make_shared<LocalEditOptions>();
-    Subcommand command = line.add("resolve", "Settle conflicts: what the files now hold is right");
+    Subcommand command =
+        line.add("resolve", "Mark conflicts as resolved, keeping the files as they are");
     options->addTo(command);
     runInSession<LocalEditOptions>(command, options, runResolveCommand);
 }

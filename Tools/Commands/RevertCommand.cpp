@@ -21,8 +21,7 @@ int runRevertCommand(Session& session, const LocalEditOptions& options) {
 
 void addRevertCommand(CommandLine& line) {
     const auto options = std::make_shared<LocalEditOptions>();
-    Subcommand command =
-        line.add("revert", "Undo the changes of a working copy that were not committed");
+    Subcommand command = line.add("revert", "Discard local changes");
     options->addTo(command);
     addYesOption(command, options->isSure);
     runInSession<LocalEditOptions>(command, options, runRevertCommand);

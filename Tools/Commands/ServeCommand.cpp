@@ -34,10 +34,10 @@ void addServeCommand(CommandLine& line) {
     Subcommand command =
         line.add("serve", "Serve an editor in JSON-RPC on standard input and output");
     command.option("--tools-directory", options->server.toolsDirectory,
-                   "Directory that holds svn (default: that of the svn on PATH)");
-    command.option("--plug-in", options->plugIn, "The plug-in's module");
+                   "Directory of the svn program (default: found on PATH)");
+    command.option("--plug-in", options->plugIn, "Plug-in module to load");
     command.option("--log-level", options->server.logLevel,
-                   "Messages up to this level go to the editor's log");
+                   "Send messages up to this level to the editor's log");
     command.run([options] { return runServeCommand(*options); });
 }
 

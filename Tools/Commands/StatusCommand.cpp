@@ -151,11 +151,11 @@ int runStatusCommand(Session& session, const Options& options) {
 
 void addStatusCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("status", "Show what has changed in a working copy");
+    Subcommand command = line.add("status", "Show local changes");
     command.flag("-u,--show-updates", options->asksRepository,
-                 "Also ask the repository what others have changed");
+                 "Also show what others have committed since");
     command.flag("--ignored", options->showsIgnored, "Also show ignored items");
-    command.arguments("PATH", options->paths, "Files or directories (default: here)");
+    command.arguments("PATH", options->paths, "Files or directories (default: .)");
     runInSession<Options>(command, options, runStatusCommand);
 }
 

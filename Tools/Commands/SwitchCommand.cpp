@@ -38,9 +38,9 @@ int runSwitchCommand(Session& session, const Options& options) {
 
 void addSwitchCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
-    Subcommand command = line.add("switch", "Make a working copy follow another branch");
-    command.argument("BRANCH", options->branch, "A branch, `trunk`, a URL or ^/NAME").required();
-    command.argument("PATH", options->path, "The working copy (default: here)");
+    Subcommand command = line.add("switch", "Switch a working copy to another branch");
+    command.argument("BRANCH", options->branch, "Branch name, trunk, URL or ^/PATH").required();
+    command.argument("PATH", options->path, "Working copy to switch (default: .)");
     options->layout.addTo(command);
     runInSession<Options>(command, options, runSwitchCommand);
 }

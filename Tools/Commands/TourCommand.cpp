@@ -58,9 +58,9 @@ int runTourCommand(const Options& options) {
 void addTourCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("tour", "Watch a small throw-away project go through every kind of request");
+        line.add("tour", "Demonstrate every kind of request on a temporary project");
     addColourOption(command, options->colour);
-    command.option("--plug-in", options->plugIn, "The plug-in's module");
+    command.option("--plug-in", options->plugIn, "Plug-in module to load");
     command.run([options] { return runTourCommand(*options); });
 }
 

@@ -77,8 +77,8 @@ int runUndoCommand(Session& session, const Options& options) {
 void addUndoCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("undo", "Bring back the files that the last revert or remove took from the disk");
-    command.argument("PATH", options->path, "A path in the working copy (default: here)");
+        line.add("undo", "Restore the files that the last revert or remove took from disk");
+    command.argument("PATH", options->path, "Path in the working copy (default: .)");
     runInSession<Options>(command, options, runUndoCommand);
 }
 

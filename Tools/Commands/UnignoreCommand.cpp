@@ -15,8 +15,7 @@ int runUnignoreCommand(Session& session, const IgnoreOptions& options) {
 
 void addUnignoreCommand(CommandLine& line) {
     const auto options = std::make_shared<IgnoreOptions>();
-    Subcommand command =
-        line.add("unignore", "Take names or patterns out of the ignored ones of their directories");
+    Subcommand command = line.add("unignore", "Stop ignoring names or patterns (svn:ignore)");
     options->addTo(command);
     runInSession<IgnoreOptions>(command, options, runUnignoreCommand);
 }

@@ -36,10 +36,9 @@ int runUpdateCommand(Session& session, const Options& options) {
 void addUpdateCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("update",
-                 "Bring a working copy up to date; where both sides changed a file, yours is kept");
-    addRevisionOption(command, options->revision, false, "To which (default: the youngest)");
-    command.arguments("PATH", options->paths, "Files or directories (default: here)");
+        line.add("update", "Update a working copy; conflicting lines keep your version");
+    addRevisionOption(command, options->revision, false, "Revision to update to (default: HEAD)");
+    command.arguments("PATH", options->paths, "Files or directories (default: .)");
     runInSession<Options>(command, options, runUpdateCommand);
 }
 

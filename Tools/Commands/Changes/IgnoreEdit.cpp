@@ -35,7 +35,8 @@ bool tellOfUnusableNames(const Session& session, RequestType type, const IgnoreO
 } // namespace
 
 void IgnoreOptions::addTo(Subcommand& command) {
-    command.arguments("NAME", paths, "Paths whose last part is a name or pattern").required();
+    command.arguments("NAME", paths, "Names or patterns, with their directory: build/*.o")
+        .required();
 }
 
 int runIgnoreEdit(Session& session, RequestType type, const std::string& done,

@@ -88,8 +88,8 @@ std::string messageInEditorText(std::string_view text) {
 
 void MessageOptions::addTo(Subcommand& command) {
     const Parameter message =
-        command.option("-m,--message", text, "The log message (default: ask the editor)");
-    command.option("-F,--file", file, "A file that holds the log message; - is standard input")
+        command.option("-m,--message", text, "Log message (default: open the editor)");
+    command.option("-F,--file", file, "Read the log message from FILE; - is standard input")
         .excludes(message);
 }
 

@@ -68,7 +68,7 @@ Parameter addRevisionOption(Subcommand& command, RevisionRange& revisions, bool 
             revisions = *range;
             return {};
         }
-        return "\"" + word + "\" is not a revision" + (takesRange ? " or range of them" : "") +
+        return "\"" + word + "\" is not a valid revision" + (takesRange ? " or range" : "") +
                ". A revision is a number, HEAD, BASE, PREV, COMMITTED or a date in braces" +
                (takesRange ? ", a range is two of them with a colon between." : ".");
     };

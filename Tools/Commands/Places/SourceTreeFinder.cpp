@@ -143,8 +143,9 @@ QuenSourceControlRequestPtr makeRequest(RequestType type, const SourceTree& sour
 }
 
 void LayoutOptions::addTo(Subcommand& command) {
-    command.option("--trunk", layout.trunk, "The trunk: a URL, or ^/NAME in the repository");
-    command.option("--branches", layout.branches, "What holds the branches, likewise");
+    command.option("--trunk", layout.trunk,
+                   "Location of the trunk: a URL, or ^/PATH in the repository");
+    command.option("--branches", layout.branches, "Directory that holds the branches");
 }
 
 Outcome<SourceTree> findSource(const Session& session, const std::string& location) {

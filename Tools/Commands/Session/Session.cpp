@@ -25,25 +25,23 @@ bool mayAsk(const CommonOptions& options) {
 } // namespace
 
 void addColourOption(Subcommand& command, std::string& colour) {
-    command.option("--color", colour, "Colours: auto, always or never")
-        .oneOf({"auto", "always", "never"});
+    command.option("--color", colour, "When to use colors").oneOf({"auto", "always", "never"});
 }
 
 void CommonOptions::addTo(Subcommand& command) {
-    command.flag("--json", json, "Print the records as JSON");
+    command.flag("--json", json, "Print JSON for scripts");
     addColourOption(command, colour);
     command.option("--username", user, "User name for the repository");
     const Parameter ask =
         command.flag("--ask", asks,
-                     "Ask on the terminal when a server wants a password or a decision, also "
-                     "where input or output are not the terminal's");
-    command.flag("--no-ask", asksNever, "Never ask; fail where a server wants an answer")
+                     "Ask on the terminal for passwords and server decisions, even if input or "
+                     "output is redirected");
+    command.flag("--no-ask", asksNever, "Never ask; fail if a server wants an answer")
         .excludes(ask);
-    command.flag("--password-from-stdin", readsPassword,
-                 "Read a password from standard input when a server wants one");
+    command.flag("--password-from-stdin", readsPassword, "Read the password from standard input");
     command.flag("--keep-password", keepsPassword,
-                 "Have svn keep a password that proves right, in a keyring");
-    command.option("--plug-in", plugIn, "The plug-in's module");
+                 "Store an accepted password in the keyring of svn");
+    command.option("--plug-in", plugIn, "Plug-in module to load");
 }
 
 Session::Session(const CommonOptions& options, QuenSourceControlProtocolPtr provider,
