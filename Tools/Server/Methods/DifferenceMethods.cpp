@@ -4,7 +4,9 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Server/Methods/FileContent.h"
 #include "Tools/Server/Methods/Params.h"
+#include "Tools/Server/WorkingCopies/Discovery.h"
 
+#include <filesystem>
 #include <utility>
 
 namespace quen::tools::server {
@@ -97,13 +99,29 @@ TextParams decodeText(const JsonInput& params) {
     return text;
 }
 
+/// Paths as a patch names them: from the top of their working copy, which is where the client then
+/// runs; as they are where they lie in several.
+std::vector<std::string> patchPaths(const TextParams& params, std::string& top) {
+    top = realPathOf(rootAbove(params.paths.front()));
+    std::vector<std::string> paths;
+    for (const std::string& path : params.paths) {
+        if (top.empty() || rootAbove(path) != rootAbove(params.paths.front())) {
+            top.clear();
+            return params.paths;
+        }
+        paths.push_back("./" + std::filesystem::path(path).lexically_relative(top).string());
+    }
+    return paths;
+}
+
 /// What is on disk, against what it rests on or a revision: nothing that the provider is asked for.
-QuenSourceControlOperationPtr makeLocalDifference(const TextParams& params) {
+QuenSourceControlOperationPtr makeLocalDifference(const TextParams& params,
+                                                  const std::vector<std::string>& paths) {
     std::vector<std::string> words{"diff"};
     if (!params.from.empty()) {
         words.insert(words.end(), {"-r", params.from});
     }
-    return ClientCommand::make(words, params.paths);
+    return ClientCommand::make(words, paths);
 }
 
 OrderedJson text(const Services& services, const Call& call, const TextParams& params) {
@@ -112,7 +130,8 @@ OrderedJson text(const Services& services, const Call& call, const TextParams& p
     options.watcher = [&](std::string_view piece) { bytes += piece; };
     Ran ran;
     if (params.to.empty()) {
-        ran = services.runs.run([&] { return makeLocalDifference(params); }, options);
+        const std::vector<std::string> paths = patchPaths(params, options.directory);
+        ran = services.runs.run([&] { return makeLocalDifference(params, paths); }, options);
     } else {
         const auto request =
             makeRequest(RequestTypeDiff, placeOf(params.paths.front()), params.paths);

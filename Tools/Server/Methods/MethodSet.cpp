@@ -42,6 +42,8 @@ public:
         addDifferenceMethods(server, services);
         addBranchMethods(server, services);
         addRepositoryMethods(server, services);
+        addAttributeMethods(server, services);
+        addUpkeepMethods(server, services);
         server.dispatcher().add(query<int>(
             "server/statistics",
             [](const JsonInput& params) {

@@ -32,6 +32,8 @@ void addHistoryMethods(Server& server, const Services& services);
 void addDifferenceMethods(Server& server, const Services& services);
 void addBranchMethods(Server& server, const Services& services);
 void addRepositoryMethods(Server& server, const Services& services);
+void addAttributeMethods(Server& server, const Services& services);
+void addUpkeepMethods(Server& server, const Services& services);
 
 /// What every method's run begins with.
 inline RunOptions optionsOf(const Call& call) {

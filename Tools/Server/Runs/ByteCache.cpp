@@ -39,6 +39,13 @@ void ByteCache::keep(const std::string& name, Bytes bytes) {
     }
 }
 
+void ByteCache::clear() {
+    const std::lock_guard lock(mutex_);
+    byName_.clear();
+    entries_.clear();
+    size_ = 0;
+}
+
 std::size_t ByteCache::size() const {
     const std::lock_guard lock(mutex_);
     return size_;

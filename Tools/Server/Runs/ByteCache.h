@@ -22,6 +22,8 @@ public:
     Bytes find(const std::string& name);
     /// One that is larger than a quarter of the bound is not kept.
     void keep(const std::string& name, Bytes bytes);
+    /// Forgets everything: what was taken for unchangeable has been changed.
+    void clear();
     std::size_t size() const;
 
 private:
