@@ -1,5 +1,7 @@
 #include "Foundation/URL.h"
 
+#include "Foundation/PercentCoding.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -17,10 +19,6 @@ bool isDigit(char c) noexcept {
     return c >= '0' && c <= '9';
 }
 
-bool isHexDigit(char c) noexcept {
-    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
 /// Unreserved characters, sub-delimiters, `:` and `@`: what may stand anywhere after the scheme.
 bool isPlain(char c) noexcept {
     return isLetter(c) || isDigit(c) ||
@@ -31,7 +29,7 @@ bool isPlain(char c) noexcept {
 bool consistsOf(string_view text, string_view extra) noexcept {
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '%') {
-            if (text.size() - i < 3 || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2])) {
+            if (!byteOfPercentCode(text.substr(i))) {
                 return false;
             }
             i += 2;

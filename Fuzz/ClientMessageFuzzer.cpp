@@ -1,3 +1,4 @@
+#include "Foundation/Lines.h"
 #include "Fuzz/Support/Check.h"
 #include "Fuzz/Support/Input.h"
 #include "Host/ClientMessage.h"
@@ -14,16 +15,6 @@
 namespace quen {
 
 namespace {
-
-std::vector<std::string> linesOf(std::string_view text) {
-    std::vector<std::string> lines;
-    for (std::size_t begin = 0; begin <= text.size();) {
-        const std::size_t end = std::min(text.find('\n', begin), text.size());
-        lines.emplace_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return lines;
-}
 
 /// A line of the client with its number apart.
 struct Line {
@@ -56,14 +47,14 @@ ClientMessage expectedMessage(std::string_view errors) {
     }
     ClientMessage message;
     std::string text;
-    for (const std::string& each : linesOf(errors)) {
-        const Line line = lineWithoutNumber(each);
+    for (const std::string_view each : linesOf(errors)) {
+        const Line line = lineWithoutNumber(std::string(each));
         text += '\n' + line.text;
         if (line.number) {
             message.numbers.push_back(*line.number);
         }
     }
-    message.text = text.substr(1);
+    message.text = text.substr(errors.empty() ? 0 : 1);
     return message;
 }
 
@@ -74,9 +65,9 @@ bool isNotice(const std::string& text, const RunFacts& facts) {
         (facts.numbers.size() == 1 ||
          (facts.numbers.size() == 2 && facts.numbers.back() == ClientNumber{false, 200000}));
     const auto lines = linesOf(text);
-    const bool onlyWarns = std::all_of(lines.begin(), lines.end(), [](const std::string& line) {
+    const bool onlyWarns = std::all_of(lines.begin(), lines.end(), [](std::string_view line) {
         return line.rfind("svn: warning: ", 0) == 0 ||
-               line.find_first_not_of(" \t\r") == std::string::npos;
+               line.find_first_not_of(" \t\r") == std::string_view::npos;
     });
     return tellsOfAbsence || (onlyWarns && !facts.signal && facts.exitStatus.value_or(0) == 0);
 }
@@ -86,8 +77,9 @@ Error expectedError(const std::string& text, const RunFacts& facts) {
         return {};
     }
     std::string description;
-    for (const std::string& line : linesOf(text)) {
-        description += '\n' + line.substr(line.rfind("svn: ", 0) == 0 ? 5 : 0);
+    for (const std::string_view line : linesOf(text)) {
+        description += '\n';
+        description += line.substr(line.rfind("svn: ", 0) == 0 ? 5 : 0);
     }
     Dictionary userInfo{{NSLocalizedDescriptionKey, String(description.substr(1))}};
     Array codes = Array::empty();

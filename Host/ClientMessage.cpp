@@ -1,5 +1,7 @@
 #include "Host/ClientMessage.h"
 
+#include "Foundation/Lines.h"
+
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -11,15 +13,6 @@ namespace {
 
 constexpr std::string_view prefix = "svn: ";
 constexpr std::string_view warningPrefix = "svn: warning: ";
-
-/// Calls `line` for each line with its line feed, where it has one.
-template <typename Function> void forEachLine(std::string_view text, Function line) {
-    while (!text.empty()) {
-        const std::size_t length = std::min(text.find('\n'), text.size() - 1) + 1;
-        line(text.substr(0, length));
-        text.remove_prefix(length);
-    }
-}
 
 bool isBlank(std::string_view text) {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
@@ -52,7 +45,8 @@ ClientMessage readClientMessage(std::string_view standardError) {
     standardError = standardError.substr(0, standardError.find_last_not_of("\r\n") + 1);
     ClientMessage message;
     std::string text;
-    forEachLine(standardError, [&](std::string_view line) {
+    while (!standardError.empty()) {
+        std::string_view line = takeLineWithFeed(standardError);
         if (line.starts_with(prefix)) {
             const std::string_view head = line.starts_with(warningPrefix) ? warningPrefix : prefix;
             text += head;
@@ -63,17 +57,16 @@ ClientMessage readClientMessage(std::string_view standardError) {
             }
         }
         text += line;
-    });
+    }
     message.text = text;
     return message;
 }
 
 bool holdsOnlyWarnings(std::string_view text) {
-    bool only = true;
-    forEachLine(text, [&](std::string_view line) {
-        only = only && (isBlank(line) || line.starts_with(warningPrefix));
+    const auto lines = linesOf(text);
+    return std::all_of(lines.begin(), lines.end(), [](std::string_view line) {
+        return isBlank(line) || line.starts_with(warningPrefix);
     });
-    return only;
 }
 
 bool meansAbsentProperty(const std::vector<ClientNumber>& numbers) {
@@ -84,10 +77,11 @@ bool meansAbsentProperty(const std::vector<ClientNumber>& numbers) {
 
 String withoutClientPrefixes(std::string_view text) {
     std::string out;
-    forEachLine(text, [&](std::string_view line) {
+    while (!text.empty()) {
+        std::string_view line = takeLineWithFeed(text);
         line.remove_prefix(line.starts_with(prefix) ? prefix.size() : 0);
         out += line;
-    });
+    }
     return out;
 }
 

@@ -1,3 +1,4 @@
+#include "Foundation/Lines.h"
 #include "Host/Text.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 
@@ -13,14 +14,12 @@ std::string decodedLineByLine(std::string_view bytes) {
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 8);
     while (!bytes.empty()) {
-        const std::string_view line = bytes.substr(0, bytes.find('\n'));
-        const std::string_view whole = bytes.substr(0, line.size() + 1);
+        const std::string_view line = takeLineWithFeed(bytes);
         if (isUTF8(line)) {
-            text += whole;
+            text += line;
         } else {
-            text += fromLatin1(whole);
+            text += fromLatin1(line);
         }
-        bytes.remove_prefix(whole.size());
     }
     return text;
 }

@@ -3,6 +3,7 @@
 #include "Classes/SVNOperations/SVNArguments.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "Classes/SVNOperations/SVNStatusVocabulary.h"
+#include "Foundation/PegPath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 
@@ -31,7 +32,7 @@ void appendRange(StringArray& command, const QuenSourceControlRequest& request) 
 void appendPinned(StringArray& command, const String& location, const String& revision,
                   bool isPinned) {
     const bool hasPeg = isPinned && !location.isNil() && !revision.isNil();
-    appendPiece(command, hasPeg ? String(location.str() + "@" + revision.str()) : location);
+    appendPiece(command, hasPeg ? withPeg(location, revision) : location);
 }
 
 class SummaryReading : public SVNReading {

@@ -4,6 +4,7 @@
 #include "Classes/SVNOperations/SVNArguments.h"
 #include "Classes/SVNOperations/SVNFetchedFile.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
+#include "Foundation/PegPath.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 
 namespace quen {

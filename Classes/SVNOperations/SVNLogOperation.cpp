@@ -4,6 +4,7 @@
 #include "Classes/SVNOperations/SVNChangeReader.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "Classes/SVNOperations/SVNStatusVocabulary.h"
+#include "Foundation/PegPath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
 #include <utility>

@@ -50,10 +50,6 @@ void appendRevisionRange(StringArray& command, const QuenSourceControlRequest& r
     }
 }
 
-String locationAtRevision(const String& location, const String& revision) {
-    return location.str() + (location.hasSuffix("@") ? "" : "@") + revision.str();
-}
-
 bool suppliesDirectRevision(const QuenSourceControlRequest& request) {
     return request.options()[QuenSourceControlRequestOptionSupplyDirectRevision].boolValue();
 }

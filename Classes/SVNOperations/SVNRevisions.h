@@ -20,10 +20,6 @@ String revisionRange(const String& start, const String& end);
 /// repository, `BASE` for anything else. The end is passed on as given.
 void appendRevisionRange(StringArray& command, const QuenSourceControlRequest& request);
 
-/// A location at a peg revision: `location@revision`. A location that ends in `@`, as a name that
-/// was made safe for the client does, gets no second one.
-String locationAtRevision(const String& location, const String& revision);
-
 /// Whether the request's revisions are peg revisions of its locations.
 bool suppliesDirectRevision(const QuenSourceControlRequest& request);
 

@@ -1,5 +1,6 @@
 #include "Host/Credentials/AgentConversation.h"
 
+#include "Foundation/PercentCoding.h"
 #include "Host/Credentials/PersonsAgent.h"
 
 #include <algorithm>
@@ -40,16 +41,14 @@ bool AgentQuestion::isAbout(std::string_view user) const {
 }
 
 Secret escapedForAgent(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
     Secret escaped;
     for (const char character : text) {
         if (isPlain(character)) {
             escaped.append(character);
         } else {
-            const auto byte = static_cast<unsigned char>(character);
-            escaped.append('%');
-            escaped.append(digits[byte >> 4U]);
-            escaped.append(digits[byte & 15U]);
+            for (const char each : percentCode(character)) {
+                escaped.append(each);
+            }
         }
     }
     return escaped;

@@ -1,5 +1,7 @@
 #include "Host/Credentials/ClientSettings.h"
 
+#include "Foundation/Lines.h"
+
 #include <algorithm>
 #include <cctype>
 
@@ -7,24 +9,10 @@ namespace quen {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t begin = text.find_first_not_of(" \t\r");
-    const std::size_t end = text.find_last_not_of(" \t\r");
-    return begin == std::string_view::npos ? "" : text.substr(begin, end - begin + 1);
-}
-
 bool isName(std::string_view text, std::string_view name) {
     return std::equal(text.begin(), text.end(), name.begin(), name.end(), [](char a, char b) {
         return std::tolower(static_cast<unsigned char>(a)) == b;
     });
-}
-
-/// Takes the first line off the text.
-std::string_view takeLine(std::string_view& text) {
-    const std::size_t length = std::min(text.find('\n'), text.size());
-    const std::string_view line = text.substr(0, length);
-    text.remove_prefix(std::min(length + 1, text.size()));
-    return line;
 }
 
 /// Lines that begin with a blank belong to the line above.

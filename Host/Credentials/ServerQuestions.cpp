@@ -1,5 +1,6 @@
 #include "Host/Credentials/ServerQuestions.h"
 
+#include "Foundation/PegPath.h"
 #include "Host/Credentials/ClientTerminal.h"
 #include "Host/Credentials/PrivateDirectory.h"
 
@@ -20,11 +21,6 @@ constexpr std::chrono::seconds patience{60};
 
 bool isPrompt(std::string_view shown) {
     return promptIn(shown).has_value();
-}
-
-/// The last `@` ends the name, whatever else is in it.
-String wholeUrl(const std::string& url) {
-    return url + "@";
 }
 
 /// A secure shell's command that speaks, and never asks.
@@ -82,12 +78,14 @@ std::optional<ClientPrompt> ServerQuestions::promptOf(StringArray command) const
 }
 
 std::optional<ClientPrompt> ServerQuestions::promptAt(const std::string& url) const {
-    if (auto prompt = promptOf({"info", wholeUrl(url)})) {
+    // Here and below: an empty revision ends the name, also where the client takes a `%40` for an
+    // `@`.
+    if (auto prompt = promptOf({"info", withPeg(url, "")})) {
         return prompt;
     }
     // Everybody may read there. A directory below one that is not there can never be made, and the
     // question comes before the server says so.
-    return promptOf({"mkdir", "-m", "", url + "/.quen/none@"});
+    return promptOf({"mkdir", "-m", "", url + "/.quen/none"});
 }
 
 std::optional<TrustedCertificate> ServerQuestions::trust(const std::string& url,
@@ -101,7 +99,7 @@ std::optional<TrustedCertificate> ServerQuestions::trust(const std::string& url,
         return std::nullopt;
     }
     const auto terminal = ClientTerminal::start(client(
-        {"info", wholeUrl(url), "--config-dir", configuration, "--config-option",
+        {"info", withPeg(url, ""), "--config-dir", configuration, "--config-option",
          "config:auth:password-stores=", "--config-option", "config:auth:store-auth-creds=yes",
          "--config-option", "servers:global:store-auth-creds=yes"}));
     if (terminal == nullptr || !terminal->readUntil(isPrompt, patience, stop_)) {
@@ -125,7 +123,7 @@ void ServerQuestions::keepInPersonsHome(const std::string& url,
                                         const KeptPassword& password) const {
     Secret line(password.secret->view());
     line.append('\n');
-    runWithInput(client({"info", wholeUrl(url), "--username", password.user,
+    runWithInput(client({"info", withPeg(url, ""), "--username", password.user,
                          "--password-from-stdin", "--non-interactive"}),
                  line.view(), patience, stop_);
 }
@@ -159,7 +157,7 @@ std::string ServerQuestions::outputOf(const ProcessInvocation& invocation) const
 }
 
 std::string ServerQuestions::secureShellsWords(const std::string& url) const {
-    ProcessInvocation invocation = client({"info", wholeUrl(url), "--non-interactive"});
+    ProcessInvocation invocation = client({"info", withPeg(url, ""), "--non-interactive"});
     const std::string shell = variableOf(environment_, "SVN_SSH").value_or("ssh");
     invocation.environment.emplace_back("SVN_SSH", talkativeShell(shell));
     invocation.environment.emplace_back("SSH_ASKPASS_REQUIRE", "never");

@@ -1,6 +1,7 @@
 #include "Host/Credentials/SignInSteps.h"
 
 #include "Foundation/Format.h"
+#include "Foundation/PegPath.h"
 
 #include <algorithm>
 #include <utility>
@@ -16,13 +17,6 @@ std::string userOf(const StringArray& arguments) {
                                                                       : (option + 1)->str();
 }
 
-/// A URL without the revision that may stand behind its name.
-std::string withoutPeg(const std::string& url) {
-    const std::size_t at = url.rfind('@');
-    const std::size_t slash = url.rfind('/');
-    return url.substr(0, at != std::string::npos && at > slash ? at : std::string::npos);
-}
-
 /// The last argument that is a URL, or else one of the last that lies in a working copy; empty
 /// where there is none.
 std::string urlAmong(const ToolInvocation& invocation, const ServerQuestions& questions) {
@@ -31,7 +25,7 @@ std::string urlAmong(const ToolInvocation& invocation, const ServerQuestions& qu
         return each.contains("://") && !each.contains(" ");
     });
     if (url != arguments.rend()) {
-        return withoutPeg(url->str());
+        return std::string(withoutPeg(url->view()));
     }
     constexpr std::size_t most = 3; // each costs a run of the client
     for (std::size_t i = arguments.size(); i > 1 && i + most > arguments.size(); --i) {

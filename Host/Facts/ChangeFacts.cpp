@@ -1,5 +1,6 @@
 #include "Host/Facts/ChangeFacts.h"
 
+#include "Foundation/Lines.h"
 #include "Host/Facts/ChangeLine.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
 
@@ -86,7 +87,7 @@ struct ChangeFactsReader::State {
 
     const ChangeColumns columns;
     ChangeFacts facts;
-    std::string unended;
+    LineAssembler lines;
     std::unordered_map<std::string, std::size_t> conflictByPath;
     /// The externals that are being fetched, one inside another.
     std::vector<std::size_t> openExternals;
@@ -97,17 +98,7 @@ struct ChangeFactsReader::State {
 // Pieces and lines
 
 void ChangeFactsReader::State::take(std::string_view piece) {
-    for (auto end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
-        if (unended.empty()) {
-            takeLine(piece.substr(0, end));
-        } else {
-            unended += piece.substr(0, end);
-            takeLine(unended);
-            unended.clear();
-        }
-        piece.remove_prefix(end + 1);
-    }
-    unended += piece;
+    lines.take(piece, [this](std::string_view line) { takeLine(line); });
 }
 
 void ChangeFactsReader::State::takeLine(std::string_view line) {

@@ -1,6 +1,8 @@
 #include "Host/Keeping/TheirsKeeper.h"
 
 #include "Foundation/PathComponents.h"
+#include "Foundation/PegPath.h"
+#include "Foundation/PercentCoding.h"
 #include "Host/Facts/InfoFacts.h"
 #include "Host/Keeping/FileWriter.h"
 #include "Host/Keeping/FreeName.h"
@@ -85,20 +87,7 @@ std::map<std::string, std::int64_t> baseRevisions(const std::vector<std::string>
 
 /// As a part of a URL: what the client itself leaves as it is, and everything else encoded.
 std::string urlEncoded(std::string_view text) {
-    constexpr std::string_view plain = "!$&'()*+,-./:=@_~";
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string result;
-    for (const char each : text) {
-        const bool isAlphanumeric = (each >= '0' && each <= '9') || (each >= 'A' && each <= 'Z') ||
-                                    (each >= 'a' && each <= 'z');
-        if (isAlphanumeric || plain.find(each) != std::string_view::npos) {
-            result += each;
-        } else {
-            const auto byte = static_cast<unsigned char>(each);
-            result += {'%', digits[byte / 16U], digits[byte % 16U]};
-        }
-    }
-    return result;
+    return percentEncoded(text, "!$&'()*+,-./:=@_~");
 }
 
 /// The path below a merge's target; empty for the target itself.
@@ -163,7 +152,7 @@ std::vector<KeptTheirs> keepTheirsOfMerge(const ChangeFacts& facts, const String
         std::string url = source.str();
         url += below.empty() ? "" : "/" + urlEncoded(below);
         // The peg is the revision too: the source may have gone since.
-        const Incoming incoming{url + "@" + revision, revision, number};
+        const Incoming incoming{withPeg(url, revision).str(), revision, number};
         answers.push_back(kept(conflict, absolutePath(conflict.path, directory), incoming, run));
     }
     return answers;

@@ -1,5 +1,8 @@
 #include "Host/Keeping/UndoManifest.h"
 
+#include "Foundation/Lines.h"
+#include "Foundation/PercentCoding.h"
+
 #include <array>
 #include <charconv>
 #include <utility>
@@ -12,39 +15,16 @@ constexpr std::string_view heading = "quen-undo 1";
 constexpr std::string_view ending = "end";
 constexpr std::array<std::string_view, 3> kindWords = {"file", "link", "directory"};
 
-bool isPlain(unsigned char byte) noexcept {
-    return byte > 0x20 && byte < 0x7f && byte != '%';
-}
+/// Visible characters of ASCII, so that a blank ends a word.
+constexpr std::string_view plainMarks = "!\"#$&'()*+,-./:;<=>?@[\\]^_`{|}~";
+constexpr std::string_view emptyWord = "%";
 
 std::string encoded(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string result;
-    for (const char each : text) {
-        const auto byte = static_cast<unsigned char>(each);
-        if (isPlain(byte)) {
-            result += each;
-        } else {
-            result += {'%', digits[byte / 16U], digits[byte % 16U]};
-        }
-    }
-    return result.empty() ? "%" : result;
+    return text.empty() ? std::string(emptyWord) : percentEncoded(text, plainMarks);
 }
 
-std::string decoded(std::string_view text) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        unsigned int byte = 0;
-        const char* const first = text.data() + i + 1;
-        const bool isEncoded = text[i] == '%' && i + 2 < text.size() &&
-                               std::from_chars(first, first + 2, byte, 16).ptr == first + 2;
-        if (isEncoded) {
-            result += static_cast<char>(byte);
-            i += 2;
-        } else if (text[i] != '%') {
-            result += text[i];
-        }
-    }
-    return result;
+std::string decoded(std::string_view word) {
+    return word == emptyWord ? std::string() : percentDecoded(word);
 }
 
 template <typename Number> std::optional<Number> number(std::string_view text, int base = 10) {
@@ -182,9 +162,8 @@ std::string UndoManifest::text() const {
 std::optional<UndoManifest> UndoManifest::fromText(std::string_view text) {
     UndoManifest manifest;
     bool isFirst = true;
-    for (auto end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
-        const std::string_view line = text.substr(0, end);
-        text.remove_prefix(end + 1);
+    const std::string_view ended = text.substr(0, text.rfind('\n') + 1);
+    for (const std::string_view line : linesOf(ended)) {
         if (line == ending) {
             return isFirst ? std::nullopt : std::optional(std::move(manifest));
         }

@@ -2,34 +2,12 @@
 
 #include "Foundation/PathComponents.h"
 #include "Foundation/PegPath.h"
+#include "Foundation/PercentCoding.h"
 
 #include <algorithm>
 #include <cctype>
 
 namespace quen {
-
-namespace {
-
-/// The client decodes `%40` in a URL before it looks for a revision behind its last slash, so it
-/// is as good as an `@` there and must be seen as one.
-std::string withPlainAt(std::string location) {
-    const auto slash = location.find_last_of('/', location.find_last_not_of('/'));
-    const bool isServer = slash == location.find("://") + 2;
-    for (auto at = location.find("%40", slash); at != std::string::npos && !isServer;
-         at = location.find("%40", slash)) {
-        location.replace(at, 3, 1, '@');
-    }
-    return location;
-}
-
-/// -1 for what is not a digit.
-int hexValue(char c) {
-    const auto digit = std::string_view("0123456789abcdef")
-                           .find(static_cast<char>(std::tolower(static_cast<unsigned char>(c))));
-    return digit == std::string_view::npos ? -1 : static_cast<int>(digit);
-}
-
-} // namespace
 
 bool isRepositoryURL(std::string_view location) {
     const auto colon = location.find("://");
@@ -41,23 +19,12 @@ bool isRepositoryURL(std::string_view location) {
            });
 }
 
-std::string percentDecoded(std::string_view text) {
-    std::string decoded;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isCode = text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 &&
-                            hexValue(text[i + 2]) >= 0;
-        decoded += isCode ? static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]))
-                          : text[i];
-        i += isCode ? 2 : 0;
-    }
-    return decoded;
-}
-
 std::string directoryNameFor(const std::string& url) {
     return percentDecoded(lastPathComponent(url));
 }
 
 String clientPath(const std::string& path) {
+    // As it is seen by whoever looks for an `@` in what the client is given.
     return path.starts_with('-') ? "./" + path : isRepositoryURL(path) ? withPlainAt(path) : path;
 }
 
@@ -71,6 +38,10 @@ StringArray clientPaths(const std::vector<std::string>& paths) {
 
 String closedClientPath(const std::string& path) {
     return withPegClosed(clientPath(path));
+}
+
+String importedPath(const std::string& path) {
+    return clientPath(path + (needsPegClosed(path) ? "/." : ""));
 }
 
 String closedDirectory(const std::string& path) {

@@ -12,9 +12,6 @@ namespace quen {
 /// else is a path.
 bool isRepositoryURL(std::string_view location);
 
-/// A part of a URL as a name: `with%20blank` gives `with blank`.
-std::string percentDecoded(std::string_view text);
-
 /// The directory that a checkout of a URL is named after: its last part, decoded.
 std::string directoryNameFor(const std::string& url);
 
@@ -27,6 +24,10 @@ StringArray clientPaths(const std::vector<std::string>& paths);
 /// tree's location): the client would read what follows an `@` in the name as a revision, so the
 /// name is closed with another. A request's files are closed by the plug-in.
 String closedClientPath(const std::string& path);
+
+/// Likewise, for what is imported: unlike most commands, the client's import reads no revisions.
+/// Behind `/.` the plug-in sees no name to close.
+String importedPath(const std::string& path);
 
 /// Likewise, for a directory that the plug-in looks for afterwards under the name that it was
 /// given: a slash at its end also keeps the client from reading a revision.

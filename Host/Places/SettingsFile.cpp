@@ -1,8 +1,8 @@
 #include "Host/Places/SettingsFile.h"
 
+#include "Foundation/Lines.h"
 #include "Host/WorkingCopyCleanup.h"
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <system_error>
@@ -10,14 +10,6 @@
 namespace quen {
 
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r";
-    const auto first = text.find_first_not_of(blanks);
-    return first == std::string_view::npos
-               ? std::string_view()
-               : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
 
 std::string* memberNamed(Settings& settings, std::string_view name) {
     if (name == "trunk") {
@@ -66,9 +58,7 @@ std::optional<Settings> parseSettings(std::string_view text, const std::string& 
                                       std::string& problem) {
     Settings settings;
     for (int number = 1; !text.empty(); ++number) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        const std::string_view line = trimmed(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
+        const std::string_view line = trimmed(takeLine(text));
         if (line.empty() || line.front() == '#') {
             continue;
         }

@@ -1,5 +1,6 @@
 #include "Host/Plans/PlanQueries.h"
 
+#include "Foundation/Lines.h"
 #include "Host/Places/Locations.h"
 #include "Host/TaskFailure.h"
 #include "Host/WorkingCopyCleanup.h"
@@ -92,9 +93,7 @@ CopiedEdits copiedEditsIn(std::string_view diff) {
     constexpr std::string_view index = "Index: ";
     constexpr std::string_view properties = "Property changes on: ";
     while (!diff.empty()) {
-        const std::size_t end = std::min(diff.find('\n'), diff.size());
-        const std::string_view line = diff.substr(0, end);
-        diff.remove_prefix(std::min(end + 1, diff.size()));
+        const std::string_view line = takeLine(diff);
         if (line.starts_with(index)) {
             path = line.substr(index.size());
         } else if (line.starts_with("--- ") || line.starts_with("Cannot display: ")) {

@@ -1,4 +1,5 @@
-#include "Foundation/PathComponents.h"
+#include "Foundation/PegPath.h"
+#include "Foundation/PercentCoding.h"
 #include "Foundation/XMLReport.h"
 #include "Host/Facts/InfoFacts.h"
 #include "Host/Facts/ListFacts.h"
@@ -46,7 +47,7 @@ std::map<std::string, std::string> askSummary(const String& from, const String& 
     XMLReportReader reader({"paths", "path"}, [&](const XMLElement& record, std::size_t) {
         const std::string_view url = record.text();
         // The client names what lies below the first place by its URL.
-        const std::string_view base = from.view().substr(0, from.view().rfind('@'));
+        const std::string_view base = withoutPeg(from.view());
         const std::string_view below =
             url.starts_with(base) ? url.substr(base.size()) : std::string_view();
         found[percentDecoded(below)] = std::string(record.attribute("item").value_or(""));
@@ -70,7 +71,7 @@ String restingPlace(const String& path, Error& error, const QueryRunner& run) {
         return {};
     }
     const InfoEntry& entry = reader.facts().entries.front();
-    return entry.url.str() + "@" + std::to_string(entry.revision.value_or(0));
+    return withPeg(entry.url, std::to_string(entry.revision.value_or(0)));
 }
 
 } // namespace
@@ -125,8 +126,7 @@ SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& 
     if (from.isNil()) {
         return plan;
     }
-    const bool hasRevision = lastPathComponent(url.view()).find('@') != std::string_view::npos;
-    const String to = hasRevision ? url : String(url.str() + "@HEAD");
+    const String to = needsPegClosed(url.view()) ? url : withPeg(url, "HEAD");
     const auto differences = askSummary(from, to, plan.error, run);
     for (const StatusEntry& entry : facts.entries) {
         const std::string below = liesAtOrBelow(entry.path.view(), top.view())

@@ -1,4 +1,3 @@
-#include "Foundation/PegPath.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
@@ -32,11 +31,8 @@ int runImportCommand(Session& session, const Options& options) {
     if (!message.obtain(options.message, {options.path + " to " + options.url})) {
         return ExitFailure;
     }
-    // Unlike most commands, the client's import reads no revisions. Behind `/.` the plug-in sees no
-    // name to close either.
-    const std::string path = options.path + (needsPegClosed(options.path) ? "/." : "");
     const auto request =
-        makeRequest(RequestTypeImport, *source, {clientPath(path)},
+        makeRequest(RequestTypeImport, *source, {importedPath(options.path)},
                     {{QuenSourceControlRequestOptionMessage, message.text()},
                      {QuenSourceControlRequestOptionSourceLocation, clientPath(options.url)}});
     return message.conclude(makeChange(session, {request, ""}, importSummary));

@@ -1,9 +1,11 @@
 #include "Tools/Tour/TourStage.h"
 
 #include "Foundation/Format.h"
+#include "Foundation/Lines.h"
 #include "QuenFoundation/QuenSourceControlRequestFacts.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/InterruptWatch.h"
+#include "Tools/Terminal/ShellWord.h"
 #include "Tools/Terminal/StatusWords.h"
 
 #include <iostream>
@@ -64,40 +66,20 @@ std::string withBlanksForTabs(std::string_view line) {
 
 /// The lines of a text, up to the limit, and how many more there are.
 std::vector<std::string> firstLines(std::string_view text) {
-    std::vector<std::string> lines;
-    std::size_t more = 0;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        if (lines.size() < shownLines) {
-            lines.push_back(printable(withBlanksForTabs(text.substr(0, end))));
-        } else {
-            ++more;
-        }
-        text.remove_prefix(std::min(end + 1, text.size()));
+    const auto lines = linesOf(text);
+    std::vector<std::string> shown;
+    for (std::size_t i = 0; i < lines.size() && i < shownLines; ++i) {
+        shown.push_back(printable(withBlanksForTabs(lines[i])));
     }
-    if (more > 0) {
-        lines.push_back("... and " + std::to_string(more) + " more lines");
+    if (lines.size() > shownLines) {
+        shown.push_back("... and " + std::to_string(lines.size() - shownLines) + " more lines");
     }
-    return lines;
+    return shown;
 }
 
 std::string milliseconds(std::chrono::steady_clock::duration duration) {
     const std::chrono::duration<double, std::milli> time = duration;
     return formatText("%.0f ms", {time.count()}).str();
-}
-
-/// An argument as a shell would need it, for people who want to try it themselves.
-std::string quoted(const String& argument) {
-    constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                       "0123456789-_./:@+=,";
-    if (!argument.isEmpty() && argument.view().find_first_not_of(plain) == std::string_view::npos) {
-        return argument.str();
-    }
-    std::string text = "'";
-    for (const char c : argument.view()) {
-        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return text + "'";
 }
 
 std::string outcomeOf(const QuenSourceControlOperation& operation) {
@@ -174,7 +156,7 @@ void TourStage::showRuns(std::size_t first) const {
     for (std::size_t i = first; i < runs.size(); ++i) {
         std::string command = "svn";
         for (const String& argument : runs[i].invocation.arguments) {
-            command += " " + quoted(argument);
+            command += " " + shellWord(argument.view());
         }
         std::cout << "  " << palette_.paint(Style::warning, "$ " + shown(command)) << '\n';
     }

@@ -43,13 +43,6 @@ TEST(SVNRevisionRange, ShowsWhatIsMissing) {
     EXPECT_EQ(revisionRange(nullptr, "2"), "(null):2");
 }
 
-TEST(SVNLocationAtRevision, HasOneSeparator) {
-    EXPECT_EQ(locationAtRevision("x", "7"), "x@7");
-    EXPECT_EQ(locationAtRevision("x@", "7"), "x@7");
-    EXPECT_EQ(locationAtRevision("x@@", "7"), "x@@7");
-    EXPECT_EQ(locationAtRevision("a@b", "7"), "a@b@7");
-}
-
 TEST(SVNDirectRevision, IsSuppliedWhenTheOptionIsTrue) {
     const auto supplies = [](const Dictionary& options) {
         return suppliesDirectRevision(*Request{.options = options}.make());

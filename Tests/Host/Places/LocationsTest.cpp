@@ -48,6 +48,14 @@ INSTANTIATE_TEST_SUITE_P(
                                  "http://h/a%402/b", "http://h/a%402/b", "http://h/a%402/b"}),
     CaseName());
 
+TEST(ImportedPath, ShowsThePlugInNoNameToClose) {
+    EXPECT_EQ(importedPath("src"), "src");
+    EXPECT_EQ(importedPath("-src"), "./-src");
+    EXPECT_EQ(importedPath("src@2"), "src@2/.");
+    EXPECT_EQ(importedPath("src@2/"), "src@2//.");
+    EXPECT_EQ(importedPath("src@2/a"), "src@2/a");
+}
+
 TEST(DirectoryName, IsTheLastPartOfTheURLDecoded) {
     EXPECT_EQ(directoryNameFor("http://h/r/trunk"), "trunk");
     EXPECT_EQ(directoryNameFor("http://h/r/trunk/"), "trunk");

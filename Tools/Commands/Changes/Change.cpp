@@ -1,5 +1,6 @@
 #include "Tools/Commands/Changes/Change.h"
 
+#include "Foundation/Lines.h"
 #include "Tools/Commands/Session/CleanupAdvice.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/Style.h"

@@ -1,5 +1,6 @@
 #include "Tools/Commands/Changes/ChangeList.h"
 
+#include "Foundation/Lines.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Session/Records.h"

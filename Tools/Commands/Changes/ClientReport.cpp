@@ -10,9 +10,6 @@ namespace {
 constexpr std::array<std::string_view, 7> itemBeginnings{
     "Adding  ", "Sending  ", "Deleting  ", "Replacing  ", "Reverted '", "Restored '", "Resolved "};
 
-/// No line about an item or a revision is longer; of other lines nobody needs the rest.
-constexpr std::size_t longestLine = 64 * 1024;
-
 constexpr std::array<std::string_view, 5> revisionBeginnings{
     "Updated to revision ", "At revision ", "Checked out revision ", "Committed revision ",
     "Exported revision "};
@@ -46,17 +43,7 @@ bool tellsOfItem(std::string_view line) {
 }
 
 void ClientReport::take(std::string_view piece) {
-    for (auto end = piece.find('\n'); end != std::string_view::npos; end = piece.find('\n')) {
-        keep(piece.substr(0, end));
-        takeLine(rest_);
-        rest_.clear();
-        piece.remove_prefix(end + 1);
-    }
-    keep(piece);
-}
-
-void ClientReport::keep(std::string_view piece) {
-    rest_ += piece.substr(0, longestLine - std::min(longestLine, rest_.size()));
+    lines_.take(piece, [this](std::string_view line) { takeLine(line); });
 }
 
 void ClientReport::takeLine(std::string_view line) {

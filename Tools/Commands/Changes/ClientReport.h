@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Lines.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -29,10 +31,12 @@ public:
     const std::string& conflicts() const noexcept { return conflicts_; }
 
 private:
-    void takeLine(std::string_view line);
-    void keep(std::string_view piece);
+    /// No line about an item or a revision is longer.
+    static constexpr std::size_t longestLine = 64 * 1024;
 
-    std::string rest_;
+    void takeLine(std::string_view line);
+
+    LineAssembler lines_{longestLine};
     std::string lastLine_;
     std::string revision_;
     std::string conflicts_;

@@ -1,5 +1,6 @@
 #include "Tools/Commands/Changes/LogMessage.h"
 
+#include "Foundation/Lines.h"
 #include "Host/Keeping/FileWriter.h"
 #include "Host/RunContext.h"
 #include "Tools/Commands/Session/Records.h"

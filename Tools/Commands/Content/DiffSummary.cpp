@@ -1,5 +1,7 @@
 #include "Tools/Commands/Content/DiffSummary.h"
 
+#include "Foundation/PegPath.h"
+#include "Foundation/PercentCoding.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Session/Records.h"
@@ -33,22 +35,14 @@ Outcome<std::string> urlOf(Session& session, const SourceTree& source,
     return record[QuenSourceControlOperationRemoteOriginKey].stringValue().str();
 }
 
-/// In a URL an `@` can be written so that only the one that begins the revision is left.
-std::string withoutAt(std::string url) {
-    const std::size_t name = url.rfind('/');
-    for (auto at = url.find('@', name); at != std::string::npos; at = url.find('@', at)) {
-        url.replace(at, 1, "%40");
-    }
-    return url;
-}
-
-/// Both places are pinned, to the youngest revision where no other is given.
+/// Both places are pinned, to the youngest revision where no other is given; the `@` that begins it
+/// must be the only one.
 QuenSourceControlRequestPtr requestFor(const SourceTree& source, const std::string& oldURL,
                                        const std::string& newURL, const RevisionRange& revisions) {
     auto request =
-        makeRequest(RequestTypeDiff, source, {withoutAt(oldURL)},
+        makeRequest(RequestTypeDiff, source, {withEncodedAt(oldURL)},
                     Dictionary{{QuenSourceControlRequestOptionSupplyDirectRevision, true}});
-    request->setDestination(withoutAt(newURL));
+    request->setDestination(withEncodedAt(newURL));
     request->setStartingRevision(revisions.isRange() ? revisions.start : "HEAD");
     request->setEndingRevision(revisions.isRange() ? revisions.end : "HEAD");
     return request;

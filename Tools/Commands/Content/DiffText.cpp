@@ -1,5 +1,6 @@
 #include "Tools/Commands/Content/DiffText.h"
 
+#include "Foundation/Lines.h"
 #include "Tools/Commands/Session/Records.h"
 
 namespace quen::tools {

@@ -3,16 +3,12 @@
 #include "Foundation/Value.h"
 
 #include <string>
-#include <string_view>
 
 namespace quen::tools {
 
 /// Whether an error, or one that caused it, says that a working copy is in use, or that an earlier
 /// write left it locked or unfinished (E155004, E155037, E200033).
 bool saysLocked(const Error& error);
-
-/// A text as one word of a shell's command line, quoted only where that is needed.
-std::string shellWord(std::string_view text);
 
 /// The command that cleans up the working copy that a path lies in; empty where it lies in none.
 /// The contract has no request for that, so it is left to the person.

@@ -1,5 +1,6 @@
 #include "Tools/Commands/Session/ErrorTexts.h"
 
+#include "Foundation/Lines.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Session/Records.h"
 

@@ -3,7 +3,6 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Terminal/Times.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -30,16 +29,6 @@ std::string changeLine(const Dictionary& record, const Palette& palette, Date no
                 palette.paint(Style::faint, " (" + localDateText(*date) + ")");
     }
     return line;
-}
-
-std::vector<std::string_view> linesOf(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        lines.push_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return lines;
 }
 
 } // namespace quen::tools

@@ -5,7 +5,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace quen::tools {
 
@@ -19,8 +18,5 @@ std::string shownPath(std::string_view path);
 /// Who changed something and when: `r12  alice  3 days ago (2024-01-01 10:11:12 +0100)`. What the
 /// record does not say is left out, but for the author, whose absence is worth a word.
 std::string changeLine(const Dictionary& record, const Palette& palette, Date now);
-
-/// The lines of a text; the end of the last one begins no further line.
-std::vector<std::string_view> linesOf(std::string_view text);
 
 } // namespace quen::tools

@@ -1,5 +1,6 @@
 #include "Tools/Commands/Session/TerminalCredentials.h"
 
+#include "Foundation/Lines.h"
 #include "Tools/Terminal/SafeText.h"
 
 #include <algorithm>
@@ -46,11 +47,9 @@ std::string textOfCertificate(const CredentialQuestion& question) {
 /// The secure shell's own lines, without the last one, which asks.
 std::string textOfHostKey(std::string_view prompt) {
     std::string text;
-    while (!prompt.empty()) {
-        const std::size_t length = std::min(prompt.find('\n'), prompt.size());
-        const bool isLast = length == prompt.size();
-        text += isLast ? "" : printable(prompt.substr(0, length)) + "\n";
-        prompt.remove_prefix(std::min(length + 1, prompt.size()));
+    const std::string_view ended = prompt.substr(0, prompt.rfind('\n') + 1);
+    for (const std::string_view line : linesOf(ended)) {
+        text += printable(line) + "\n";
     }
     return text;
 }

@@ -1,3 +1,4 @@
+#include "Foundation/PercentCoding.h"
 #include "Host/Places/BranchNames.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"

@@ -148,11 +148,8 @@ ImportParams decodeImport(const JsonInput& params) {
 }
 
 OrderedJson import(const Services& services, Call& call, const ImportParams& params) {
-    // Unlike most commands, the client's import reads no revisions. Behind `/.` the provider sees
-    // no name to close either.
-    const bool holdsAt = fs::path(params.path).filename().string().find('@') != std::string::npos;
     const auto request =
-        makeRequest(RequestTypeImport, placeOf(params.url), {params.path + (holdsAt ? "/." : "")},
+        makeRequest(RequestTypeImport, placeOf(params.url), {importedPath(params.path)},
                     {{QuenSourceControlRequestOptionMessage, messageFor(services, params.message)},
                      {QuenSourceControlRequestOptionSourceLocation, clientPath(params.url)}});
     ChangeFactsReader reader(ChangeColumns::schedule);

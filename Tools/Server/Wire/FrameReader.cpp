@@ -1,5 +1,7 @@
 #include "Tools/Server/Wire/FrameReader.h"
 
+#include "Foundation/Lines.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -19,13 +21,6 @@ char lowered(char c) {
 bool equalsIgnoringCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](char x, char y) { return lowered(x) == lowered(y); });
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t");
-    return first == std::string_view::npos
-               ? std::string_view()
-               : text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
 bool isToken(std::string_view name) {

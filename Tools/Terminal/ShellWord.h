@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quen::tools {
+
+/// A text as one word of a shell's command line, quoted only where that is needed.
+std::string shellWord(std::string_view text);
+
+} // namespace quen::tools
