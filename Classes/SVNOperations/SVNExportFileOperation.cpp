@@ -47,7 +47,7 @@ SVNOperation::Command SVNExportFileOperation::makeCommand(const QuenSourceContro
 }
 
 void SVNExportFileOperation::parseOutput(const QuenSourceControlRequest& /*request*/) {
-    reportFetchedFile(*this, pathOfArrival());
+    setFetchedFile(*this, pathOfArrival());
 }
 
 MarlFilePathPtr SVNExportFileOperation::pathOfArrival() const {

@@ -6,7 +6,7 @@
 
 namespace quen {
 
-void reportFetchedFile(SVNOperation& operation, const MarlFilePathPtr& path) {
+void setFetchedFile(SVNOperation& operation, const MarlFilePathPtr& path) {
     if (path != nullptr && path->existsInFileSystem()) {
         operation.setResult(Array{Dictionary{{QuenSourceControlOperationPathKey, path}}});
         return;

@@ -8,6 +8,6 @@ namespace quen {
 /// Ends an operation whose outcome is a file or directory on disk: the result is one record with
 /// the path object. Where nothing is there, or the path is null, there is no result, and the error
 /// says that the request's first file has no such revision.
-void reportFetchedFile(SVNOperation& operation, const MarlFilePathPtr& path);
+void setFetchedFile(SVNOperation& operation, const MarlFilePathPtr& path);
 
 } // namespace quen

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Classes/SVNOperations/SVNFingerprint.h"
-#include "Classes/SVNOperations/SVNReport.h"
+#include "Classes/SVNOperations/SVNRemarks.h"
 #include "Foundation/Data.h"
 
 #include <chrono>

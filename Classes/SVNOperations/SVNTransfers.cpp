@@ -32,7 +32,7 @@ SVNOperation::Command SVNCheckoutOperation::makeCommand(const QuenSourceControlR
 }
 
 void SVNCheckoutOperation::parseOutput(const QuenSourceControlRequest& request) {
-    reportFetchedFile(*this, MarlFilePath::filePathForPathString(request.destination()));
+    setFetchedFile(*this, MarlFilePath::filePathForPathString(request.destination()));
 }
 
 SVNOperation::Command SVNImportOperation::makeCommand(const QuenSourceControlRequest& request) {

@@ -42,28 +42,28 @@ inline void expectArguments(const ArgumentsCase& expected) {
     EXPECT_EQ(recorder.assertionFacts(), std::vector<AssertionFacts>());
 }
 
-/// What an assertion report says, the place included.
-struct AssertionReport {
+/// A failed assertion with its place.
+struct PlacedAssertion {
     String method;
     String file;
     int line;
     String format;
     std::vector<String> arguments;
 
-    friend bool operator==(const AssertionReport& a, const AssertionReport& b) = default;
-    friend void PrintTo(const AssertionReport& report, std::ostream* out) {
-        *out << report.method << ' ' << report.file << ':' << report.line << " \"" << report.format
-             << "\" with " << testing::PrintToString(report.arguments);
+    friend bool operator==(const PlacedAssertion& a, const PlacedAssertion& b) = default;
+    friend void PrintTo(const PlacedAssertion& assertion, std::ostream* out) {
+        *out << assertion.method << ' ' << assertion.file << ':' << assertion.line << " \""
+             << assertion.format << "\" with " << testing::PrintToString(assertion.arguments);
     }
 };
 
-inline std::vector<AssertionReport> assertionReports(const HostRecorder& recorder) {
-    std::vector<AssertionReport> reports;
+inline std::vector<PlacedAssertion> placedAssertions(const HostRecorder& recorder) {
+    std::vector<PlacedAssertion> assertions;
     for (const MarlAssertionFailure& failure : recorder.assertions()) {
-        reports.push_back(
+        assertions.push_back(
             {failure.method, failure.file, failure.line, failure.format, failure.arguments});
     }
-    return reports;
+    return assertions;
 }
 
 } // namespace quen::test

@@ -70,8 +70,8 @@ TEST(SVNCommitOperationTest, AnEmptyCommitIsAProgrammingErrorAndTheArgumentsAreB
     const auto operation = makeOperation<SVNCommitOperation>(
         {.files = StringArray{"a.c"},
          .options = {{QuenSourceControlRequestOptionAllowEmptyCommit, false}}});
-    EXPECT_EQ(assertionReports(recorder),
-              (std::vector<AssertionReport>{
+    EXPECT_EQ(placedAssertions(recorder),
+              (std::vector<PlacedAssertion>{
                   {"-[SVNCommitOperation initWithRequest:]",
                    "Classes/SVNOperations",
                    328,

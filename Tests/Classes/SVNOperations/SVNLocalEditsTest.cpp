@@ -190,7 +190,7 @@ struct RefusalCase {
     std::string_view name;
     QuenSourceControlSourceTreePtr tree;
     std::string repositoryName;
-    std::vector<AssertionReport> reports;
+    std::vector<PlacedAssertion> reports;
 };
 
 class SVNRemoveRefusalTest : public testing::TestWithParam<RefusalCase> {};
@@ -203,7 +203,7 @@ TEST_P(SVNRemoveRefusalTest, NamesTheRepositoryAndSetsNoArguments) {
                                                               .options = messageOption("Gone")});
     EXPECT_EQ(operation->error(), notConfigured(GetParam().repositoryName));
     EXPECT_EQ(operation->arguments(), std::nullopt);
-    EXPECT_EQ(assertionReports(recorder), GetParam().reports);
+    EXPECT_EQ(placedAssertions(recorder), GetParam().reports);
 }
 
 const auto working = workingTree(
@@ -246,8 +246,8 @@ TEST(SVNRemoveOperationTest, LocallyWithoutFilesIsAProgrammingErrorAndGoesOn) {
         const HostRecorder recorder;
         const auto operation = makeOperation<SVNRemoveOperation>(
             {.type = RequestTypeRemove, .files = files, .options = messageOption("Gone")});
-        EXPECT_EQ(assertionReports(recorder),
-                  (std::vector<AssertionReport>{
+        EXPECT_EQ(placedAssertions(recorder),
+                  (std::vector<PlacedAssertion>{
                       {method, file, 612, "Assertion failed: %s", {"[request.files count] > 0"}}}));
         EXPECT_EQ(operation->arguments(), (StringArray{"remove", "--force", "-m", "Gone"}));
     }

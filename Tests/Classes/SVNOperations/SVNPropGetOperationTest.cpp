@@ -74,8 +74,8 @@ TEST_P(SVNPropGetFileCountTest, OtherThanOneIsAProgrammingErrorAndTheFirstIsUsed
                                                                .sourceTree = workingTree(),
                                                                .files = GetParam().files,
                                                                .options = ignoreItem()});
-    EXPECT_EQ(assertionReports(recorder),
-              (std::vector<AssertionReport>{
+    EXPECT_EQ(placedAssertions(recorder),
+              (std::vector<PlacedAssertion>{
                   {"-[SVNPropGetOperation initWithRequest:]",
                    "Classes/SVNOperations",
                    710,

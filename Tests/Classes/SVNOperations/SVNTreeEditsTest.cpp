@@ -223,7 +223,7 @@ Error notConfigured(const std::string& name) {
 constexpr std::string_view copyMethod = "-[SVNCopyOperation initWithRequest:]";
 constexpr std::string_view sourceFile = "Classes/SVNOperations";
 
-std::vector<AssertionReport> isNoRepository(const QuenSourceControlSourceTreePtr& tree) {
+std::vector<PlacedAssertion> isNoRepository(const QuenSourceControlSourceTreePtr& tree) {
     return {{copyMethod,
              sourceFile,
              452,
@@ -232,7 +232,7 @@ std::vector<AssertionReport> isNoRepository(const QuenSourceControlSourceTreePtr
               "[(id)(repository) isKindOfClass:[QuenSourceControlRepository class]]"}}};
 }
 
-const std::vector<AssertionReport> isNil{
+const std::vector<PlacedAssertion> isNil{
     {copyMethod,
      sourceFile,
      452,
@@ -243,7 +243,7 @@ struct CopyRefusalCase {
     std::string_view name;
     QuenSourceControlSourceTreePtr tree;
     std::string repositoryName;
-    std::vector<AssertionReport> reports;
+    std::vector<PlacedAssertion> reports;
 };
 
 class SVNCopyRefusalTest : public testing::TestWithParam<CopyRefusalCase> {};
@@ -254,7 +254,7 @@ TEST_P(SVNCopyRefusalTest, NamesTheRepositoryAndSetsNoArguments) {
         makeOperation<SVNCopyOperation>(remoteCopy(GetParam().tree, messageAndSource(Value())));
     EXPECT_EQ(operation->error(), notConfigured(GetParam().repositoryName));
     EXPECT_EQ(operation->arguments(), std::nullopt);
-    EXPECT_EQ(assertionReports(recorder), GetParam().reports);
+    EXPECT_EQ(placedAssertions(recorder), GetParam().reports);
 }
 
 const auto working = workingTree({.name = "here", .repository = repository()});
@@ -277,7 +277,7 @@ TEST(SVNCopyOperationTest, WithASourceLocationATreeThatIsNoRepositoryIsStillRepo
     const HostRecorder recorder;
     const auto operation =
         makeOperation<SVNCopyOperation>(remoteCopy(working, messageAndSource("http://x/y")));
-    EXPECT_EQ(assertionReports(recorder), isNoRepository(working));
+    EXPECT_EQ(placedAssertions(recorder), isNoRepository(working));
     EXPECT_FALSE(operation->error());
     EXPECT_EQ(operation->arguments(), (StringArray{"copy", "-m", "Branch", "http://x/y"}));
 }
@@ -286,8 +286,8 @@ TEST(SVNCopyOperationTest, LocallyWithoutFilesIsAProgrammingErrorAndGoesOn) {
     const HostRecorder recorder;
     const auto operation = makeOperation<SVNCopyOperation>(localCopy({}, "b.c"));
     EXPECT_EQ(
-        assertionReports(recorder),
-        (std::vector<AssertionReport>{
+        placedAssertions(recorder),
+        (std::vector<PlacedAssertion>{
             {copyMethod, sourceFile, 477, "Assertion failed: %s", {"[request.files count] > 0"}}}));
     EXPECT_EQ(operation->arguments(), (StringArray{"copy", "b.c"}));
 }

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Foundation/XMLReport.h"
-
 #include <functional>
-#include <string_view>
 #include <vector>
 
 namespace quen {
@@ -20,11 +17,5 @@ public:
 private:
     std::vector<std::function<void()>> remarks_;
 };
-
-/// An attribute as a text; nil where the element has none.
-String attributeText(const XMLElement& element, std::string_view name);
-
-/// The text of the only child of that name; nil where there is none, or more than one.
-String onlyChildText(const XMLElement& element, std::string_view name);
 
 } // namespace quen
