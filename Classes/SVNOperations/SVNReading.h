@@ -3,6 +3,7 @@
 #include "Classes/SVNOperations/SVNFingerprint.h"
 #include "Classes/SVNOperations/SVNRemarks.h"
 #include "Foundation/Data.h"
+#include "Foundation/XMLReport.h"
 
 #include <chrono>
 #include <cstddef>

@@ -149,7 +149,7 @@ ImportParams decodeImport(const JsonInput& params) {
 
 OrderedJson import(const Services& services, Call& call, const ImportParams& params) {
     const auto request =
-        makeRequest(RequestTypeImport, placeOf(params.url), {importedPath(params.path)},
+        makeRequest(RequestTypeImport, placeOf(params.url), {importedPath(params.path).str()},
                     {{QuenSourceControlRequestOptionMessage, messageFor(services, params.message)},
                      {QuenSourceControlRequestOptionSourceLocation, clientPath(params.url)}});
     ChangeFactsReader reader(ChangeColumns::schedule);
