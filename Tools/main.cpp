@@ -16,7 +16,8 @@ namespace {
 
 /// The server waits for signals itself: it ends its requests and their clients first.
 bool takesSignalsItself(const std::vector<std::string>& words) {
-    return !words.empty() && words.front() == "serve";
+    const std::size_t index = indexOfCommand(words);
+    return index < words.size() && words[index] == "serve";
 }
 
 int run(const std::vector<std::string>& words) {

@@ -119,3 +119,16 @@ install(FILES README.md LICENSE NOTICE
     DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
 install(DIRECTORY Documentation DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime
     FILES_MATCHING PATTERN "*.md")
+
+# Manual pages, and completion where each shell looks for it.
+install(DIRECTORY ${PROJECT_BINARY_DIR}/said/man1 DESTINATION ${CMAKE_INSTALL_MANDIR}
+    COMPONENT runtime)
+install(FILES ${PROJECT_BINARY_DIR}/said/bash
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions RENAME quen
+    COMPONENT runtime)
+install(FILES ${PROJECT_BINARY_DIR}/said/zsh
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/vendor-completions RENAME _quen
+    COMPONENT runtime)
+install(FILES ${PROJECT_BINARY_DIR}/said/fish
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d RENAME quen.fish
+    COMPONENT runtime)

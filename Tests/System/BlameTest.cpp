@@ -96,7 +96,10 @@ TEST_F(BlameTest, SaysWhatIsWrong) {
           1,
           "quen blame: warning: '/trunk/src' is not a file in revision 4\n"
           "quen blame: Could not perform blame on all targets because some targets don't exist\n"},
-         {{"blame"}, "", 2, "FILE is required\nRun with --help for more information.\n"}});
+         {{"blame"},
+          "",
+          2,
+          "quen blame: FILE is missing. `quen help blame` shows how to use it.\n"}});
 }
 
 } // namespace

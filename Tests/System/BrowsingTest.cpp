@@ -58,16 +58,17 @@ TEST_F(BrowsingTest, InfoTellsWhereAnItemLiesAndItsLastChange) {
 }
 
 TEST_F(BrowsingTest, ACommandThatDoesNotExistIsAnsweredWithTheNearest) {
-    expectEach(sandbox_, {{{"stauts"},
-                           "",
-                           2,
-                           "quen: \"stauts\" is not a command. Did you mean \"status\"? `quen "
-                           "--help` lists them all.\n"},
-                          {{"frobnicate"},
-                           "",
-                           2,
-                           "quen: \"frobnicate\" is not a command. `quen --help` lists them "
-                           "all.\n"}});
+    expectEach(sandbox_,
+               {{{"stauts"},
+                 "",
+                 2,
+                 "quen: \"stauts\" is not a command. Did you mean \"status\"? `quen help` "
+                 "lists all commands.\n"},
+                {{"frobnicate"},
+                 "",
+                 2,
+                 "quen: \"frobnicate\" is not a command. `quen help` lists all "
+                 "commands.\n"}});
 }
 
 TEST_F(BrowsingTest, InfoChecksWithoutAWord) {

@@ -159,7 +159,7 @@ TEST_F(DiffTest, SaysWhatIsWrong) {
          {{"diff", "-c", "x"},
           "",
           2,
-          "--change: \"x\" is not a revision number.\nRun with --help for more information.\n"},
+          "quen diff: \"x\" is not a revision number. `quen help diff` shows how to use it.\n"},
          {{"diff", "nowhere"},
           "",
           1,

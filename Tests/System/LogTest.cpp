@@ -83,19 +83,18 @@ TEST_F(LogTest, SaysWhatIsWrong) {
          {{"log", "-r", "yesterday"},
           "",
           2,
-          "--revision: \"yesterday\" is not a valid revision or range. A revision is a number, "
+          "quen log: \"yesterday\" is not a valid revision or range. A revision is a number, "
           "HEAD, BASE, PREV, COMMITTED or a date in braces, a range is two of them with a colon "
-          "between.\n"
-          "Run with --help for more information.\n"},
+          "between. `quen help log` shows how to use it.\n"},
          {{"log", "--peg", "hello.c"},
           "",
           2,
-          "--peg requires --revision\n"
-          "Run with --help for more information.\n"}});
+          "quen log: --peg can only be used with --revision. `quen help log` shows how to use "
+          "it.\n"}});
     for (const std::string limit : {"0", "-1", "x", "1x", "9223372036854775808"}) {
         const Ran ran = sandbox_.quen({"log", "--limit=" + limit});
         EXPECT_EQ(ran.status, 2);
-        EXPECT_THAT(ran.err, testing::HasSubstr("--limit: \"" + limit +
+        EXPECT_THAT(ran.err, testing::HasSubstr("quen log: \"" + limit +
                                                 "\" is not a number of revisions (at least 1)"));
     }
 }

@@ -38,7 +38,7 @@ TEST_P(Arguments, ReachTheSubcommandWhole) {
     command->add_option("-m,--message", message);
     command->add_flag("-q", flag);
 
-    Words words = parserArguments(app, GetParam().words);
+    Words words = parserArguments(app, GetParam().words).words;
     std::reverse(words.begin(), words.end());
     app.parse(words);
 
@@ -60,14 +60,29 @@ INSTANTIATE_TEST_SUITE_P(
         ArgumentsCase{"behind a flag", {"add", "-q", "[a]"}, {"./[a]"}, ""},
         ArgumentsCase{"behind two dashes", {"add", "--", "[a]", "-m"}, {"./[a]", "./-m"}, ""},
         ArgumentsCase{"two dashes as a value", {"add", "-m", "--", "-q", "a"}, {"a"}, "--"},
+        ArgumentsCase{"a message like an option", {"add", "-m", "-q", "a"}, {"a"}, "-q"},
+        ArgumentsCase{"a message like a number", {"add", "--message", "-1", "a"}, {"a"}, "-1"},
         ArgumentsCase{"two dashes twice", {"add", "--", "--", "a"}, {"./--", "a"}, ""},
         ArgumentsCase{"a name of a sub-command", {"add", "add"}, {"add"}, ""}),
     CaseName());
 
+TEST(ParserArguments, ANumberIsALimitOrUnknown) {
+    CLI::App app;
+    std::int64_t limit = 0;
+    app.add_subcommand("log")->add_option("-l,--limit", limit);
+    app.add_subcommand("cat");
+
+    EXPECT_EQ(parserArguments(app, {"log", "-12"}).words, (Words{"log", "--limit=12"}));
+    EXPECT_EQ(parserArguments(app, {"log", "-12"}).unknownOption, "");
+    EXPECT_EQ(parserArguments(app, {"log", "--", "-12"}).words, (Words{"log", "./-12"}));
+    EXPECT_EQ(parserArguments(app, {"cat", "-12"}).unknownOption, "-12");
+    EXPECT_EQ(parserArguments(app, {"cat", "--", "-12"}).unknownOption, "");
+}
+
 TEST(ParserArguments, LeaveAnUnknownCommandAlone) {
     const CLI::App app;
-    EXPECT_EQ(parserArguments(app, {"what", "[a]"}), (Words{"what", "[a]"}));
-    EXPECT_EQ(parserArguments(app, {}), Words());
+    EXPECT_EQ(parserArguments(app, {"what", "[a]"}).words, (Words{"what", "[a]"}));
+    EXPECT_EQ(parserArguments(app, {}).words, Words());
 }
 
 } // namespace

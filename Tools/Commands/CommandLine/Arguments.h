@@ -10,14 +10,21 @@ class App;
 namespace quen::tools {
 
 /// The words of a command line, without the program's name, ready for the parser.
-///
-/// `--` goes, and the words behind it that begin with `-` become names in the current directory:
+struct ParserArguments {
+    std::vector<std::string> words;
+    /// A word such as `-2` that the command has no use for; the parser would take it for an
+    /// argument. Empty for none.
+    std::string unknownOption;
+};
+
+/// `--` goes, and the words after it that begin with `-` become names in the current directory:
 /// nothing can take them for options then, neither here nor in the client.
 ///
+/// The word after an option that takes a value is its value, whatever it looks like: `-c -444`
+/// becomes `--change=-444`. `-2` is short for `--limit=2` where there is such an option.
+///
 /// CLI11 takes `[a,b]` for a list of values wherever several are taken, so a path that looks like
-/// one would be torn apart. It becomes `./[a,b]`, which is the same path. What follows an option
-/// that has a value is that value, and stays.
-std::vector<std::string> parserArguments(const CLI::App& app,
-                                         const std::vector<std::string>& words);
+/// one would be torn apart. It becomes `./[a,b]`, which is the same path.
+ParserArguments parserArguments(const CLI::App& app, const std::vector<std::string>& words);
 
 } // namespace quen::tools

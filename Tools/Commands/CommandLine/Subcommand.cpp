@@ -3,6 +3,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <utility>
 
 namespace quen::tools {
@@ -13,12 +14,40 @@ Parameter& Parameter::required() {
 }
 
 Parameter& Parameter::checked(WordCheck check, const std::string& kind) {
-    option_->check(std::move(check), kind);
+    option_->check(std::move(check));
+    return kind.empty() ? *this : named(kind);
+}
+
+Parameter& Parameter::named(const std::string& kind) {
+    option_->type_name(kind);
     return *this;
 }
 
 Parameter& Parameter::oneOf(const std::vector<std::string>& values) {
-    option_->check(CLI::IsMember(values));
+    std::string shown;
+    for (const std::string& value : values) {
+        shown.append(shown.empty() ? "" : "|").append(value);
+    }
+    return checked(
+        [option = option_, values](const std::string& word) -> std::string {
+            if (std::find(values.begin(), values.end(), word) != values.end()) {
+                return {};
+            }
+            std::string text =
+                "\"" + word + "\" is not a value for " + option->get_name() + ": use ";
+            for (const std::string& value : values) {
+                text.append(&value == &values.front()  ? ""
+                            : &value == &values.back() ? " or "
+                                                       : ", ");
+                text.append(value);
+            }
+            return text + ".";
+        },
+        shown);
+}
+
+Parameter& Parameter::general() {
+    option_->group(generalOptions);
     return *this;
 }
 
@@ -64,10 +93,9 @@ Parameter Subcommand::option(const std::string& names, std::uint32_t& value,
 
 Parameter Subcommand::option(const std::string& names, const std::string& kind, WordCheck read,
                              const std::string& help) {
-    const std::string name = names.substr(names.rfind(',') + 1);
-    const auto take = [name, read = std::move(read)](const std::string& word) {
+    const auto take = [read = std::move(read)](const std::string& word) {
         if (const std::string complaint = read(word); !complaint.empty()) {
-            throw CLI::ValidationError(name, complaint);
+            throw CLI::ValidationError(complaint, CLI::ExitCodes::ValidationError);
         }
     };
     return Parameter(*app_->add_option_function<std::string>(names, take, help)->type_name(kind));
@@ -83,9 +111,19 @@ Parameter Subcommand::arguments(const std::string& name, std::vector<std::string
     return Parameter(*app_->add_option(name, values, help));
 }
 
+void Subcommand::details(const std::string& text) {
+    app_->footer(text);
+}
+
+void Subcommand::hide() {
+    app_->group("");
+}
+
 Subcommand Subcommand::subcommand(const std::string& name, const std::string& help) {
     app_->require_subcommand(0, 1);
-    return {*line_, *app_->add_subcommand(name, help)};
+    CLI::App* const command = app_->add_subcommand(name, help);
+    command->get_help_ptr()->group(generalOptions);
+    return {*line_, *command};
 }
 
 void Subcommand::run(std::function<int()> action) {

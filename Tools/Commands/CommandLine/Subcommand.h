@@ -27,7 +27,12 @@ public:
     Parameter& required();
     /// `kind` is shown in the help for the value, such as `N`.
     Parameter& checked(WordCheck check, const std::string& kind = {});
+    /// What the value is called in the help: `BRANCH`. By default the option's own name in
+    /// capitals.
+    Parameter& named(const std::string& kind);
     Parameter& oneOf(const std::vector<std::string>& values);
+    /// One of the options that every command has.
+    Parameter& general();
     /// Given only together with the other one.
     Parameter& needs(const Parameter& other);
     /// Never given together with the other one.
@@ -63,6 +68,11 @@ public:
     /// One or more.
     Parameter arguments(const std::string& name, std::vector<std::string>& values,
                         const std::string& help);
+
+    /// Further paragraphs for the help, below the options.
+    void details(const std::string& text);
+    /// Leaves it out of the list of commands.
+    void hide();
 
     /// A sub-command of this one, which is then run in its place.
     Subcommand subcommand(const std::string& name, const std::string& help);

@@ -25,23 +25,29 @@ bool mayAsk(const CommonOptions& options) {
 } // namespace
 
 void addColourOption(Subcommand& command, std::string& colour) {
-    command.option("--color", colour, "When to use colors").oneOf({"auto", "always", "never"});
+    command.option("--color", colour, "When to use colors")
+        .oneOf({"auto", "always", "never"})
+        .general();
 }
 
 void CommonOptions::addTo(Subcommand& command) {
-    command.flag("--json", json, "Print JSON for scripts");
+    command.flag("--json", json, "Print JSON for scripts").general();
     addColourOption(command, colour);
-    command.option("--username", user, "User name for the repository");
-    const Parameter ask =
+    command.option("--username", user, "User name for the repository").general();
+    Parameter ask =
         command.flag("--ask", asks,
                      "Ask on the terminal for passwords and server decisions, even if input or "
                      "output is redirected");
     command.flag("--no-ask", asksNever, "Never ask; fail if a server wants an answer")
-        .excludes(ask);
-    command.flag("--password-from-stdin", readsPassword, "Read the password from standard input");
-    command.flag("--keep-password", keepsPassword,
-                 "Store an accepted password in the keyring of svn");
-    command.option("--plug-in", plugIn, "Plug-in module to load");
+        .excludes(ask)
+        .general();
+    ask.general();
+    command.flag("--password-from-stdin", readsPassword, "Read the password from standard input")
+        .general();
+    command
+        .flag("--keep-password", keepsPassword, "Store an accepted password in the keyring of svn")
+        .general();
+    command.option("--plug-in", plugIn, "Plug-in module to load").general();
 }
 
 Session::Session(const CommonOptions& options, QuenSourceControlProtocolPtr provider,

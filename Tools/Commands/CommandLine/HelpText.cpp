@@ -1,0 +1,141 @@
+#include "Tools/Commands/CommandLine/HelpText.h"
+
+#include "Tools/Commands/CommandLine/CommandTable.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace quen::tools {
+
+namespace {
+
+/// A name and what is said of it.
+using Row = std::pair<std::string, std::string>;
+
+/// Wider names stand on a line of their own.
+constexpr std::size_t widestName = 26;
+constexpr std::size_t leastTextWidth = 20;
+
+/// The text in lines of at most `width` characters, the later ones indented.
+std::string wrapped(const std::string& text, std::size_t indent, std::size_t width) {
+    const std::size_t room = std::max(width > indent ? width - indent : 0, leastTextWidth);
+    std::string lines;
+    std::size_t used = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find(' ', at), text.size());
+        if (used > 0 && used + 1 + end - at > room) {
+            lines.append("\n").append(indent, ' ');
+            used = 0;
+        }
+        lines.append(used > 0 ? " " : "").append(text, at, end - at);
+        used += (used > 0 ? 1 : 0) + end - at;
+        at = end + 1;
+    }
+    return lines;
+}
+
+std::string section(const std::string& heading, const std::vector<Row>& rows, std::size_t width) {
+    if (rows.empty()) {
+        return {};
+    }
+    std::size_t column = 0;
+    const std::size_t spared = leastTextWidth + 4;
+    const std::size_t widest = std::min(widestName, width > spared ? width - spared : 0);
+    for (const Row& row : rows) {
+        column = row.first.size() <= widest ? std::max(column, row.first.size()) : column;
+    }
+    const std::size_t indent = 2 + column + 2;
+    std::string text = "\n" + heading + ":\n";
+    for (const auto& [name, help] : rows) {
+        text.append("  ").append(name);
+        if (name.size() <= column) {
+            text.append(column - name.size() + 2, ' ');
+        } else {
+            text.append("\n").append(indent, ' ');
+        }
+        text.append(wrapped(help, indent, width)).append("\n");
+    }
+    return text;
+}
+
+std::vector<Row> optionRows(const CommandText& command, bool areGeneral) {
+    std::vector<Row> rows;
+    for (const OptionText& option : command.options) {
+        if (option.isGeneral == areGeneral) {
+            rows.emplace_back(shownOption(option), option.help);
+        }
+    }
+    return rows;
+}
+
+std::string withAliases(const CommandText& command) {
+    std::string names = command.name;
+    for (const std::string& alias : command.aliases) {
+        names.append(", ").append(alias);
+    }
+    return names;
+}
+
+std::string aliasesOf(const CommandText& command) {
+    return command.aliases.empty()
+               ? std::string()
+               : "\nAlso: " + withAliases(command).substr(command.name.size() + 2) + "\n";
+}
+
+} // namespace
+
+std::string shownOption(const OptionText& option) {
+    std::string text = option.shortName.empty() ? "    " : option.shortName;
+    if (!option.longName.empty()) {
+        text.append(option.shortName.empty() ? "" : ", ").append(option.longName);
+    }
+    return text.append(option.takesValue() ? " " : "").append(option.value);
+}
+
+std::string helpOf(const CommandText& command, std::size_t width) {
+    std::string text = "Usage: " + wrapped(command.usage(), 7, width) + "\n\n" +
+                       wrapped(command.help + ".", 0, width) + "\n" + aliasesOf(command);
+    std::vector<Row> rows;
+    for (const CommandText& each : command.commands) {
+        rows.emplace_back(each.name, each.help);
+    }
+    text += section("Commands", rows, width);
+    rows.clear();
+    for (const ArgumentText& argument : command.arguments) {
+        rows.emplace_back(argument.name, argument.help);
+    }
+    text += section("Arguments", rows, width);
+    text += section("Options", optionRows(command, false), width);
+    text += section(generalOptions, optionRows(command, true), width);
+    if (!command.details.empty()) {
+        text.append("\n").append(command.details).append("\n");
+    }
+    return text;
+}
+
+std::string overviewOf(const CommandText& program, std::size_t width) {
+    std::string text =
+        "Usage: " + wrapped("quen [-C DIR] COMMAND [OPTION...] [ARGUMENT...]", 7, width) + "\n\n" +
+        wrapped(program.help, 0, width) + "\n";
+    for (const std::string& group : commandGroups()) {
+        std::vector<Row> rows;
+        for (const CommandText& command : program.commands) {
+            if (command.group == group && !command.isHidden) {
+                rows.emplace_back(withAliases(command), command.help);
+            }
+        }
+        text += section(group, rows, width);
+    }
+    text += section("Options",
+                    {{"-C DIR", "Run as if started in DIR"},
+                     {"--version", "Show the versions of quen, the plug-in contract and svn"},
+                     {"-h, --help", "Show this help"}},
+                    width);
+    return text + "\n" +
+           wrapped("`quen help COMMAND` describes a command, `man quen-COMMAND` likewise.", 0,
+                   width) +
+           "\n";
+}
+
+} // namespace quen::tools
