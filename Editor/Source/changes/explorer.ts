@@ -2,7 +2,7 @@
 // file a removed one. Nothing here asks: the view shows the result, and revert takes it back.
 
 import * as vscode from 'vscode';
-import { report } from '../report';
+import { report, reportQuietly } from '../report';
 import type { Item } from '../server/protocol';
 import { succeeded } from '../server/failures';
 import type { Services } from '../services';
@@ -90,7 +90,11 @@ function watchFolders(services: Services): vscode.Disposable {
     });
   };
   const touch = (uri: vscode.Uri) => {
-    if (uri.scheme !== 'file' || isAdministrative(uri)) return;
+    if (uri.scheme !== 'file') return;
+    if (isAdministrative(uri)) {
+      openNew(services, uri);
+      return;
+    }
     touched.set(uri.path, uri);
     timer ??= setTimeout(flush, gathered);
   };
@@ -105,6 +109,15 @@ function watchFolders(services: Services): vscode.Disposable {
     }),
   );
 }
+
+/** A working copy that has come into the folder: checked out there, or an external. */
+function openNew({ copies }: Services, { path }: vscode.Uri): void {
+  if (!path.endsWith(administrative)) return;
+  const root = path.slice(0, -administrative.length);
+  if (!copies.get(root)) copies.open(root).catch(reportQuietly);
+}
+
+const administrative = '/.svn';
 
 /** The client's own bookkeeping: the server watches that itself. */
 function isAdministrative(uri: vscode.Uri): boolean {

@@ -9,6 +9,7 @@ import type { Item, Revision } from '../server/protocol';
 import type { Services } from '../services';
 import { fileOf, urisFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
+import { openConflict } from './conflicts';
 import { emptyUri, revisionUri, scheme } from './revisionUri';
 import { snapshotOf } from './snapshots';
 
@@ -64,6 +65,7 @@ async function compareWith(uri: vscode.Uri, revision: Revision): Promise<void> {
 
 async function openChange(services: Services, uri: vscode.Uri): Promise<void> {
   const item = services.copies.itemOf(fileOf(uri));
+  if (item?.status === 'conflicted' && (await openConflict(services, uri))) return;
   if (await isDirectory(uri)) {
     await vscode.commands.executeCommand('revealInExplorer', uri);
     return;

@@ -9,7 +9,8 @@ import type { Services } from '../services';
 import { copyFrom, urisFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
 import type { Source } from './entries';
-import { HistoryView, type Node } from './historyView';
+import type { HistoryView } from './historyView';
+import type { EntryNode, FileNode, Node } from './nodes';
 import { repositoryUrl } from './repositoryUrl';
 
 export function registerHistory(
@@ -103,13 +104,13 @@ async function openFileChange(node: Node): Promise<void> {
   );
 }
 
-function placeOf(node: Extract<Node, { kind: 'entry' | 'file' }>): Place | undefined {
+function placeOf(node: EntryNode | FileNode): Place | undefined {
   if (node.kind === 'file')
     return { url: repositoryUrl(node.source.repositoryRoot, node.file.path) };
   return node.source.file && { path: node.source.file.path };
 }
 
-function actionOf(node: Extract<Node, { kind: 'entry' | 'file' }>): string {
+function actionOf(node: EntryNode | FileNode): string {
   return node.kind === 'file' ? node.file.action : 'modified';
 }
 

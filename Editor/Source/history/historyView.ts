@@ -4,19 +4,10 @@
 import * as vscode from 'vscode';
 import { report } from '../report';
 import { copyName } from '../model/workingCopy';
-import type { LogEntry, PathAction } from '../server/protocol';
+import type { LogEntry } from '../server/protocol';
 import type { Services } from '../services';
 import { detailOf, readPage, summaryOf, tooltipOf, type Search, type Source } from './entries';
-
-export type Node =
-  | { readonly kind: 'entry'; readonly entry: LogEntry; readonly source: Source }
-  | {
-      readonly kind: 'file';
-      readonly file: PathAction;
-      readonly entry: LogEntry;
-      readonly source: Source;
-    }
-  | { readonly kind: 'more' };
+import type { FileNode, Node } from './nodes';
 
 export class HistoryView implements vscode.TreeDataProvider<Node>, vscode.Disposable {
   private readonly changes = new vscode.EventEmitter<undefined>();
@@ -189,7 +180,7 @@ const letters: Readonly<Record<string, string>> = {
   replaced: 'R',
 };
 
-function fileItem(node: Extract<Node, { kind: 'file' }>): vscode.TreeItem {
+function fileItem(node: FileNode): vscode.TreeItem {
   const { file, entry } = node;
   const item = new vscode.TreeItem(vscode.Uri.file(file.path));
   item.description = `${letters[file.action] ?? file.action} ${file.path}`;

@@ -5,3 +5,16 @@
 export function contains(directory: string, path: string): boolean {
   return path === directory || path.startsWith(directory === '/' ? '/' : `${directory}/`);
 }
+
+/** Every directory that one of the paths lies in. */
+export function directoriesOf(paths: Iterable<string>): ReadonlySet<string> {
+  const found = new Set<string>();
+  for (const path of paths) {
+    for (let end = path.lastIndexOf('/'); end > 0; end = path.lastIndexOf('/', end - 1)) {
+      const directory = path.slice(0, end);
+      if (found.has(directory)) break;
+      found.add(directory);
+    }
+  }
+  return found;
+}

@@ -1,7 +1,7 @@
 // What an item is, in the words, letters and colours of the view.
 
 import { l10n } from 'vscode';
-import type { Item, StatusWord } from '../server/protocol';
+import type { Item, Lock, StatusWord } from '../server/protocol';
 
 export type GroupKind = 'conflicts' | 'changes' | 'missing' | 'unversioned' | 'none';
 
@@ -88,6 +88,13 @@ const statusWords: Readonly<Partial<Record<StatusWord, () => string>>> = {
   external: () => l10n.t('External'),
 };
 
+export function describeLock({ owner, comment }: Lock): string {
+  const words = comment?.trim() ?? '';
+  return words === ''
+    ? l10n.t('locked by {0}', owner ?? '?')
+    : l10n.t('locked by {0}: {1}', owner ?? '?', words);
+}
+
 /** All that is known of an item, in words. */
 export function describe(item: Item): string {
   const facts = [
@@ -99,7 +106,7 @@ export function describe(item: Item): string {
     item.property === 'conflicted' && l10n.t('conflict in the properties'),
     item.treeConflict && l10n.t('tree conflict'),
     item.changelist !== undefined && l10n.t('changelist {0}', item.changelist),
-    item.lock && l10n.t('locked'),
+    item.lock && describeLock(item.lock),
     item.locked && l10n.t('working copy locked: clean up'),
     item.switched && l10n.t('switched to another branch'),
     item.external && item.status !== 'external' && l10n.t('external'),

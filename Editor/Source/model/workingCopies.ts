@@ -4,7 +4,7 @@ import * as vscode from 'vscode';
 import { OperationFailed, succeeded } from '../server/failures';
 import type { ChangedParams, Item, WorkingCopyFacts } from '../server/protocol';
 import type { Server } from '../server/server';
-import { contains } from './paths';
+import { contains, directoriesOf } from './paths';
 import { makeWorkingCopy, type Change, type WorkingCopy } from './workingCopy';
 
 export class WorkingCopies implements vscode.Disposable {
@@ -109,7 +109,7 @@ export class WorkingCopies implements vscode.Disposable {
         { workingCopy: copy.path },
         { token },
       );
-      copy.incoming = succeeded(answer).items;
+      copy.incoming = withoutContainers(succeeded(answer).items);
       copy.needsSignIn = false;
     } catch (error) {
       if (error instanceof OperationFailed && error.failure === 'notAuthorised') {
@@ -165,4 +165,13 @@ export class WorkingCopies implements vscode.Disposable {
       this.report(error); // The one above it is there all the same.
     }
   }
+}
+
+/** A directory counts as modified in the repository where something in it is: that tells nothing. */
+function withoutContainers(items: readonly Item[]): readonly Item[] {
+  const directories = directoriesOf(items.map(({ path }) => path));
+  return items.filter(
+    ({ path, incoming, incomingProperty }) =>
+      incoming !== 'modified' || incomingProperty !== undefined || !directories.has(path),
+  );
 }

@@ -9,18 +9,14 @@ import type { HistoryView } from '../history/historyView';
 import { succeeded } from '../server/failures';
 import type { RepositoryEntry } from '../server/protocol';
 import type { Services } from '../services';
+import { describeLock } from '../model/words';
 import { copyFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
 import { checkoutFrom } from './branches';
 import { askUrl } from './questions';
+import type { RepositoryNode as Node } from './repositoryNode';
 
-interface Node {
-  readonly url: string;
-  readonly repositoryRoot: string;
-  readonly entry: RepositoryEntry | null;
-}
-
-class RepositoryTree implements vscode.TreeDataProvider<Node> {
+export class RepositoryTree implements vscode.TreeDataProvider<Node> {
   private readonly changes = new vscode.EventEmitter<Node | undefined>();
   readonly onDidChangeTreeData = this.changes.event;
   private readonly others: Node[] = [];
@@ -53,11 +49,12 @@ class RepositoryTree implements vscode.TreeDataProvider<Node> {
       isFile ? vscode.TreeItemCollapsibleState.None : vscode.TreeItemCollapsibleState.Collapsed,
     );
     item.id = url;
-    item.tooltip = url;
+    item.tooltip = entry?.lock ? `${url}\n${describeLock(entry.lock)}` : url;
     item.contextValue = isFile ? 'file' : 'directory';
     item.iconPath = isFile
       ? vscode.ThemeIcon.File
       : new vscode.ThemeIcon(entry ? 'folder' : 'repo');
+    if (entry?.lock) item.iconPath = new vscode.ThemeIcon('lock');
     if (isFile) item.resourceUri = vscode.Uri.parse(url, true).with({ scheme: 'quen-repository' });
     if (entry?.revision !== undefined) {
       const { revision, author = null, date = null } = entry;
@@ -89,8 +86,8 @@ export function registerBrowser(
   services: Services,
   controls: SourceControls,
   history: HistoryView,
+  tree: RepositoryTree,
 ): vscode.Disposable {
-  const tree = new RepositoryTree(services);
   const view = vscode.window.createTreeView('quen.repository', {
     treeDataProvider: tree,
     showCollapseAll: true,

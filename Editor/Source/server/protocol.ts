@@ -5,13 +5,18 @@ import type {
   BlameResult,
   BranchEntry,
   Counts,
+  Difference,
+  DifferenceSide,
+  Info,
   Item,
   ItemsResult,
   LogResult,
   Outcome,
+  PatchResult,
   Place,
   Plan,
   PlanKind,
+  Property,
   RepositoryEntry,
   Revision,
   UpdateResult,
@@ -79,6 +84,29 @@ export interface Requests {
   'change/plan': Call<Paths & { readonly kind: PlanKind; readonly url?: string }, Plan>;
   'change/commit': Call<
     Paths & { readonly message: string; readonly alsoTaken?: boolean },
+    Outcome & { readonly revision: number | null }
+  >;
+  'change/changelist': Call<Paths & { readonly name: string | null }, ItemsResult>;
+  'change/patch': Call<AtRoot & { readonly base64: string }, PatchResult>;
+  'property/list': Call<Place, Outcome & { readonly properties: readonly Property[] }>;
+  'property/set': Call<
+    Paths & { readonly name: string; readonly value: string | null },
+    ItemsResult
+  >;
+  'lock/get': Call<Paths & { readonly message?: string; readonly steal?: boolean }, ItemsResult>;
+  'lock/release': Call<Paths & { readonly force?: boolean }, ItemsResult>;
+  'workingCopy/relocate': Call<AtRoot & { readonly url: string }, Outcome>;
+  'workingCopy/info': Call<Paths, Outcome & { readonly items: readonly Info[] }>;
+  'history/setMessage': Call<
+    Place & { readonly revision: number; readonly message: string },
+    Outcome
+  >;
+  'diff/summary': Call<
+    { readonly from: DifferenceSide; readonly to: DifferenceSide },
+    Outcome & { readonly items: readonly Difference[] }
+  >;
+  'repository/import': Call<
+    { readonly path: string; readonly url: string; readonly message: string },
     Outcome & { readonly revision: number | null }
   >;
   'change/add': Call<Paths, ItemsResult>;

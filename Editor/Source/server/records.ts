@@ -64,10 +64,9 @@ export interface Item {
 }
 
 export interface Lock {
-  readonly owner?: string;
-  readonly comment?: string;
-  readonly token?: string;
-  readonly created?: string;
+  readonly owner?: string | null;
+  readonly comment?: string | null;
+  readonly created?: string | null;
 }
 
 export type Counts = Readonly<Record<string, number>>;
@@ -166,8 +165,45 @@ export interface RepositoryEntry {
   readonly author?: string | null;
   readonly date?: string | null;
   readonly url: string;
+  readonly lock?: Lock;
 }
 
 export interface BranchEntry extends Branch {
   readonly url: string;
+}
+
+export interface Property {
+  readonly name: string;
+  /** Null where it is not text; `base64` then holds its bytes. */
+  readonly value: string | null;
+  readonly base64?: string;
+}
+
+export interface PatchResult extends ItemsResult {
+  readonly conflicts: readonly Conflict[];
+}
+
+/** One side of a comparison; without a revision, what is on disk or the newest. */
+export type DifferenceSide = Place & { readonly revision?: Revision };
+
+export interface Difference {
+  readonly path: string;
+  readonly status: StatusWord;
+  readonly property: StatusWord;
+  readonly kind: 'file' | 'dir';
+}
+
+/** The files that the client has laid beside one in conflict. */
+export interface ConflictSides {
+  readonly kind: string;
+  readonly base: string | null;
+  readonly mine: string | null;
+  readonly theirs: string | null;
+}
+
+export interface Info {
+  readonly path: string;
+  readonly url: string | null;
+  readonly revision: number | null;
+  readonly conflicts: readonly ConflictSides[];
 }

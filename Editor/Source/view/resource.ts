@@ -81,5 +81,7 @@ function contextOf(item: Item): string {
   if (item.status === 'added') words.push('added');
   if (item.status === 'deleted') words.push('deleted');
   if (item.treeConflict) words.push('tree');
+  if (item.lock) words.push('locked');
+  if (item.changelist !== undefined) words.push('listed');
   return words.join(' ');
 }

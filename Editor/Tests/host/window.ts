@@ -77,3 +77,14 @@ export async function text(uri: vscode.Uri, content: string | Uint8Array): Promi
   const bytes = typeof content === 'string' ? Buffer.from(content) : content;
   await vscode.workspace.fs.writeFile(uri, bytes);
 }
+
+/** Runs a command of the extension, or of the editor. */
+export function run(command: string, ...args: unknown[]): Thenable<unknown> {
+  return vscode.commands.executeCommand(command, ...args);
+}
+
+export async function lines(uri: vscode.Uri): Promise<string[]> {
+  return Buffer.from(await vscode.workspace.fs.readFile(uri))
+    .toString('utf8')
+    .split('\n');
+}

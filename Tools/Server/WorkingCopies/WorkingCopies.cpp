@@ -247,6 +247,11 @@ Ran WorkingCopies::refreshBelow(const WorkingCopyPtr& copy, std::vector<std::str
     if (!turn) {
         throw requestCancelled(false);
     }
+    // An external may have been told of since the paths were touched: another working copy's then.
+    std::erase_if(paths, [&](const std::string& path) { return copy->isInsideExternal(path); });
+    if (paths.empty()) {
+        return {};
+    }
     for (std::string& path : paths) {
         const std::string unversioned = copy->unversionedAt(path);
         path = unversioned.empty() ? path : unversioned;
