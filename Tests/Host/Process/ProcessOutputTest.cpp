@@ -137,22 +137,26 @@ TEST_F(ProcessOutputTest, OfTheChildItselfIsWholeWithoutADrainTimeout) {
     }
 }
 
-/// Each reading is later than the last by most of the pause that follows a piece of output.
-class HurriedClock : public RunClock {
+/// Each reading is later than the last by the same step.
+class SteppingClock : public RunClock {
 public:
-    TimePoint now() const noexcept override {
-        return TimePoint(std::chrono::microseconds(1500) * ++readings_);
-    }
+    explicit SteppingClock(std::chrono::microseconds step) noexcept : step_(step) {}
+
+    TimePoint now() const noexcept override { return TimePoint(step_ * ++readings_); }
 
 private:
+    const std::chrono::microseconds step_;
     mutable std::atomic<int> readings_ = 0;
 };
 
-/// If the pause could end between two readings of one round, nothing would end that round: the
-/// child waits for room in its pipe, and the run for the child.
-TEST_F(ProcessOutputTest, IsTakenHoweverTheClockRunsBetweenReadings) {
-    const HurriedClock clock;
-    ProcessInvocation invocation = faultChild("both:2");
+class ClockStepTest : public ProcessTest, public testing::WithParamInterface<int> {};
+
+/// After a piece of output the run pauses for 2 ms. If the pause could end between two readings of
+/// one round, nothing would end that round: the child waits for room in its pipe, and the run for
+/// the child.
+TEST_P(ClockStepTest, NeverLeavesTheChildWaitingForRoom) {
+    const SteppingClock clock{std::chrono::microseconds(GetParam())};
+    ProcessInvocation invocation = faultChild("flood:2");
     invocation.limits.total.reset();
     std::stop_source stop;
     std::promise<void> end;
@@ -166,6 +170,11 @@ TEST_F(ProcessOutputTest, IsTakenHoweverTheClockRunsBetweenReadings) {
     EXPECT_EQ(described(outcome), "exited 0");
     EXPECT_TRUE(isPattern(outputOf(outcome), 2 * mebibyte));
 }
+
+// With each step the pause ends between another two readings: the second and third after its
+// beginning, the third and fourth, and so on.
+INSTANTIATE_TEST_SUITE_P(Microseconds, ClockStepTest,
+                         testing::Values(4000, 1333, 800, 571, 444, 364, 308, 267, 100));
 
 TEST_F(ProcessOutputTest, IsReplayedByTheStandIn) {
     const std::string name = testing::TempDir() + "quen-replay-" + std::to_string(::getpid());
