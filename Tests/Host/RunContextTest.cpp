@@ -1,6 +1,7 @@
 #include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlManager.h"
 #include "Tests/Host/ScratchDirectory.h"
+#include "Tests/Host/ScriptedOperation.h"
 #include "Tests/Support/HostRecorder.h"
 
 #include <array>
@@ -169,6 +170,21 @@ TEST(RunContextTest, HasTheRunnerThatItWasMadeWith) {
     EXPECT_EQ(changed.toolRunner(), runner);
     ASSERT_NE(changed.withToolRunner(nullptr).toolRunner(), nullptr);
     EXPECT_NE(changed.withToolRunner(nullptr).toolRunner(), runner);
+}
+
+TEST(RunContextTest, RunsTheClientInItsWorkingDirectory) {
+    const ScratchDirectory directory;
+    for (const String& place : {directory.path(), String()}) {
+        const RunContext::Scope scope(
+            RunContext().withWorkingDirectory(place).withEnvironment({{"PWD", nullptr}}));
+        ScriptedOperation operation;
+        operation.setLaunchPath("/bin/pwd");
+        operation.setArguments(StringArray{"-P"});
+        operation.run();
+        const auto expected = place.isNil() ? std::filesystem::current_path()
+                                            : std::filesystem::canonical(place.str());
+        EXPECT_EQ(operation.parsedText, String(expected.string() + "\n"));
+    }
 }
 
 } // namespace

@@ -89,6 +89,7 @@ bool becomesTrue(const std::function<bool()>& holds) {
 }
 
 RunningServer::RunningServer(const Sandbox& sandbox, const Words& options, const Words& variables) {
+    std::signal(SIGPIPE, SIG_IGN); // a server that has ended reads no more
     std::array<int, 2> in{};
     std::array<int, 2> out{};
     if (::pipe2(in.data(), O_CLOEXEC) != 0 || ::pipe2(out.data(), O_CLOEXEC) != 0) {

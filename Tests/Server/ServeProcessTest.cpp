@@ -3,8 +3,11 @@
 
 #include <csignal>
 #include <gmock/gmock.h>
+#include <poll.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 namespace quen::test {
 
@@ -150,6 +153,23 @@ TEST_F(ServeProcess, EndsEveryClientThatItStarted) {
         EXPECT_NE(::kill(child, 0), 0) << child;
     }
     EXPECT_EQ(server.answer(2).at("error").at("code"), -32800);
+}
+
+/// Bounded; a process that has ended and is not reaped has ended too.
+bool endsSoon(const FileDescriptor& process) {
+    pollfd end{process.number(), POLLIN, 0};
+    return ::poll(&end, 1, 10'000) == 1;
+}
+
+TEST_F(ServeProcess, IsNotOutlivedByAClientWhenItIsKilled) {
+    server.initialize({{"options", {{"toolsDirectory", sleepingClient(sandbox)}}}});
+    server.start("workingCopy/open", {{"path", sandbox.workingCopy().string()}});
+    ASSERT_TRUE(becomesTrue([&] { return server.children().size() == 1; }));
+    const FileDescriptor client(
+        static_cast<int>(::syscall(SYS_pidfd_open, server.children().front(), 0)));
+    ASSERT_TRUE(client.isOpen());
+    ::kill(server.number(), SIGKILL);
+    EXPECT_TRUE(endsSoon(client));
 }
 
 TEST_F(ServeProcess, ACancelEndsTheClientAndLimitsDo) {

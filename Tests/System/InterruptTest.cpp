@@ -377,6 +377,19 @@ TEST_F(QuestionTest, RemoveAsksForWhatIsOnTheDiskAlone) {
     EXPECT_EQ(sandbox_.svn({"status"}), "D       a.c\n");
 }
 
+/// The system forgets how children ended whose parent ignores their end, and ignoring is inherited.
+TEST(Parent, MayIgnoreTheEndOfItsChildren) {
+    const Sandbox sandbox;
+    sandbox.write("a.c", "one\n");
+    for (const Sandbox::Words& words : {Sandbox::Words{"status"}, Sandbox::Words{"add", "a.c"}}) {
+        Sandbox::Words command{"env", "--ignore-signal=CHLD", Sandbox::program()};
+        command.insert(command.end(), words.begin(), words.end());
+        const Ran ran = sandbox.run(command, sandbox.workingCopy());
+        EXPECT_EQ(ran.status, 0) << words.front();
+        EXPECT_EQ(ran.err.find("status"), std::string::npos) << ran.err;
+    }
+}
+
 } // namespace
 
 } // namespace quen::test

@@ -1,3 +1,5 @@
+#include "Host/ClientRunner.h"
+#include "Host/RunContext.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Provider/Provider.h"
 #include "Tools/Server/StreamServer.h"
@@ -24,6 +26,9 @@ int runServeCommand(const Options& options) {
         std::cerr << "quen serve: " << problem << '\n';
         return ExitFailure;
     }
+    // A client must not go on alone where the server is killed.
+    RunContext::setProcessDefault(RunContext::processDefault().withToolRunner(
+        std::make_shared<ClientRunner>(ClientRunner::Options{.endsWithHost = true})));
     return server::serveStreams(STDIN_FILENO, STDOUT_FILENO, std::move(provider), options.server);
 }
 

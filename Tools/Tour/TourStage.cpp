@@ -2,10 +2,10 @@
 
 #include "Foundation/Format.h"
 #include "Foundation/Lines.h"
+#include "Foundation/ShellWord.h"
 #include "QuenFoundation/QuenSourceControlRequestFacts.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/InterruptWatch.h"
-#include "Tools/Terminal/ShellWord.h"
 #include "Tools/Terminal/StatusWords.h"
 
 #include <iostream>

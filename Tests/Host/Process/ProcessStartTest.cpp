@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sys/stat.h>
@@ -26,6 +27,12 @@ std::ostream& operator<<(std::ostream& out, const RefusedCase& value) {
 ProcessInvocation withVariable(String name, String value) {
     ProcessInvocation invocation = program("/bin/true");
     invocation.environment = {{std::move(name), std::move(value)}};
+    return invocation;
+}
+
+ProcessInvocation programIn(String directory) {
+    ProcessInvocation invocation = program("/bin/true");
+    invocation.workingDirectory = std::move(directory);
     return invocation;
 }
 
@@ -58,6 +65,19 @@ INSTANTIATE_TEST_SUITE_P(
                         E2BIG, "could not start: Argument list too long"}));
 
 INSTANTIATE_TEST_SUITE_P(
+    ByItsDirectory, RefusedTest,
+    testing::Values(RefusedCase{"a directory that is not there",
+                                [] { return programIn("/nowhere"); }, ENOENT,
+                                "could not start: its working directory \"/nowhere\" cannot be "
+                                "entered: No such file or directory"},
+                    RefusedCase{"the empty text", [] { return programIn(""); }, ENOENT,
+                                "could not start: its working directory \"\" cannot be entered: No "
+                                "such file or directory"},
+                    RefusedCase{"a file", [] { return programIn("/etc/passwd"); }, ENOTDIR,
+                                "could not start: its working directory \"/etc/passwd\" cannot be "
+                                "entered: Not a directory"}));
+
+INSTANTIATE_TEST_SUITE_P(
     ByThisLayer, RefusedTest,
     testing::Values(
         RefusedCase{"nil", [] { return program(nullptr); }, EINVAL,
@@ -68,6 +88,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "could not start: the launch path is not absolute"},
         RefusedCase{"zero byte in the path", [] { return program(String("/bin/true\0x"sv)); },
                     EINVAL, "could not start: the launch path holds a zero byte"},
+        RefusedCase{"zero byte in the working directory",
+                    [] { return programIn(String("/tmp\0x"sv)); }, EINVAL,
+                    "could not start: the working directory holds a zero byte"},
         RefusedCase{"zero byte in an argument",
                     [] {
                         return program("/bin/true", {"a", String("b\0"sv)});
@@ -113,6 +136,31 @@ TEST_F(ProcessStartTest, ChangesTheEnvironmentOfTheChildAlone) {
         return std::getenv("LC_ALL") == "de_DE"sv ? "" : "the host's own was changed";
     });
     EXPECT_EQ(wrong, "");
+}
+
+/// Where a child finds itself; a line.
+std::string placeOfChild(const String& workingDirectory, bool endsWithHost) {
+    ProcessInvocation invocation = program("/bin/pwd", {"-P"});
+    invocation.workingDirectory = workingDirectory;
+    invocation.endsWithHost = endsWithHost;
+    return std::string(outputOf(run(invocation)));
+}
+
+TEST_F(ProcessStartTest, StartsTheChildInItsWorkingDirectory) {
+    const std::filesystem::path here = std::filesystem::current_path();
+    const std::filesystem::path directory = std::filesystem::canonical(testing::TempDir()) /
+                                            ("quen start \xc3\xbc " + std::to_string(::getpid()));
+    std::filesystem::create_directories(directory / "below");
+    for (const bool endsWithHost : {false, true}) {
+        EXPECT_EQ(placeOfChild(nullptr, endsWithHost), here.string() + "\n");
+        EXPECT_EQ(placeOfChild(directory.string(), endsWithHost), directory.string() + "\n");
+        EXPECT_EQ(placeOfChild((directory / "below/..").string(), endsWithHost),
+                  directory.string() + "\n");
+        const auto relative = std::filesystem::relative(directory, here).string();
+        EXPECT_EQ(placeOfChild(relative, endsWithHost), directory.string() + "\n");
+    }
+    EXPECT_EQ(std::filesystem::current_path(), here);
+    std::filesystem::remove_all(directory);
 }
 
 TEST_F(ProcessStartTest, WorksInAnEmptyEnvironment) {

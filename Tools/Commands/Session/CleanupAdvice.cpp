@@ -1,9 +1,9 @@
 #include "Tools/Commands/Session/CleanupAdvice.h"
 
+#include "Foundation/ShellWord.h"
 #include "Host/Places/Locations.h"
 #include "Host/Places/SettingsFile.h"
 #include "Host/TaskFailure.h"
-#include "Tools/Terminal/ShellWord.h"
 
 namespace quen::tools {
 

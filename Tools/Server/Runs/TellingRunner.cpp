@@ -1,6 +1,7 @@
 #include "Tools/Server/Runs/TellingRunner.h"
 
-#include <algorithm>
+#include "Foundation/ShellWord.h"
+
 #include <chrono>
 #include <string>
 
@@ -8,14 +9,12 @@ namespace quen::tools::server {
 
 namespace {
 
-/// `svn status --xml "/home/me/my wc": status 0, 12 ms`.
+/// `svn status --xml '/home/me/my wc': status 0, 12 ms`.
 std::string sentenceAbout(const ToolInvocation& invocation, const ToolRun& run,
                           std::chrono::milliseconds time) {
     std::string text = "svn";
     for (const String& argument : invocation.arguments) {
-        const bool isPlain = !argument.isEmpty() &&
-                             argument.view().find_first_of(" \t\n\"'") == std::string_view::npos;
-        text += isPlain ? " " + argument.str() : " \"" + argument.str() + "\"";
+        text += " " + shellWord(argument.view());
     }
     text += ": ";
     if (run.exitStatus) {

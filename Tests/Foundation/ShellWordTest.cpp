@@ -1,13 +1,11 @@
+#include "Foundation/ShellWord.h"
 #include "Tests/Support/CaseName.h"
-#include "Tools/Terminal/ShellWord.h"
 
 #include <gtest/gtest.h>
 #include <ostream>
 #include <string>
 
 namespace quen::test {
-
-using namespace tools;
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "Tools/Terminal/ShellWord.h"
+#include "Foundation/ShellWord.h"
 
-namespace quen::tools {
+namespace quen {
 
 std::string shellWord(std::string_view text) {
     constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
@@ -19,4 +19,4 @@ std::string shellWord(std::string_view text) {
     return word + "'";
 }
 
-} // namespace quen::tools
+} // namespace quen
