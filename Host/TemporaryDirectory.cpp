@@ -75,6 +75,18 @@ std::shared_ptr<TemporaryDirectory> TemporaryDirectory::holding(const String& pa
     return found == registry->directories.end() ? nullptr : found->second.lock();
 }
 
+void TemporaryDirectory::removeAll() noexcept {
+    try {
+        const std::shared_ptr<Registry> registry = Registry::shared();
+        const std::lock_guard lock(registry->mutex);
+        for (const auto& [path, directory] : registry->directories) {
+            std::error_code ignored;
+            std::filesystem::remove_all(path.str(), ignored);
+        }
+    } catch (...) { // NOLINT(bugprone-empty-catch): the process is about to end
+    }
+}
+
 TemporaryDirectory::~TemporaryDirectory() {
     {
         const std::lock_guard lock(registry_->mutex);

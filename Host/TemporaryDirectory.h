@@ -17,6 +17,10 @@ public:
     /// `main` has returned.
     static std::shared_ptr<TemporaryDirectory> holding(const String& path);
 
+    /// Removes every living one from the disk, for a process that is about to end without letting
+    /// go of them.
+    static void removeAll() noexcept;
+
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory();

@@ -88,9 +88,11 @@ std::string_view wordForReason(std::string_view reason) noexcept {
 } // namespace
 
 String descriptionOf(const InfoConflict& treeConflict) {
-    const std::string& incomingKind = treeConflict.incomingKind.isNil()
-                                          ? treeConflict.kind.str()
-                                          : treeConflict.incomingKind.str();
+    // After an incoming deletion there is nothing that came in: the client tells of what it was.
+    const bool isGone =
+        treeConflict.incomingKind.isNil() || treeConflict.incomingKind.view() == "none";
+    const std::string& incomingKind =
+        isGone ? treeConflict.kind.str() : treeConflict.incomingKind.str();
     std::string text = "local " + treeConflict.kind.str() + " ";
     text += wordForReason(treeConflict.reason.view());
     text += ", incoming " + incomingKind + " " + treeConflict.action.str();

@@ -28,33 +28,28 @@ std::string infoOf(const std::string& path, const std::string& place, const std:
 }
 
 TEST_F(BrowsingTest, InfoTellsWhereAnItemLiesAndItsLastChange) {
-    expectEach(
-        sandbox_,
-        {{{"info"}, infoOf(".", "trunk", "r4  alice")},
-         {{"info", "hello.c", "icon@2x.txt"},
-          infoOf("hello.c", "trunk/hello.c", "r4  alice") + "\n" +
-              infoOf("icon@2x.txt", "trunk/icon@2x.txt", "r3  bob")},
-         {{"info", "with blank.txt", "\xC3\xBCmlaut.txt", "--", "-dash.txt"},
-          infoOf("with blank.txt", "trunk/with%20blank.txt", "r2  alice") + "\n" +
-              infoOf("\xC3\xBCmlaut.txt", "trunk/%C3%BCmlaut.txt", "r2  alice") + "\n" +
-              infoOf("./-dash.txt", "trunk/-dash.txt", "r2  alice")},
-         {{"info", "new.c"}, "", 0, "quen info: \"new.c\" was never committed.\n"},
-         {{"info", "new.c", "hello.c"},
-          infoOf("", "trunk/hello.c", "r4  alice"),
-          0,
-          "quen info: 1 of the 2 items was never committed.\n"},
-         {{"info", "nowhere"},
-          "",
-          1,
-          "quen info: warning: The node 'SANDBOX/wc/nowhere' was not found.\n"
-          "quen info: Could not display info for all targets because some targets don't exist\n"},
-         {{"info", "--json", "empty"},
-          "[{\"QuenSourceControlOperationRemoteOriginKey\":"
-          "\"file://SANDBOX/repository/trunk/empty\","
-          "\"QuenSourceControlOperationRepositoryRootKey\":\"file://SANDBOX/repository\","
-          "\"QuenSourceControlOperationRevisionKey\":\"2\","
-          "\"QuenSourceControlOperationAuthorKey\":\"alice\","
-          "\"QuenSourceControlOperationDateKey\":\"DATE\"}]\n"}});
+    expectEach(sandbox_,
+               {{{"info"}, infoOf(".", "trunk", "r4  alice")},
+                {{"info", "hello.c", "icon@2x.txt"},
+                 infoOf("hello.c", "trunk/hello.c", "r4  alice") + "\n" +
+                     infoOf("icon@2x.txt", "trunk/icon@2x.txt", "r3  bob")},
+                {{"info", "with blank.txt", "\xC3\xBCmlaut.txt", "--", "-dash.txt"},
+                 infoOf("with blank.txt", "trunk/with%20blank.txt", "r2  alice") + "\n" +
+                     infoOf("\xC3\xBCmlaut.txt", "trunk/%C3%BCmlaut.txt", "r2  alice") + "\n" +
+                     infoOf("./-dash.txt", "trunk/-dash.txt", "r2  alice")},
+                {{"info", "new.c"}, "", 0, "quen info: \"new.c\" was never committed.\n"},
+                {{"info", "new.c", "hello.c"},
+                 infoOf("", "trunk/hello.c", "r4  alice"),
+                 0,
+                 "quen info: 1 of the 2 items was never committed.\n"},
+                {{"info", "nowhere"}, "", 1, "quen info: \"nowhere\" does not exist.\n"},
+                {{"info", "--json", "empty"},
+                 "[{\"QuenSourceControlOperationRemoteOriginKey\":"
+                 "\"file://SANDBOX/repository/trunk/empty\","
+                 "\"QuenSourceControlOperationRepositoryRootKey\":\"file://SANDBOX/repository\","
+                 "\"QuenSourceControlOperationRevisionKey\":\"2\","
+                 "\"QuenSourceControlOperationAuthorKey\":\"alice\","
+                 "\"QuenSourceControlOperationDateKey\":\"DATE\"}]\n"}});
 }
 
 TEST_F(BrowsingTest, ACommandThatDoesNotExistIsAnsweredWithTheNearest) {
@@ -79,21 +74,20 @@ TEST_F(BrowsingTest, InfoChecksWithoutAWord) {
 }
 
 TEST_F(BrowsingTest, ListNamesWhatADirectoryHolds) {
-    expectEach(sandbox_, {{{"list"},
-                           "-dash.txt\nblob\nempty\nhello.c\nicon@2x.txt\nsrc/\nwith "
-                           "blank.txt\n\xC3\xBCmlaut.txt\n"},
-                          {{"list", "src"}, "main.c\n"},
-                          {{"list", "icon@2x.txt"}, "icon@2x.txt\n"},
-                          {{"list", "--", "-dash.txt"}, "-dash.txt\n"},
-                          {{"list", sandbox_.url()}, "branches/\ntags/\ntrunk/\n"},
-                          {{"list", sandbox_.url("tags")}, ""},
-                          {{"list", "--json", "src"},
-                           "[{\"QuenSourceControlOperationIsLeafKey\":true,"
-                           "\"QuenSourceControlOperationNameKey\":\"main.c\"}]\n"},
-                          {{"list", "new.c"},
-                           "",
-                           1,
-                           "quen list: Path 'SANDBOX/wc/new.c' has no committed revision\n"}});
+    expectEach(
+        sandbox_,
+        {{{"list"},
+          "-dash.txt\nblob\nempty\nhello.c\nicon@2x.txt\nsrc/\nwith "
+          "blank.txt\n\xC3\xBCmlaut.txt\n"},
+         {{"list", "src"}, "main.c\n"},
+         {{"list", "icon@2x.txt"}, "icon@2x.txt\n"},
+         {{"list", "--", "-dash.txt"}, "-dash.txt\n"},
+         {{"list", sandbox_.url()}, "branches/\ntags/\ntrunk/\n"},
+         {{"list", sandbox_.url("tags")}, ""},
+         {{"list", "--json", "src"},
+          "[{\"QuenSourceControlOperationIsLeafKey\":true,"
+          "\"QuenSourceControlOperationNameKey\":\"main.c\"}]\n"},
+         {{"list", "new.c"}, "", 1, "quen list: Path \"new.c\" has no committed revision\n"}});
 }
 
 TEST_F(BrowsingTest, BranchTellsTrunkAndBranchesByTheUsualLayout) {
@@ -174,12 +168,14 @@ TEST_F(BrowsingTest, CatRefusesWhatItCannotPrint) {
         {{{"cat", "-r", "1", "hello.c"},
           "",
           1,
-          "quen cat: The revision 1 was not found for the file \"hello.c\".\n"},
+          "quen cat: The revision 1 was not found for the file \"hello.c\".\n"
+          "quen cat: `quen log` of the file shows its revisions.\n"},
          {{"cat", sandbox_.url("trunk/greet.c")},
           "",
           1,
-          "quen cat: The revision (null) was not found for the file "
-          "\"file://SANDBOX/repository/trunk/greet.c\".\n"},
+          "quen cat: \"file://SANDBOX/repository/trunk/greet.c\" does not exist in the "
+          "repository.\n"
+          "quen cat: `quen list` of the directory above shows what is there.\n"},
          {{"cat", "src"},
           "",
           1,
@@ -231,10 +227,8 @@ TEST_F(BrowsingTest, ExportWritesAFileToAnotherPlace) {
 
 TEST_F(BrowsingTest, OutsideAWorkingCopyItSaysSo) {
     const Ran ran = sandbox_.quen({"log"}, sandbox_.root());
-    EXPECT_EQ(
-        sandbox_.neutral(ran.err),
-        "quen log: The operation could not be performed because the file is not under version "
-        "control.\n");
+    EXPECT_EQ(ran.err, "quen log: \".\" is not in a working copy.\n"
+                       "quen log: Go into a working copy, or make one with: quen checkout URL\n");
     EXPECT_EQ(ran.out, "");
     EXPECT_EQ(ran.status, 1);
 }

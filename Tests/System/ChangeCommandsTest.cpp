@@ -227,9 +227,8 @@ TEST_F(TreeEditCommandsTest, MakeDirectoryInTheRepositoryIsACommit) {
                 {{"mkdir", "nowhere/d"},
                  "",
                  1,
-                 "quen mkdir: Try 'svn mkdir --parents' instead?\n"
-                 "quen mkdir: Can't create directory 'SANDBOX/wc/nowhere/d': No such "
-                 "file or directory\n"}});
+                 "quen mkdir: Can't create directory \"nowhere/d\": No such file or "
+                 "directory\n"}});
     EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("trunk")}), "d@1/\ne f/\n");
 }
 

@@ -34,13 +34,30 @@ protected:
         return sandbox_.svn({"propget", "--revprop", "-r", revision, "svn:log", sandbox_.url()});
     }
 
+    /// What is in the file that is told of, which only its owner can read.
+    std::string savedMessage(const Ran& ran) const {
+        const std::string told = "quen commit: Your message was saved in ";
+        const auto found = ran.err.find(told);
+        if (found == std::string::npos) {
+            return "Nothing was told: " + ran.err;
+        }
+        std::string file = ran.err.substr(found + told.size());
+        file.erase(file.find('\n'));
+        using std::filesystem::perms;
+        EXPECT_EQ(std::filesystem::status(file).permissions(),
+                  perms::owner_read | perms::owner_write);
+        return sandbox_.read(file);
+    }
+
     Sandbox sandbox_;
 };
 
 TEST_F(CommitCommandTest, TellsTheNewRevision) {
     expectEach(sandbox_,
-               {{{"commit", "-m", "-- \"First\"\n\n$HOME \xC3\xBC"}, "Committed revision 2.\n"},
-                {{"commit", "-m", "Again"}, "Nothing to commit.\n"},
+               {{{"commit", "-m", "-- \"First\"\n\n$HOME \xC3\xBC"},
+                 "added  a.c\nCommitted revision 2.\n"},
+                {{"commit", "-m", "Again"},
+                 "Nothing to commit.\nNot sent, because not under version control: notes.txt\n"},
                 {{"commit", "--json", "-m", "Again"}, "null\n"},
                 {{"commit", "--json"}, "null\n"}});
     EXPECT_EQ(messageOf("2"), "-- \"First\"\n\n$HOME \xC3\xBC\n");
@@ -65,7 +82,7 @@ TEST_F(CommitCommandTest, RefusesAnEmptyMessage) {
 }
 
 TEST_F(CommitCommandTest, SendsAMessageThatNamesAFile) {
-    expectEach(sandbox_, {{{"commit", "-m", "a.c"}, "Committed revision 2.\n"}});
+    expectEach(sandbox_, {{{"commit", "-m", "a.c"}, "added  a.c\nCommitted revision 2.\n"}});
     EXPECT_EQ(messageOf("2"), "a.c\n\n");
 }
 
@@ -78,7 +95,9 @@ TEST_F(CommitCommandTest, TakesNamesAsTheyAre) {
     Sandbox::Words words{"commit", "-m", "Names", "--"};
     words.insert(words.end(), names.begin(), names.end());
 
-    expectEach(sandbox_, {{words, "Committed revision 2.\n"}});
+    expectEach(sandbox_, {{words, "added  -dash.c\nadded  [x]\nadded  icon@2x.png\n"
+                                  "added  with blank.c\nadded  \xC3\xBC.c\n"
+                                  "Committed revision 2.\n"}});
 
     EXPECT_EQ(sandbox_.svn({"status", "-q"}), "A       a.c\n");
 }
@@ -86,8 +105,7 @@ TEST_F(CommitCommandTest, TakesNamesAsTheyAre) {
 TEST_F(CommitCommandTest, TakesTheMessageFromAFile) {
     sandbox_.write("message.txt", "From a file\n\n\xC3\xBC\n");
     expectEach(sandbox_,
-               {{{"commit", "-F", "message.txt"}, "Committed revision 2.\n"},
-                {{"commit", "-F", "nowhere.txt"},
+               {{{"commit", "-F", "nowhere.txt"},
                  "",
                  1,
                  "quen commit: The message cannot be read from \"nowhere.txt\": No such "
@@ -95,7 +113,8 @@ TEST_F(CommitCommandTest, TakesTheMessageFromAFile) {
                 {{"commit", "-F", "."},
                  "",
                  1,
-                 "quen commit: The message cannot be read from \".\": Is a directory.\n"}});
+                 "quen commit: The message cannot be read from \".\": Is a directory.\n"},
+                {{"commit", "-F", "message.txt"}, "added  a.c\nCommitted revision 2.\n"}});
     EXPECT_EQ(messageOf("2"), "From a file\n\n\xC3\xBC\n");
 }
 
@@ -107,7 +126,8 @@ TEST_F(CommitCommandTest, AsksTheEditorForTheMessage) {
     EXPECT_EQ(ran.out, "Committed revision 2.\n");
     EXPECT_EQ(messageOf("2"), "In two words\n");
     EXPECT_EQ(sandbox_.read("../seen"), "\n--This line and everything below is not sent--\n\n"
-                                        "added  a.c\n");
+                                        "added  a.c\n\n"
+                                        "Not sent, because not under version control: notes.txt\n");
     EXPECT_TRUE(std::filesystem::is_empty(temporary()));
 }
 
@@ -122,7 +142,7 @@ TEST_F(CommitCommandTest, AnEmptyMessageAborts) {
 
 TEST_F(CommitCommandTest, AnEditorThatFailsAborts) {
     EXPECT_EQ(quenWithEditor("false", {"commit"}).err,
-              "quen commit: The editor \"false\" failed: its exit status is 1.\n");
+              "quen commit: The editor \"false\" failed with exit status 1.\n");
     expectEach(sandbox_, {{{"commit"},
                            "",
                            1,
@@ -139,13 +159,96 @@ TEST_F(CommitCommandTest, KeepsTheMessageOfACommitThatFails) {
     const Ran ran = quenWithEditor("sed -i '1s/^/Precious/'", {"commit"});
 
     EXPECT_THAT(ran.err, HasSubstr("pre-commit"));
-    const std::string told = "quen commit: Your message is kept in ";
-    ASSERT_THAT(ran.err, HasSubstr(told));
-    std::string file = ran.err.substr(ran.err.find(told) + told.size());
-    file.erase(file.find('\n'));
-    EXPECT_EQ(sandbox_.read(file), "Precious\n");
-    using std::filesystem::perms;
-    EXPECT_EQ(std::filesystem::status(file).permissions(), perms::owner_read | perms::owner_write);
+    EXPECT_EQ(savedMessage(ran), "Precious\n");
+}
+
+TEST_F(CommitCommandTest, ShowsExactlyWhatGoes) {
+    sandbox_.write("src/b.c", "two\n");
+    sandbox_.write("src/deep/c.c", "three\n");
+    sandbox_.svn({"add", "-q", "src"});
+    sandbox_.svn({"propset", "-q", "svn:externals", "^/tags ext", "."});
+    sandbox_.svn({"update", "-q"});
+    sandbox_.write("ext/d.c", "four\n");
+    sandbox_.svn({"add", "-q", "ext/d.c"});
+
+    expectEach(sandbox_, {{{"commit", "-m", "M", "src"},
+                           "added  src\n"
+                           "added  src/b.c\n"
+                           "added  src/deep\n"
+                           "added  src/deep/c.c\n"
+                           "Committed revision 2.\n"}});
+    sandbox_.svn({"update", "-q"});
+    expectEach(sandbox_, {{{"commit", "-m", "M"},
+                           "properties modified  .\n"
+                           "added                a.c\n"
+                           "Committed revision 3.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status", "-q", "ext"}), "A       ext/d.c\n");
+}
+
+TEST_F(CommitCommandTest, ShowsNoMoreThanAScreenful) {
+    for (int i = 10; i < 40; ++i) {
+        sandbox_.write("many/" + std::to_string(i) + ".c", "one\n");
+    }
+    sandbox_.svn({"add", "-q", "many"});
+    const Ran ran = sandbox_.quen({"commit", "-m", "Many", "many"});
+    EXPECT_THAT(ran.out, HasSubstr("added  many/28.c\n... and 11 more items\nCommitted"));
+}
+
+TEST_F(CommitCommandTest, RefusesBeforeTheMessageWhatWouldFail) {
+    sandbox_.write("new/b.c", "one\n");
+    sandbox_.svn({"add", "-q", "new"});
+    sandbox_.svn({"commit", "-q", "-m", "A", "a.c"});
+    sandbox_.svn({"move", "-q", "a.c", "moved.c"});
+    expectEach(sandbox_, {{{"commit", "new/b.c"},
+                           "",
+                           1,
+                           "quen commit: \"new\" is a new directory that is not in the repository "
+                           "yet: commit it as well.\n"},
+                          {{"commit", "moved.c"},
+                           "",
+                           1,
+                           "quen commit: \"a.c\" is the other end of a move: commit it as well.\n"},
+                          {{"commit", "notes.txt"},
+                           "",
+                           1,
+                           "quen commit: \"notes.txt\" is not under version control. Add it with: "
+                           "quen add notes.txt\n"}});
+}
+
+TEST_F(CommitCommandTest, ShowsWhatAHookSaysAfterTheCommit) {
+    const std::filesystem::path hook = sandbox_.root() / "repository/hooks/post-commit";
+    sandbox_.write(hook, "#!/bin/sh\necho The mail is not sent >&2\nexit 1\n");
+    std::filesystem::permissions(hook, std::filesystem::perms::owner_all);
+
+    const Ran ran = sandbox_.quen({"commit", "-m", "M"});
+
+    EXPECT_EQ(ran.out, "added  a.c\nCommitted revision 2.\n");
+    EXPECT_EQ(ran.err, "quen commit: Warning: post-commit hook failed (exit code 1) with output:\n"
+                       "quen commit: Warning: The mail is not sent\n");
+    EXPECT_EQ(ran.status, 0);
+}
+
+TEST_F(CommitCommandTest, AMessageFromStandardInputIsSavedWhereTheCommitFails) {
+    const std::filesystem::path hook = sandbox_.root() / "repository/hooks/pre-commit";
+    sandbox_.write(hook, "#!/bin/sh\nexit 1\n");
+    std::filesystem::permissions(hook, std::filesystem::perms::owner_all);
+
+    const Ran ran =
+        sandbox_.run({"sh", "-c", "echo Precious | \"$0\" commit -F -", Sandbox::program()},
+                     sandbox_.workingCopy(), {"TMPDIR=" + temporary().string()});
+
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(savedMessage(ran), "Precious\n");
+}
+
+/// What it had written by then is kept.
+TEST_F(CommitCommandTest, KeepsTheMessageOfAnEditorThatCrashes) {
+    const Ran ran =
+        quenWithEditor("sh -c 'sed -i \"1s/^/Precious/\" \"$1\"; kill -KILL $$' -", {"commit"});
+
+    EXPECT_THAT(ran.err, HasSubstr("failed with exit status 137.\n"));
+    EXPECT_THAT(savedMessage(ran), testing::StartsWith("Precious\n"));
+    EXPECT_EQ(sandbox_.svn({"status", "-q"}), "A       a.c\n");
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 #include "QuenFoundation/QuenSourceControlStatus.h"
+#include "Tests/Support/CaseName.h"
 #include "Tests/System/Sandbox.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <utility>
 
 namespace quen::test {
@@ -180,8 +182,8 @@ TEST_F(StatusOfRealWorkingCopy, BothSidesChanged) {
                                              QuenSourceControlStatusModifiedInRepository));
     EXPECT_EQ(sandbox.quen({"status", "-u"}).out, "Here      Repository  Path\n"
                                                   "modified  modified    a.c\n"
-                                                  "1 item: 1 modified, 1 changed in the "
-                                                  "repository\n");
+                                                  "1 item: 1 modified; also: 1 changed "
+                                                  "in the repository\n");
 }
 
 TEST_F(StatusOfRealWorkingCopy, NamesThatAreHardToType) {
@@ -201,8 +203,162 @@ TEST_F(StatusOfRealWorkingCopy, WhatIsNoWorkingCopyIsSaidAndTheRestIsShown) {
     const Ran ran = sandbox.quen({"status", "a.c", "/"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.out, ::testing::HasSubstr("modified  a.c\n"));
-    EXPECT_EQ(ran.err, "quen status: The operation could not be performed because the file is not "
-                       "under version control.\n");
+    EXPECT_EQ(ran.err,
+              "quen status: \"/\" is not in a working copy.\n"
+              "quen status: Go into a working copy, or make one with: quen checkout URL\n");
+}
+
+/// What people see beyond the records: one situation a row, in a working copy of its own.
+struct Shown {
+    const char* name;
+    /// Done by a colleague and committed, then by this person; scripts of a shell.
+    const char* theirs;
+    const char* ours;
+    Sandbox::Words words;
+    const char* out;
+    const char* err = "";
+    int status = 0;
+};
+
+void PrintTo(const Shown& shown, std::ostream* out) {
+    *out << shown.name;
+}
+
+class ShownStatus : public StatusOfRealWorkingCopy, public testing::WithParamInterface<Shown> {};
+
+TEST_P(ShownStatus, IsWhole) {
+    const Shown& shown = GetParam();
+    if (*shown.theirs != '\0') {
+        colleagueCommits({"sh", "-ec", shown.theirs});
+    }
+    const Ran done = sandbox.run({"sh", "-ec", shown.ours}, sandbox.workingCopy(),
+                                 {"URL=" + sandbox.url(), "SVN_EDITOR=true"});
+    ASSERT_EQ(done.status, 0) << done.err;
+
+    const Ran ran = sandbox.quen(shown.words);
+
+    EXPECT_EQ(sandbox.neutral(ran.out), shown.out);
+    EXPECT_EQ(sandbox.neutral(ran.err), shown.err);
+    EXPECT_EQ(ran.status, shown.status);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Situations, ShownStatus,
+    testing::Values(
+        Shown{"changelists, sorted, with what is unchanged in them",
+              "",
+              "echo x >> a.c; svn changelist -q 'fix 7' a.c dir/c.c; touch z.c b.new; svn propset "
+              "-q p v b.c",
+              {"status"},
+              "properties modified  b.c\n"
+              "unversioned          b.new\n"
+              "unversioned          z.c\n"
+              "\n"
+              "Changelist fix 7:\n"
+              "modified             a.c\n"
+              "unchanged            dir/c.c\n"
+              "5 items: 1 modified, 1 properties modified, 2 unversioned, 1 unchanged\n"},
+        Shown{"moves and copies",
+              "",
+              "svn move -q a.c dir/moved.c; svn copy -q b.c copy.c",
+              {"status"},
+              "deleted  a.c  (moved to dir/moved.c)\n"
+              "copied   copy.c\n"
+              "copied   dir/moved.c  (moved from a.c)\n"
+              "3 items: 1 deleted, 2 copied\n"},
+        Shown{"a tree conflict with its reason",
+              "svn remove -q a.c",
+              "echo mine >> a.c; svn update -q --accept postpone || true",
+              {"status"},
+              "tree conflict, copied  a.c  (local file edit, incoming file delete or move upon "
+              "update)\n"
+              "1 item: 1 tree conflict; also: 1 copied\n"},
+        Shown{"switched, external",
+              "",
+              "svn copy -q -m B $URL/trunk $URL/branches/b; svn switch -q $URL/branches/b/dir dir; "
+              "svn propset -q svn:externals '^/tags ext' .; svn update -q",
+              {"status"},
+              "properties modified  .\n"
+              "switched             dir\n"
+              "external             ext\n"
+              "3 items: 1 properties modified, 1 switched, 1 external\n"},
+        Shown{"locks held here and elsewhere",
+              "echo x > a.c",
+              "svn update -q; svn lock -q --username alice -m 'My turn' a.c; svn checkout -q "
+              "$URL/trunk ../third; svn lock -q --username bob -m 'Hands off' ../third/b.c",
+              {"status", "-u"},
+              "Here    Repository  Path\n"
+              "locked  -           a.c  (locked here by alice: My turn)\n"
+              "locked  -           b.c  (locked elsewhere by bob: Hands off)\n"
+              "2 items: 2 locked\n"},
+        Shown{"a lock that was taken over",
+              "echo x > a.c",
+              "svn update -q; svn lock -q --username alice a.c; svn checkout -q $URL/trunk "
+              "../third; svn lock -q --force --username bob ../third/a.c",
+              {"status", "-u"},
+              "Here    Repository  Path\n"
+              "locked  -           a.c  (lock taken over by bob)\n"
+              "1 item: 1 locked\n"},
+        Shown{"what comes in, in text and properties",
+              "echo x >> a.c; svn propset -q p v b.c; svn remove -q dir/c.c; touch n.c; svn add -q "
+              "n.c",
+              "svn propset -q q w b.c",
+              {"status", "-u"},
+              "Here                 Repository           Path\n"
+              "unchanged            modified             .\n"
+              "unchanged            modified             a.c\n"
+              "properties modified  properties modified  b.c\n"
+              "unchanged            deleted              dir/c.c\n"
+              "not here             added                n.c\n"
+              "5 items: 4 changed in the repository, 1 properties modified; also: 1 changed in the "
+              "repository\n"},
+        Shown{"names that are not there",
+              "",
+              "echo x > a.c",
+              {"status", "a.c", "dirr", "b.c"},
+              "modified  a.c\n1 item: 1 modified\n",
+              "quen status: \"dirr\" does not exist. Did you mean \"dir\"?\n",
+              1},
+        Shown{"a name that XML cannot hold",
+              "",
+              "echo x > a.c; touch \"$(printf 'bad\\001name')\"",
+              {"status"},
+              "modified     a.c\n"
+              "unversioned  bad\xEF\xBF\xBDname\n"
+              "2 items: 1 modified, 1 unversioned\n",
+              "quen status: The name \"bad\xEF\xBF\xBDname\" holds control characters, which break "
+              "svn's own reports. Rename it.\n"},
+        Shown{"a name that is not UTF-8",
+              "",
+              "echo x > a.c; touch \"$(printf 'dir/bad\\377name')\"",
+              {"status", "dir"},
+              "",
+              "quen status: Error converting entry in directory \"dir\" to UTF-8\n"
+              "quen status: Valid UTF-8 data\n"
+              "quen status: (hex: 62 61 64)\n"
+              "quen status: followed by invalid UTF-8 sequence\n"
+              "quen status: (hex: ff 6e 61 6d)\n"
+              "quen status: The name \"bad\xEF\xBF\xBDname\" is not UTF-8. Rename it.\n",
+              1}),
+    CaseName());
+
+TEST_F(StatusOfRealWorkingCopy, AnAuthorThatXMLCannotHoldIsNamedAndAllIsShown) {
+    sandbox.write("../repository/hooks/pre-revprop-change", "#!/bin/sh\n");
+    std::filesystem::permissions(sandbox.root() / "repository/hooks/pre-revprop-change",
+                                 std::filesystem::perms::owner_all);
+    sandbox.svn(
+        {"propset", "-q", "--revprop", "-r", "2", "svn:author", "ma\x01llory", sandbox.url()});
+    sandbox.svn({"update", "-q", "-r", "1"});
+    sandbox.svn({"update", "-q"});
+    sandbox.write("a.c", "changed\n");
+
+    const Ran ran = sandbox.quen({"status"});
+
+    EXPECT_EQ(ran.out, "modified  a.c\n1 item: 1 modified\n");
+    EXPECT_THAT(ran.err, ::testing::HasSubstr("The author \"ma\xEF\xBF\xBDllory\" of \"a.c\" holds "
+                                              "control characters"));
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_THAT(statusOf(sandbox), has("a.c", QuenSourceControlStatusModified));
 }
 
 } // namespace

@@ -38,7 +38,7 @@ TEST(CleanupCommand, NamesTheTopOfTheWorkingCopy) {
     directory.write("my wc@1/src/a.c", "");
 
     EXPECT_EQ(cleanupCommandFor(directory.pathOf("my wc@1/src/a.c").str()),
-              "svn cleanup '" + directory.pathOf("my wc@1@").str() + "'");
+              "quen cleanup '" + directory.pathOf("my wc@1").str() + "'");
     EXPECT_EQ(cleanupCommandFor(directory.path().str()), "");
 }
 

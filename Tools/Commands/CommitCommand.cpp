@@ -1,13 +1,16 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
-#include "Tools/Commands/Changes/ChangeList.h"
+#include "Tools/Commands/Changes/CommitPreview.h"
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
+#include <cstdint>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace quen::tools {
 
@@ -19,13 +22,40 @@ struct Options {
     std::vector<std::string> paths{"."};
 };
 
-int tellNothingToCommit(const Options& options) {
+/// No more than a screen holds.
+constexpr std::size_t shownItems = 20;
+
+int tellNothingToCommit(const Options& options, const CommitPreview& preview) {
     if (options.common.json) {
         printJson(Value());
-    } else {
-        std::cout << "Nothing to commit.\n";
+        return ExitSuccess;
+    }
+    std::cout << "Nothing to commit.\n";
+    for (const std::string& note : preview.notes()) {
+        std::cout << note << '\n';
     }
     return ExitSuccess;
+}
+
+/// With an editor it stands below the message; otherwise the message is there already.
+void show(const CommitPreview& preview, const Options& options) {
+    if (options.common.json || options.message.needsEditor()) {
+        return;
+    }
+    for (const std::string& line : preview.items(shownItems)) {
+        std::cout << line << '\n';
+    }
+    std::cout.flush();
+}
+
+std::vector<std::string> textBelowMessage(const CommitPreview& preview) {
+    std::vector<std::string> lines = preview.items(SIZE_MAX);
+    const std::vector<std::string> notes = preview.notes();
+    if (!notes.empty()) {
+        lines.emplace_back();
+        lines.insert(lines.end(), notes.begin(), notes.end());
+    }
+    return lines;
 }
 
 std::string summaryOf(const Value& result, const ClientReport& /*report*/) {
@@ -43,23 +73,20 @@ int runCommitCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
-    std::vector<std::string> changes;
-    if (options.message.needsEditor()) {
-        const auto found = linesOfChanges(session, *source, options.paths, committedChanges);
-        if (!found) {
-            return found.status();
-        }
-        if (found->empty()) {
-            return tellNothingToCommit(options);
-        }
-        changes = *found;
+    const auto request = makeRequest(RequestTypeCommit, *source, clientPaths(options.paths));
+    const auto preview = CommitPreview::of(session, request, options.paths);
+    if (!preview) {
+        return preview.status();
+    }
+    if (preview->sendsNothing()) {
+        return tellNothingToCommit(options, *preview);
     }
     LogMessage message(session);
-    if (!message.obtain(options.message, changes)) {
+    if (!message.obtain(options.message, textBelowMessage(*preview))) {
         return ExitFailure;
     }
-    const auto request = makeRequest(RequestTypeCommit, *source, clientPaths(options.paths),
-                                     {{QuenSourceControlRequestOptionMessage, message.text()}});
+    show(*preview, options);
+    request->setOptions({{QuenSourceControlRequestOptionMessage, message.text()}});
     return message.conclude(makeChange(session, {request, options.paths.front()}, summaryOf));
 }
 

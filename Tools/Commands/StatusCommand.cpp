@@ -1,10 +1,17 @@
+#include "Foundation/XMLReport.h"
+#include "Host/ClientQuery.h"
+#include "Host/Facts/InfoFacts.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "QuenFoundation/QuenSourceControlStatus.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Content/StatusItem.h"
+#include "Tools/Commands/Content/StatusRecords.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
-#include "Tools/Commands/Session/ShowRecords.h"
-#include "Tools/Terminal/StatusWords.h"
+#include "Tools/Commands/Session/CleanupAdvice.h"
+#include "Tools/Commands/Session/ErrorAdvice.h"
+#include "Tools/Commands/Session/HostQueries.h"
+#include "Tools/Commands/Session/KeptRun.h"
+#include "Tools/Terminal/SafeText.h"
 #include "Tools/Terminal/Table.h"
 
 #include <algorithm>
@@ -23,110 +30,151 @@ struct Options {
     std::vector<std::string> paths{"."};
 };
 
-/// One record of the result, as people read it.
-struct Item {
-    std::uint32_t workingCopy = 0;
-    std::uint32_t repository = 0;
-    std::string path;
-
-    bool isIgnored() const {
-        return workingCopy == QuenSourceControlStatusIgnored &&
-               repository == QuenSourceControlStatusNone;
-    }
+/// What the client said, read a second time for what the provider's records leave out.
+struct Answer {
+    StatusFacts facts;
+    /// The whole report was there, and the client ended well.
+    bool isWhole = false;
+    TreeConflicts treeConflicts;
 };
 
-std::uint32_t statusIn(const Dictionary& record, const String& key) {
-    const std::int64_t* const status = record[key].integer();
-    return status == nullptr ? 0 : static_cast<std::uint32_t>(*status);
+/// A status knows that there is a tree conflict, an info why.
+TreeConflicts reasonsOfTreeConflicts(const std::vector<StatusEntry>& entries) {
+    StringArray arguments{"info", "--xml"};
+    for (const StatusEntry& entry : entries) {
+        if (entry.isTreeConflict) {
+            arguments.push_back(closedClientPath(entry.path.str()));
+        }
+    }
+    TreeConflicts reasons;
+    if (arguments.size() == 2) {
+        return reasons;
+    }
+    const auto query = ClientQuery::make(std::move(arguments));
+    runHostQuery(*query);
+    InfoFactsReader reader;
+    reader.take(query->output()->bytes());
+    reader.finish();
+    for (const InfoEntry& entry : reader.facts().entries) {
+        for (const InfoConflict& conflict : entry.conflicts) {
+            if (conflict.type.view() == "tree") {
+                reasons[entry.path.str()] = descriptionOf(conflict).str();
+            }
+        }
+    }
+    return reasons;
 }
 
-std::vector<Item> itemsOf(const Array& records) {
-    std::vector<Item> items;
-    for (const Value& value : records) {
-        const Dictionary& record = *value.dictionary();
-        items.push_back({statusIn(record, QuenSourceControlOperationWCStatusKey),
-                         statusIn(record, QuenSourceControlOperationRepositoryStatusKey),
-                         record[QuenSourceControlOperationPathKey].stringValue().str()});
-    }
-    return items;
+Answer answerIn(const KeptRun& run) {
+    Answer answer;
+    StatusFactsReader reader;
+    reader.take(run.output());
+    answer.isWhole = !reader.finish() && run.endedWell();
+    answer.facts = reader.takeFacts();
+    sortByPath(answer.facts.entries);
+    answer.treeConflicts = reasonsOfTreeConflicts(answer.facts.entries);
+    return answer;
 }
 
-/// The words of one status in one cell, in the colour of the gravest.
-Table::Cell statusCell(std::uint32_t status, const std::string& whenNone) {
-    const std::vector<StatusWord> words = wordsForStatus(status);
-    if (words.empty()) {
-        return {whenNone, Style::faint};
-    }
-    Table::Cell cell{words.front().text, words.front().style};
-    for (std::size_t i = 1; i < words.size(); ++i) {
-        cell.text += ", " + words[i].text;
-    }
-    return cell;
-}
-
-/// How many items each word stands beside, in the order of first appearance.
-class Summary {
-public:
-    void count(const Item& item) {
-        ++items_;
-        for (const StatusWord& word : wordsForStatus(item.workingCopy)) {
-            add(word.text);
-        }
-        if (item.repository != QuenSourceControlStatusNone) {
-            add("changed in the repository");
-        }
-    }
-
-    std::string text() const {
-        std::string text = std::to_string(items_) + (items_ == 1 ? " item" : " items");
-        for (const auto& [word, count] : counts_) {
-            text += (&word == &counts_.front().first ? ": " : ", ") + std::to_string(count) + " " +
-                    word;
-        }
-        return text;
-    }
-    bool isEmpty() const { return items_ == 0; }
-
-private:
-    void add(const std::string& word) {
-        const auto known = std::find_if(counts_.begin(), counts_.end(),
-                                        [&](const auto& count) { return count.first == word; });
-        if (known == counts_.end()) {
-            counts_.emplace_back(word, 1);
-        } else {
-            ++known->second;
-        }
-    }
-
-    std::size_t items_ = 0;
-    std::vector<std::pair<std::string, std::size_t>> counts_;
+/// Rows of one changelist, or of what is in none.
+struct Group {
+    std::string name;
+    std::vector<StatusItem> items;
 };
 
-void printForPeople(const Array& records, const Options& options) {
-    const Palette palette = options.common.palette();
+std::vector<Group> groupsOf(std::vector<StatusItem> items) {
+    std::vector<Group> groups;
+    for (StatusItem& item : items) {
+        auto group = std::find_if(groups.begin(), groups.end(),
+                                  [&](const Group& each) { return each.name == item.changelist; });
+        if (group == groups.end()) {
+            group = groups.insert(groups.end(), {item.changelist, {}});
+        }
+        group->items.push_back(std::move(item));
+    }
+    std::sort(groups.begin(), groups.end(),
+              [](const Group& a, const Group& b) { return a.name < b.name; });
+    return groups;
+}
+
+/// One width for all groups, so that their columns line up.
+struct Widths {
+    std::size_t here = 0;
+    std::size_t incoming = 0;
+};
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(text.size(), width), ' ');
+    return text;
+}
+
+std::string incomingText(const StatusItem& item) {
+    return item.incoming.empty() ? "-" : joinedWords(item.incoming);
+}
+
+Table tableOf(const std::vector<StatusItem>& items, const Widths& widths, bool asksRepository) {
     Table table;
-    if (options.asksRepository) {
-        table.add(
-            {{"Here", Style::heading}, {"Repository", Style::heading}, {"Path", Style::heading}});
-    }
-    Summary summary;
-    std::size_t hidden = 0;
-    for (const Item& item : itemsOf(records)) {
-        if (item.isIgnored() && !options.showsIgnored) {
-            ++hidden;
-            continue;
+    for (const StatusItem& item : items) {
+        Table::Row row;
+        row.push_back({padded(joinedWords(item.here), widths.here), item.here.front().style});
+        if (asksRepository) {
+            row.push_back({padded(incomingText(item), widths.incoming),
+                           item.incoming.empty() ? Style::faint : item.incoming.front().style});
         }
-        summary.count(item);
-        Table::Row row{statusCell(item.workingCopy, "unchanged")};
-        if (options.asksRepository) {
-            row.push_back(statusCell(item.repository, "-"));
-        }
-        row.push_back({printable(item.path)});
+        row.push_back({item.described()});
         table.add(std::move(row));
     }
-    if (!summary.isEmpty()) {
-        table.print(std::cout, palette);
+    return table;
+}
+
+void printHeading(const Widths& widths, const Palette& palette) {
+    Table heading;
+    heading.add({{padded("Here", widths.here), Style::heading},
+                 {padded("Repository", widths.incoming), Style::heading},
+                 {"Path", Style::heading}});
+    heading.print(std::cout, palette);
+}
+
+void printItems(std::vector<StatusItem> items, bool asksRepository, const Palette& palette) {
+    Widths widths;
+    for (const StatusItem& item : items) {
+        widths.here = std::max(widths.here, joinedWords(item.here).size());
+        widths.incoming = std::max(widths.incoming, incomingText(item).size());
     }
+    if (asksRepository && !items.empty()) {
+        widths = {std::max(widths.here, std::string_view("Here").size()),
+                  std::max(widths.incoming, std::string_view("Repository").size())};
+        printHeading(widths, palette);
+    }
+    bool isFirst = true;
+    for (const Group& group : groupsOf(std::move(items))) {
+        if (!group.name.empty()) {
+            std::cout << (isFirst ? "" : "\n")
+                      << palette.paint(Style::heading, "Changelist " + group.name + ":") << '\n';
+        }
+        tableOf(group.items, widths, asksRepository).print(std::cout, palette);
+        isFirst = false;
+    }
+}
+
+void printForPeople(const Answer& answer, const Options& options) {
+    const Palette palette = options.common.palette();
+    StatusSummary summary;
+    std::vector<StatusItem> items;
+    std::size_t hidden = 0;
+    for (const StatusEntry& entry : answer.facts.entries) {
+        const auto reason = answer.treeConflicts.find(entry.path.str());
+        StatusItem item =
+            statusItem(entry, reason == answer.treeConflicts.end() ? "" : reason->second,
+                       options.asksRepository);
+        if (item.isIgnored && !options.showsIgnored) {
+            ++hidden;
+        } else {
+            summary.count(item);
+            items.push_back(std::move(item));
+        }
+    }
+    printItems(std::move(items), options.asksRepository, palette);
     std::cout << palette.paint(Style::heading, summary.isEmpty() ? "No changes" : summary.text());
     if (hidden > 0) {
         std::cout << palette.paint(Style::faint, " (" + std::to_string(hidden) +
@@ -135,16 +183,89 @@ void printForPeople(const Array& records, const Options& options) {
     std::cout << '\n';
 }
 
+void tellOfUnreadable(const Session& session, const StatusFacts& facts) {
+    for (const UnreadableText& text : facts.unreadable) {
+        session.tell(sentenceOnUnreadable(text));
+    }
+}
+
+void tellOfLock(const Session& session, const StatusFacts& facts) {
+    const auto& entries = facts.entries;
+    const auto locked = std::find_if(entries.begin(), entries.end(), [](const StatusEntry& entry) {
+        return entry.isWorkingCopyLocked;
+    });
+    if (locked != entries.end()) {
+        session.tell("\"" + printable(locked->path.view()) +
+                     "\" is locked: a client is at work there, or one was killed. Unless one is at "
+                     "work, run: " +
+                     cleanupCommandFor(locked->path.str()));
+    }
+}
+
+bool namesSomething(const std::string& path, const StatusFacts& facts) {
+    const std::filesystem::path named = std::filesystem::path(path).lexically_normal();
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored)) ||
+           std::any_of(facts.entries.begin(), facts.entries.end(), [&](const StatusEntry& entry) {
+               const auto told = std::filesystem::path(entry.path.str()).lexically_normal();
+               return told == named || told.string().starts_with(named.string() + "/");
+           });
+}
+
+bool isMissing(const std::string& path, const StatusFacts& facts) {
+    return !isRepositoryURL(path) && !namesSomething(path, facts);
+}
+
+bool areAllMissing(const Options& options, const StatusFacts& facts) {
+    return std::all_of(options.paths.begin(), options.paths.end(),
+                       [&](const std::string& path) { return isMissing(path, facts); });
+}
+
+/// The client says nothing at all of a path that is not there. The exit status.
+int tellOfMissing(const Session& session, const Options& options, const StatusFacts& facts) {
+    int status = ExitSuccess;
+    for (const std::string& path : options.paths) {
+        if (isMissing(path, facts)) {
+            session.tell(sentenceOnMissingPath(path));
+            status = ExitFailure;
+        }
+    }
+    return status;
+}
+
+int show(const Session& session, const QuenSourceControlOperation& operation,
+         const Options& options, const KeptRun& run) {
+    const Answer answer = answerIn(run);
+    // Of a whole report nothing is missing, though XML cannot hold some of its texts.
+    const bool isWell = !operation.error() ||
+                        (answer.isWhole && operation.error().domain() == XMLParserErrorDomain);
+    if (options.common.json) {
+        printJson(answer.facts.entries.empty() && !isWell
+                      ? operation.result()
+                      : Value(statusRecords(answer.facts, answer.treeConflicts)));
+    } else if (!answer.facts.entries.empty() || (isWell && !areAllMissing(options, answer.facts))) {
+        printForPeople(answer, options);
+    }
+    std::cout.flush();
+    tellOfUnreadable(session, answer.facts);
+    tellOfLock(session, answer.facts);
+    if (!isWell || session.wasStopped(operation)) {
+        return session.finish(operation);
+    }
+    return tellOfMissing(session, options, answer.facts);
+}
+
 int runStatusCommand(Session& session, const Options& options) {
     const auto source = findSource(session, options.paths.front());
     if (!source) {
         return source.status();
     }
+    const auto run = std::make_shared<KeptRun>(RunContext::current().toolRunner());
+    const RunContext::Scope scope(RunContext::current().withToolRunner(run));
     const auto operation = session.perform(
         makeRequest(options.asksRepository ? RequestTypeRemoteStatus : RequestTypeStatus, *source,
                     clientPaths(options.paths)));
-    return showRecords(session, operation,
-                       [&](const Array& records) { printForPeople(records, options); });
+    return operation ? show(session, **operation, options, *run) : operation.status();
 }
 
 } // namespace

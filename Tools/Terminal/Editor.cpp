@@ -34,7 +34,7 @@ bool editFile(const std::string& editor, const std::string& path, std::string& p
         return true;
     }
     problem = "The editor \"" + editor + "\" failed" +
-              (WIFEXITED(status) ? ": its exit status is " + std::to_string(WEXITSTATUS(status))
+              (WIFEXITED(status) ? " with exit status " + std::to_string(WEXITSTATUS(status))
                                  : std::string(": a signal ended it")) +
               ".";
     return false;

@@ -1,5 +1,6 @@
 #include "Tools/Terminal/InterruptWatch.h"
 
+#include "Host/TemporaryDirectory.h"
 #include "Tools/Terminal/ExitStatus.h"
 #include "Tools/Terminal/StartedPrograms.h"
 
@@ -9,6 +10,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <poll.h>
+#include <string_view>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <system_error>
@@ -23,6 +25,7 @@ namespace {
 struct State {
     std::mutex mutex;
     std::function<void()> action;
+    std::string lastWords;
     std::atomic<int> interrupts = 0;
     std::atomic<int> lentKeys = 0;
     /// Readable from the first interrupt on; -1 while there is no watch.
@@ -55,6 +58,19 @@ FileDescriptor opened(int number) {
         throw std::system_error(errno, std::generic_category(), "Interrupts cannot be watched");
     }
     return FileDescriptor(number);
+}
+
+[[noreturn]] void endAtOnce(std::string_view lastWords) {
+    killStartedPrograms();
+    TemporaryDirectory::removeAll();
+    while (!lastWords.empty()) {
+        const ssize_t written = write(STDERR_FILENO, lastWords.data(), lastWords.size());
+        if (written < 0) {
+            break;
+        }
+        lastWords.remove_prefix(static_cast<std::size_t>(written));
+    }
+    std::_Exit(ExitInterrupted);
 }
 
 bool isKey(std::uint32_t number) noexcept {
@@ -109,8 +125,7 @@ void InterruptWatch::takeSignal() {
     }
     const std::lock_guard lock(state().mutex);
     if (state().interrupts.fetch_add(1) > 0 || signal.ssi_signo == SIGQUIT) {
-        killStartedPrograms();
-        std::_Exit(ExitInterrupted);
+        endAtOnce(state().lastWords);
     }
     eventfd_write(state().interrupted.load(), 1);
     if (state().action) {
@@ -129,6 +144,16 @@ InterruptWatch::Action::Action(std::function<void()> action) {
 InterruptWatch::Action::~Action() {
     const std::lock_guard lock(state().mutex);
     state().action = nullptr;
+}
+
+InterruptWatch::LastWords::LastWords(std::string words) {
+    const std::lock_guard lock(state().mutex);
+    state().lastWords = std::move(words);
+}
+
+InterruptWatch::LastWords::~LastWords() {
+    const std::lock_guard lock(state().mutex);
+    state().lastWords.clear();
 }
 
 InterruptWatch::KeysLent::KeysLent() {

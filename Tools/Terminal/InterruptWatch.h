@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <functional>
+#include <string>
 #include <thread>
 
 namespace quen::tools {
@@ -11,8 +12,9 @@ namespace quen::tools {
 /// As long as it lives, an interrupt (SIGINT, SIGTERM or SIGHUP) does not end the program: it is
 /// remembered, calls the action of that time on a thread of its own, and ends the waits of
 /// `waitUntilReady`, so that whoever is at work can stop in an orderly way. A second one, and
-/// SIGQUIT at once, kills every program that this one has started and ends it, with the status of
-/// an interrupt: whoever asks twice does not want to wait.
+/// SIGQUIT at once, kills every program that this one has started, removes its temporary
+/// directories, writes the last words and ends it, with the status of an interrupt: whoever asks
+/// twice does not want to wait.
 ///
 /// A signal that the program was started to ignore, as `nohup` does, stays ignored.
 ///
@@ -48,6 +50,16 @@ public:
         KeysLent(const KeysLent&) = delete;
         KeysLent& operator=(const KeysLent&) = delete;
         ~KeysLent();
+    };
+
+    /// What is written to standard error where the program is ended at once while this lives: a
+    /// line with its line feed, safe to show. One at a time.
+    class LastWords {
+    public:
+        explicit LastWords(std::string words);
+        LastWords(const LastWords&) = delete;
+        LastWords& operator=(const LastWords&) = delete;
+        ~LastWords();
     };
 
 private:

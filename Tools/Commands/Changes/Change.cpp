@@ -28,17 +28,30 @@ std::string cleanupCommandOf(const Change& change) {
                                                       : cleanupCommandFor(change.workingCopy);
 }
 
-void tellOfCleanup(const Session& session, const QuenSourceControlOperation& operation,
-                   const Change& change) {
+/// Of a client that was ended early. Only a lock that is there is worth a word.
+void tellOfCleanup(const Session& session, const Change& change) {
     const std::string command = cleanupCommandOf(change);
-    if (command.empty()) {
-        return;
+    if (!command.empty() && isLeftLocked(change.workingCopy)) {
+        session.tell("The working copy is locked; run: " + command);
     }
-    if (session.wasStopped(operation)) {
-        session.tell("The working copy may have been left locked. If it was, clean it up with: " +
-                     command);
-    } else if (saysLocked(operation.error())) {
-        session.tell("Unless another svn is at work there, clean it up with: " + command);
+}
+
+/// Whether a commit that was interrupted is made all the same.
+void tellOfCommit(const Session& session) {
+    const ClientReport& report = session.report();
+    if (report.commit() == ClientReport::Commit::made) {
+        session.tell("Revision " + report.revision() + " was committed before that.");
+    } else if (report.commit() == ClientReport::Commit::underWay) {
+        session.tell(
+            "It may already have been committed: `quen log -l 1` shows the last revision.");
+    }
+}
+
+/// A hook that fails after the commit changes nothing about it.
+void tellOfHooks(const Session& session) {
+    const std::string& warning = session.report().warning();
+    for (const std::string_view line : linesOf(warning)) {
+        session.tell("Warning: " + std::string(line));
     }
 }
 
@@ -60,7 +73,11 @@ int finishChange(const Session& session, const Outcome<QuenSourceControlOperatio
         printForPeople(summary(performed.result(), session.report()), session.report());
     }
     const int status = session.finish(performed);
-    tellOfCleanup(session, performed, change);
+    if (session.wasStopped(performed)) {
+        tellOfCommit(session);
+        tellOfCleanup(session, change);
+    }
+    tellOfHooks(session);
     return status;
 }
 

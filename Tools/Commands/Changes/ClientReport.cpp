@@ -51,6 +51,9 @@ void ClientReport::takeLine(std::string_view line) {
         return;
     }
     lastLine_ = line;
+    if (takeCommitLine(line)) {
+        return;
+    }
     if (line.starts_with("--- ")) {
         isRecordingMerge_ = line.starts_with("--- Recording") || line.starts_with("--- Eliding");
     } else if (line == "Summary of conflicts:") {
@@ -65,6 +68,20 @@ void ClientReport::takeLine(std::string_view line) {
             revision_ = digitsAt(line.substr(beginning.size()));
         }
     }
+}
+
+/// True where that is all there is to the line.
+bool ClientReport::takeCommitLine(std::string_view line) {
+    constexpr std::string_view warning = "Warning: ";
+    if (line.starts_with("Committing transaction")) {
+        commit_ = Commit::underWay;
+    } else if (line.starts_with("Committed revision ")) {
+        commit_ = Commit::made;
+    } else if (commit_ == Commit::made && (!warning_.empty() || line.starts_with(warning))) {
+        warning_.append(warning_.empty() ? line.substr(warning.size()) : line) += '\n';
+        return true;
+    }
+    return false;
 }
 
 } // namespace quen::tools

@@ -29,18 +29,33 @@ public:
     const std::string& revision() const noexcept { return revision_; }
     /// What follows `Summary of conflicts:`, a line each; empty where there were none.
     const std::string& conflicts() const noexcept { return conflicts_; }
+    /// What a commit's hooks said after it, a line each: the client warns of it, and all is well
+    /// for it. Empty where there was nothing.
+    const std::string& warning() const noexcept { return warning_; }
+
+    /// How far a commit has come.
+    enum class Commit {
+        notBegun,
+        /// All was sent and the server is at work: from outside nobody can tell whether it is made.
+        underWay,
+        made,
+    };
+    Commit commit() const noexcept { return commit_; }
 
 private:
     /// No line about an item or a revision is longer.
     static constexpr std::size_t longestLine = 64 * 1024;
 
     void takeLine(std::string_view line);
+    bool takeCommitLine(std::string_view line);
 
     LineAssembler lines_{longestLine};
     std::string lastLine_;
     std::string revision_;
     std::string conflicts_;
     std::size_t items_ = 0;
+    std::string warning_;
+    Commit commit_ = Commit::notBegun;
     bool isRecordingMerge_ = false;
     bool isListingConflicts_ = false;
 };

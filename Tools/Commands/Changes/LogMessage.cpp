@@ -22,6 +22,8 @@ namespace {
 constexpr std::string_view separator = "--This line and everything below is not sent--";
 constexpr std::string_view blanks = " \t\r\n";
 
+const FileWriter::Options replacing{.existing = FileWriter::Existing::replaced, .mode = {}};
+
 std::optional<std::string> contentOf(std::istream& stream) {
     std::string content;
     std::array<char, 4096> piece{};
@@ -132,9 +134,25 @@ int LogMessage::conclude(int status) {
 }
 
 void LogMessage::keepUnlessEmpty() {
-    if (!keptIn_.empty() && !text_.empty()) {
-        session_.tell("Your message is kept in " + keptIn_);
+    if (text_.empty()) {
+        return;
+    }
+    if (keptIn_.empty() && cannotBeReadAgain_) {
+        saveText();
+    }
+    if (!keptIn_.empty()) {
+        session_.tell("Your message was saved in " + keptIn_);
         keptIn_.clear();
+        lastWords_.reset();
+    }
+}
+
+void LogMessage::saveText() {
+    std::string file = freshFile();
+    if (!file.empty() && !writeFile(file, text_ + '\n', replacing)) {
+        keptIn_ = std::move(file);
+    } else if (!file.empty()) {
+        unlink(file.c_str());
     }
 }
 
@@ -146,6 +164,7 @@ bool LogMessage::readFrom(const std::string& file) {
                       "\": " + std::generic_category().message(errno == 0 ? EIO : errno) + ".");
         return false;
     }
+    cannotBeReadAgain_ = file == "-";
     // The end of the last line is a file's, not a message's.
     text_ = content->substr(0, content->find_last_not_of(blanks) + 1);
     return true;
@@ -164,6 +183,7 @@ bool LogMessage::edit(const std::vector<std::string>& about) {
             "No file can be made for the message: " + std::generic_category().message(errno) + ".");
         return false;
     }
+    lastWords_.emplace("quen: Your message was saved in " + keptIn_ + "\n");
     std::string problem;
     const bool wasEdited = editFile(editor, keptIn_, problem);
     const auto content = contentOf(keptIn_);
@@ -178,8 +198,7 @@ bool LogMessage::edit(const std::vector<std::string>& about) {
         return false;
     }
     // What would be kept is the message alone, fit for -F; as it was edited where there is no room.
-    if (const Error error = writeFile(keptIn_, text_ + '\n',
-                                      {.existing = FileWriter::Existing::replaced, .mode = {}})) {
+    if (const Error error = writeFile(keptIn_, text_ + '\n', replacing)) {
         session_.tell(error);
     }
     sayThatItIsText();

@@ -2,6 +2,7 @@
 
 #include "Foundation/String.h"
 #include "Tools/Commands/Session/Session.h"
+#include "Tools/Terminal/InterruptWatch.h"
 
 #include <optional>
 #include <string>
@@ -29,7 +30,8 @@ struct MessageOptions {
 };
 
 /// The log message of one change. One that was written in an editor lies in a file until the change
-/// is made, so that it is not lost with a change that fails.
+/// is made, so that it is not lost with a change that fails; one that was read from standard input
+/// is saved where the change fails.
 class LogMessage {
 public:
     explicit LogMessage(const Session& session) : session_(session) {}
@@ -53,10 +55,15 @@ private:
     /// The client refuses a message that is the name of a file, unless a line feed ends it.
     void sayThatItIsText();
     void keepUnlessEmpty();
+    void saveText();
 
     const Session& session_;
     std::string text_;
     std::string keptIn_;
+    /// It came from standard input.
+    bool cannotBeReadAgain_ = false;
+    /// Where the program is killed meanwhile.
+    std::optional<InterruptWatch::LastWords> lastWords_;
 };
 
 } // namespace quen::tools

@@ -3,12 +3,13 @@
 #include "Host/ClientRunner.h"
 #include "Host/Credentials/Credentials.h"
 #include "Host/RequestRefusal.h"
-#include "Tools/Commands/Session/ErrorTexts.h"
+#include "Tools/Commands/Session/ErrorAdvice.h"
 #include "Tools/Commands/Session/TerminalCredentials.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Provider/Provider.h"
 #include "Tools/Terminal/InterruptWatch.h"
 #include "Tools/Terminal/Question.h"
+#include "Tools/Terminal/SafeText.h"
 
 #include <iostream>
 #include <utility>
@@ -86,7 +87,7 @@ Outcome<QuenSourceControlOperationPtr> Session::perform(const QuenSourceControlR
     }
     Error refusal = refusalOfRequest(*request);
     if (refusal || !provider_->validateRequest(request, &refusal)) {
-        tell(refusal);
+        tell(refusal, request.get());
         return Explained{ExitFailure};
     }
     const RunContext::Scope scope(contextFor(follow));
@@ -150,16 +151,16 @@ int Session::finish(const QuenSourceControlOperation& operation) const {
     if (!operation.error()) {
         return ExitSuccess;
     }
-    tell(operation.error());
+    tell(operation.error(), operation.request().get());
     return ExitFailure;
 }
 
 void Session::tell(const std::string& text) const {
-    std::cerr << "quen " << command_ << ": " << text << '\n';
+    std::cerr << "quen " << command_ << ": " << printableLine(text) << '\n';
 }
 
-void Session::tell(const Error& error) const {
-    for (const std::string& line : linesOfError(error)) {
+void Session::tell(const Error& error, const QuenSourceControlRequest* request) const {
+    for (const std::string& line : linesForPerson(error, request)) {
         tell(line);
     }
 }

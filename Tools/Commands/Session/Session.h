@@ -77,9 +77,11 @@ public:
     /// follows.
     int finish(const QuenSourceControlOperation& operation) const;
 
-    /// A line on standard error under the command's name.
+    /// A line on standard error under the command's name. What comes from outside need not be made
+    /// safe before.
     void tell(const std::string& text) const;
-    void tell(const Error& error) const;
+    /// Its reason, and what to do. `request` is the one that failed, where there was one.
+    void tell(const Error& error, const QuenSourceControlRequest* request = nullptr) const;
 
     /// Tells a text as the reason that a command cannot go on.
     Explained fail(const std::string& text, int status = ExitFailure) const;
