@@ -26,6 +26,7 @@ ProcessInvocation processOf(const ToolInvocation& invocation) {
     process.environment.emplace_back("LANGUAGE", String()); // it would win over the locale
     process.workingDirectory = invocation.workingDirectory;
     process.limits = invocation.limits;
+    process.uncountedTime = invocation.uncountedTime;
     process.outputWatcher = invocation.outputWatcher;
     return process;
 }

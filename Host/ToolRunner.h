@@ -6,6 +6,7 @@
 #include "Host/RunSettings.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -35,6 +36,10 @@ struct ToolInvocation {
     /// the run's output is complete all the same. A runner may leave it out for a whole run. It
     /// belongs to the operation: a record leaves it out.
     std::function<void(std::string_view)> outputWatcher = {};
+    /// How much of the run's time so far counts for none of its limits, as a person was being asked
+    /// something; empty for none. It never grows faster than the time. Called on the running
+    /// thread, during the run. Must not throw. A record leaves it out.
+    std::function<std::chrono::nanoseconds()> uncountedTime = {};
 };
 
 /// A finished run.

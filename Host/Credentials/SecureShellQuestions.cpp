@@ -49,6 +49,7 @@ void SecureShellQuestions::hold(int connection) {
                                      : answerTo(text.substr(end + 1), text.substr(0, end));
         writeAll(connection, answer == nullptr ? "-" : "+");
         if (answer != nullptr) {
+            hasAcceptedHostKey_ = hasAcceptedHostKey_ || isAboutHostKey(text);
             writeAll(connection, answer->view());
         }
     } catch (const std::bad_alloc&) { // the helper takes that for no answer
@@ -56,6 +57,7 @@ void SecureShellQuestions::hold(int connection) {
 }
 
 SecretPtr SecureShellQuestions::answerTo(const std::string& prompt, const std::string& asker) {
+    const QuestionTime::Open open(*time_);
     CredentialKeeper& keeper = credentials_->keeper();
     const std::string realm = secureShellRealm(prompt);
     CredentialKeeper::Number since = keeper.number();

@@ -2,7 +2,9 @@
 
 #include "Host/Credentials/CredentialKeeper.h"
 #include "Host/Credentials/Credentials.h"
+#include "Host/Credentials/QuestionTime.h"
 
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <stop_token>
@@ -24,6 +26,11 @@ public:
 
     void hold(int connection);
 
+    /// How long the run has waited for answers.
+    const QuestionTimePtr& time() const { return time_; }
+    /// Whether a host's key was accepted.
+    bool hasAcceptedHostKey() const { return hasAcceptedHostKey_; }
+
     /// The answer to a question of the process `asker`, which asks the same again where an answer
     /// did not do. Null for none.
     SecretPtr answerTo(const std::string& prompt, const std::string& asker);
@@ -37,6 +44,8 @@ private:
     CredentialsPtr credentials_;
     std::string url_;
     std::stop_token stop_;
+    std::atomic<bool> hasAcceptedHostKey_ = false;
+    QuestionTimePtr time_ = std::make_shared<QuestionTime>();
     std::mutex mutex_;
     /// The number of the answer that each asker had to each question.
     std::map<std::pair<std::string, std::string>, CredentialKeeper::Number> given_;

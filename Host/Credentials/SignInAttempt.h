@@ -32,6 +32,9 @@ public:
     EnvironmentChanges environment() const;
 
     const SignInFacts& facts() const { return facts_; }
+    /// How long the run has waited for answers to questions of its own.
+    const QuestionTimePtr& questionTime() const { return questions_->time(); }
+    bool hasAcceptedHostKey() const { return questions_->hasAcceptedHostKey(); }
     /// The password for the realm, if the client has asked for it.
     std::optional<KeptPassword> usedPassword(const std::string& realm) const;
 

@@ -17,6 +17,19 @@ namespace {
 /// A source that answers without a person could go on for ever.
 constexpr int mostAnswers = 10;
 
+/// The secure shell's word that it has taken a host for known, which is what was asked for: without
+/// it, a run that has done its work has nothing to complain of.
+void dropNoticeOfNewHost(ToolRun& run) {
+    constexpr std::string_view notice = "Warning: Permanently added ";
+    std::string text(run.errors->bytes());
+    const std::size_t at = text.starts_with(notice) ? 0 : text.find("\n" + std::string(notice));
+    if (at != std::string::npos) {
+        const std::size_t begin = text.starts_with(notice) ? 0 : at + 1;
+        text.erase(begin, std::min(text.find('\n', begin), text.size() - 1) - begin + 1);
+        run.errors = std::make_shared<Data>(text);
+    }
+}
+
 ToolRun notStarted(int error) {
     ToolRun run;
     run.end = RunEnd::couldNotStart;
@@ -28,9 +41,9 @@ ToolRun notStarted(int error) {
 } // namespace
 
 bool mayNeedServer(const StringArray& arguments) {
-    constexpr std::array<std::string_view, 10> local{"add",      "cleanup", "revert",     "resolve",
+    constexpr std::array<std::string_view, 11> local{"add",      "cleanup", "revert",     "resolve",
                                                      "resolved", "upgrade", "changelist", "cl",
-                                                     "status",   "st"};
+                                                     "status",   "st",      "--version"};
     if (arguments.empty()) {
         return false;
     }
@@ -57,13 +70,21 @@ ToolRun SignInRunner::run(const ToolInvocation& invocation, std::stop_token stop
         const EnvironmentChanges changes = attempt->environment();
         prepared.environment.insert(prepared.environment.end(), changes.begin(), changes.end());
         prepared.outputWatcher = held.watcher();
+        prepared.uncountedTime = [time = attempt->questionTime()] { return time->soFar(); };
         ToolRun run = runner_->run(prepared, stop);
         if (answers < mostAnswers && steps.isWorthAnotherRun(run, *attempt)) {
             held.drop();
             continue;
         }
         held.release();
-        run.signInFailure = steps.failure();
+        if (attempt->hasAcceptedHostKey()) {
+            dropNoticeOfNewHost(run);
+        }
+        if (steps.failure() && stop.stop_requested()) {
+            run.end = RunEnd::cancelled; // while somebody was asked: it would have been made again
+        } else {
+            run.signInFailure = steps.failure();
+        }
         return run;
     }
 }

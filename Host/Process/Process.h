@@ -40,6 +40,9 @@ struct ProcessInvocation {
     bool endsWithHost = false;
 
     RunLimits limits;
+    /// How much of the run's time so far counts for none of the limits; empty for none. It never
+    /// grows faster than the time. Called on the thread that runs, often. Must not throw.
+    std::function<std::chrono::nanoseconds()> uncountedTime;
 
     /// Called with every piece of a stream as it arrives, in order, on the thread that runs; the
     /// outcome holds everything all the same. The bytes live during the call. The run stands still

@@ -27,6 +27,12 @@ RunClock::TimePoint after(RunClock::TimePoint time, std::chrono::milliseconds sp
     return span < most ? time + span : RunClock::TimePoint::max();
 }
 
+/// Likewise for a deadline that is put off; one that is never stays so.
+RunClock::TimePoint putOff(RunClock::TimePoint deadline, std::chrono::nanoseconds span) noexcept {
+    return span < RunClock::TimePoint::max() - deadline ? deadline + span
+                                                        : RunClock::TimePoint::max();
+}
+
 /// In whole milliseconds, upwards: a timeout cut short would only be waited for again.
 int pollTimeout(RunClock::TimePoint now, RunClock::TimePoint deadline) noexcept {
     if (deadline == RunClock::TimePoint::max()) {
@@ -68,10 +74,15 @@ bool ProcessRun::isOver() const noexcept {
            ((!output_.isOpen() && !errors_.isOpen()) || clock_.now() >= phaseDeadline_);
 }
 
+std::chrono::nanoseconds ProcessRun::uncounted() const noexcept {
+    return invocation_.uncountedTime ? invocation_.uncountedTime() : std::chrono::nanoseconds(0);
+}
+
 /// The latest time to look again, if nothing happens before.
 RunClock::TimePoint ProcessRun::nextLook(TimePoint now) const noexcept {
-    TimePoint next =
-        phase_ == Phase::running ? std::min(totalDeadline_, idleDeadline_) : phaseDeadline_;
+    TimePoint next = phase_ == Phase::running
+                         ? putOff(std::min(totalDeadline_, idleDeadline_), uncounted())
+                         : phaseDeadline_;
     if (isPausing(now)) {
         next = std::min(next, outputPauseEnd_);
     }
@@ -121,7 +132,7 @@ template <typename Read> std::size_t ProcessRun::keep(Read read) noexcept {
     try {
         const std::size_t count = read();
         if (count > 0 && invocation_.limits.idle) {
-            idleDeadline_ = after(clock_.now(), *invocation_.limits.idle);
+            idleDeadline_ = after(clock_.now() - uncounted(), *invocation_.limits.idle);
         }
         return count;
     } catch (const std::bad_alloc&) {
@@ -156,9 +167,9 @@ void ProcessRun::enforce() noexcept {
         return;
     } else if (cancel_.isCancelled()) {
         stop(RunEnd::cancelled);
-    } else if (now >= totalDeadline_) {
+    } else if (now - uncounted() >= totalDeadline_) {
         stop(RunEnd::timedOut);
-    } else if (now >= idleDeadline_) {
+    } else if (now - uncounted() >= idleDeadline_) {
         stop(RunEnd::idleTimedOut);
     }
 }

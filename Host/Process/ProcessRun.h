@@ -30,6 +30,7 @@ private:
     bool isOver() const noexcept;
     bool isPausing(TimePoint now) const noexcept { return now < outputPauseEnd_; }
     TimePoint nextLook(TimePoint now) const noexcept;
+    std::chrono::nanoseconds uncounted() const noexcept;
     void wait() noexcept;
     void takeOutput() noexcept;
     template <typename Read> std::size_t keep(Read read) noexcept;
@@ -51,6 +52,7 @@ private:
     const std::size_t outputCapacity_;
 
     Phase phase_ = Phase::running;
+    // Both as if no time were left uncounted.
     TimePoint totalDeadline_ = TimePoint::max();
     TimePoint idleDeadline_ = TimePoint::max();
     TimePoint phaseDeadline_ = TimePoint::max();  // of `asked` and `ended`

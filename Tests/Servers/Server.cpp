@@ -95,6 +95,36 @@ void Server::keepPassword(const std::string& kept) const {
                                            keptEntry("username", user) + "END\n");
 }
 
+void Server::changePassword(const std::string& old, const std::string& next) const {
+    const auto run = [this](const std::string& script) {
+        const Ran ran = sandbox_.run({"sh", "-e", "-c", script}, sandbox_.root());
+        if (ran.status != 0) {
+            throw std::runtime_error("The password cannot be changed: " + ran.err);
+        }
+    };
+    const std::string quoted = "'" + next + "'";
+    switch (kind_) {
+    case ServerKind::svnserveWithSASL:
+        run("printf %s " + quoted + " | saslpasswd2 -p -u quen -f server/sasldb " + user);
+        break;
+    case ServerKind::httpd:
+    case ServerKind::httpsd:
+        run(std::string("printf '%s:{SHA}%s\n' ") + user + " $(printf %s " + quoted +
+            " | openssl dgst -sha1 -binary | openssl base64) >server/users");
+        break;
+    case ServerKind::httpdWithDigest:
+        run(std::string("printf '%s:quen:%s\n' ") + user + " $(printf '%s:quen:%s' " + user + " " +
+            quoted + " | md5sum | cut -d' ' -f1) >server/users");
+        break;
+    case ServerKind::sshd:
+        run("ssh-keygen -q -p -P '" + old + "' -N " + quoted + " -f server/key");
+        break;
+    default:
+        sandbox_.write(sandbox_.root() / "repository/conf/passwd",
+                       std::string("[users]\n") + user + " = " + next + "\n");
+    }
+}
+
 void Server::forgetPassword() const {
     std::filesystem::remove(keptPasswordFile());
 }

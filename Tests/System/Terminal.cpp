@@ -89,6 +89,28 @@ bool Terminal::waitFor(std::string_view text) {
     return true;
 }
 
+std::optional<std::size_t> Terminal::waitForNext(std::initializer_list<std::string_view> texts) {
+    const auto deadline = Clock::now() + patience;
+    for (;;) {
+        std::size_t first = std::string::npos;
+        std::size_t which = 0;
+        for (const std::string_view& text : texts) {
+            const std::size_t at = shown_.find(text, found_);
+            if (at != std::string::npos && (first == std::string::npos || at < first)) {
+                first = at;
+                which = static_cast<std::size_t>(&text - texts.begin());
+            }
+        }
+        if (first != std::string::npos) {
+            found_ = first + 1;
+            return which;
+        }
+        if (!read(deadline)) {
+            return std::nullopt;
+        }
+    }
+}
+
 void Terminal::type(std::string_view keys) const {
     if (write(keyboard_.number(), keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {
         throw std::runtime_error("The terminal takes no keys.");

@@ -4,6 +4,9 @@
 #include "Host/Process/Process.h"
 
 #include <chrono>
+#include <cstddef>
+#include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,6 +25,9 @@ public:
 
     /// Reads until the text has been shown; false where it never is.
     bool waitFor(std::string_view text);
+    /// Reads until one of the texts is shown behind what this found before; its place in the list,
+    /// or nothing where the program ends first.
+    std::optional<std::size_t> waitForNext(std::initializer_list<std::string_view> texts);
     void type(std::string_view keys) const;
     /// Reads until the program has ended; its exit status, -1 where it has none.
     int waitForEnd();
@@ -35,6 +41,7 @@ private:
     FileDescriptor keyboard_;
     int child_ = -1;
     std::string shown_;
+    std::size_t found_ = 0;
 };
 
 } // namespace quen::test

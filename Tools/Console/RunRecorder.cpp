@@ -12,6 +12,7 @@ ToolRun RunRecorder::run(const ToolInvocation& invocation, std::stop_token stop)
         runs_.push_back({invocation, {}});
         runs_.back().invocation.operation = nullptr;
         runs_.back().invocation.outputWatcher = nullptr;
+        runs_.back().invocation.uncountedTime = nullptr;
     }
     ToolRun run = runner_->run(invocation, std::move(stop));
     const std::lock_guard lock(mutex_);

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <exception>
+#include <utility>
 
 namespace quen::tools::server {
 
@@ -62,7 +63,7 @@ Server::Client readClient(const JsonInput& params) {
 } // namespace
 
 Server::Received Server::receive(std::string_view body) {
-    const Message message = readMessage(body);
+    Message message = readMessage(body);
     switch (message.kind) {
     case MessageKind::notJson: tellFault(message.fault); return Received::notJson;
     case MessageKind::invalid:
@@ -71,7 +72,7 @@ Server::Received Server::receive(std::string_view body) {
             fail(message, message.faultCode, message.fault);
         }
         return Received::served;
-    case MessageKind::response: questions_.take(message); return Received::served;
+    case MessageKind::response: questions_.take(std::move(message)); return Received::served;
     case MessageKind::notification: return takeNotification(message);
     case MessageKind::request: takeRequest(message); break;
     }

@@ -1,5 +1,6 @@
 #include "Tools/Server/StreamServer.h"
 
+#include "Host/Credentials/Secret.h"
 #include "Host/Process/FileDescriptor.h"
 #include "Tools/Server/Methods/Methods.h"
 #include "Tools/Server/Server.h"
@@ -12,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
@@ -99,7 +101,7 @@ private:
 
     /// False when the conversation is over.
     bool takeFrames() {
-        while (const auto frame = frames_.next()) {
+        while (auto frame = frames_.next()) {
             if (!frame->fault.empty()) {
                 server_.tellFault(frame->fault);
                 continue;
@@ -107,7 +109,9 @@ private:
             const Server::Received received = server_.receive(frame->body);
             if (received == Server::Received::notJson) {
                 frames_.giveBack(frame->body);
-            } else if (received == Server::Received::exit) {
+            }
+            clearText(frame->body); // it may have held a password
+            if (received == Server::Received::exit) {
                 return false;
             }
         }
@@ -128,6 +132,7 @@ private:
         const ssize_t count = ::read(input_, piece_.data(), piece_.size());
         if (count > 0) {
             frames_.feed({piece_.data(), static_cast<std::size_t>(count)});
+            ::explicit_bzero(piece_.data(), static_cast<std::size_t>(count));
             return true;
         }
         if (count < 0 && (errno == EINTR || errno == EAGAIN)) {

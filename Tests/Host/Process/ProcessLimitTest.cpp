@@ -1,5 +1,6 @@
 #include "Tests/Host/Process/ProcessTestSupport.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace quen::test {
@@ -50,6 +51,42 @@ INSTANTIATE_TEST_SUITE_P(
                     LimitCase{"hang", longTime, shortTime, "idle timed out by signal 15"},
                     LimitCase{"hang-closed", {}, shortTime, "idle timed out by signal 15"},
                     LimitCase{"say:0", {}, forever, "exited 0"}));
+
+/// Limits stand still while a person is asked something, and go on afterwards.
+struct QuestionCase {
+    const char* name;
+    std::optional<milliseconds> total;
+    std::optional<milliseconds> idle;
+    std::string end;
+};
+
+std::ostream& operator<<(std::ostream& out, const QuestionCase& value) {
+    return out << value.name;
+}
+
+class LimitWhileAskedTest : public ProcessTest, public testing::WithParamInterface<QuestionCase> {};
+
+TEST_P(LimitWhileAskedTest, StandsStill) {
+    constexpr milliseconds asked{400};
+    ProcessInvocation invocation = faultChild("hang");
+    invocation.limits.total = GetParam().total;
+    invocation.limits.idle = GetParam().idle;
+    invocation.limits.terminationGrace = milliseconds(20);
+    const auto start = std::chrono::steady_clock::now();
+    invocation.uncountedTime = [&]() -> std::chrono::nanoseconds {
+        return std::min<std::chrono::nanoseconds>(std::chrono::steady_clock::now() - start, asked);
+    };
+    const ProcessOutcome outcome = run(invocation);
+    EXPECT_EQ(described(outcome), GetParam().end);
+    EXPECT_GE(outcome.duration, asked + shortTime);
+    EXPECT_LT(outcome.duration, std::chrono::seconds(10));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, LimitWhileAskedTest,
+    testing::Values(QuestionCase{"total", shortTime, {}, "timed out by signal 15"},
+                    QuestionCase{"idle", {}, shortTime, "idle timed out by signal 15"},
+                    QuestionCase{"both", longTime, shortTime, "idle timed out by signal 15"}));
 
 class ProcessLimitTest : public ProcessTest {};
 

@@ -21,6 +21,8 @@ public:
         /// What the client wants progress and parts under; null where it does not.
         Json workDoneToken;
         Json partialResultToken;
+        /// The client says that no person asked for it.
+        bool isBackground = false;
     };
 
     Call(Facts facts, MessageSink& sink);
@@ -30,6 +32,7 @@ public:
 
     const Json& id() const noexcept { return facts_.id; }
     const std::string& method() const noexcept { return facts_.method; }
+    bool isBackground() const noexcept { return facts_.isBackground; }
     WorkProgress& progress() noexcept { return progress_; }
 
     /// Whoever serves it begins; false where it has been answered by a cancel meanwhile.

@@ -24,6 +24,20 @@ Json takeToken(Json& params, const char* name) {
     return token;
 }
 
+/// Likewise a flag; false where there is none.
+bool takeFlag(Json& params, const char* name) {
+    const auto found = params.find(name);
+    if (found == params.end()) {
+        return false;
+    }
+    if (!found->is_boolean()) {
+        throw InputError(std::string("params.") + name + ": expected true or false");
+    }
+    const bool flag = found->get<bool>();
+    params.erase(name);
+    return flag;
+}
+
 using Answer = std::function<void(Call&)>;
 
 /// How a call is answered that is served like this; what goes wrong becomes the answer.
@@ -82,10 +96,11 @@ void Dispatcher::serve(const Message& request) {
         return;
     }
     Message known = request;
-    Call::Facts facts{request.id, request.method, nullptr, nullptr};
+    Call::Facts facts{request.id, request.method, nullptr, nullptr, false};
     std::string fault;
     try {
         facts.workDoneToken = takeToken(known.params, "workDoneToken");
+        facts.isBackground = takeFlag(known.params, "background");
         if (method->second.hasParts) {
             facts.partialResultToken = takeToken(known.params, "partialResultToken");
         }
@@ -122,11 +137,13 @@ void Dispatcher::prepareAndStart(const Method& method, const Message& request,
     const Answer refusal = answerOf([&]() -> Answer {
         const Json document{{"params", request.params}};
         const PreparedCall prepared = method.prepare(JsonInput(document).member("params"));
-        start(prepared.changes, [this, call, run = prepared.run] {
+        start(prepared.changes, [this, call, run = prepared.run, around = arrive_(*call)] {
             Answer answer = [](Call&) {};
             if (call->begin()) {
                 answer = answerOf([&]() -> Answer {
-                    return [result = run(*call)](Call& served) { served.answer(result); };
+                    OrderedJson result;
+                    around([&] { result = run(*call); });
+                    return [result = std::move(result)](Call& served) { served.answer(result); };
                 });
             }
             // Before the answer, so that the client may use the id again.

@@ -7,9 +7,11 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace quen::tools::server {
 
@@ -29,6 +31,12 @@ public:
 
     void add(Method method);
     std::vector<std::string> methodNames() const;
+
+    /// Puts something around the serving of each request: `arrive` is called when it has come, on
+    /// the reader's thread; what it answers is called with the serving, on the worker's. To be set
+    /// before the first request.
+    using Around = std::function<void(const std::function<void()>& serving)>;
+    void surround(std::function<Around(const Call&)> arrive) { arrive_ = std::move(arrive); }
 
     /// Serves a request; the answer goes to the sink.
     void serve(const Message& request);
@@ -60,6 +68,9 @@ private:
 
     MessageSink& sink_;
     std::map<std::string, Method, std::less<>> methods_;
+    std::function<Around(const Call&)> arrive_ = [](const Call&) -> Around {
+        return [](const std::function<void()>& serving) { serving(); };
+    };
     mutable std::mutex mutex_;
     std::condition_variable idle_;
     struct Admitted {

@@ -1,5 +1,7 @@
 #include "Tools/Server/Dispatch/Questions.h"
 
+#include <utility>
+
 namespace quen::tools::server {
 
 std::optional<Json> Questions::ask(std::string_view method, const OrderedJson& params,
@@ -13,12 +15,17 @@ std::optional<Json> Questions::ask(std::string_view method, const OrderedJson& p
     if (isSent) {
         changed_.wait(lock, stop, [&] { return isEnded_ || open_.at(id).isAnswered; });
     }
+    const bool isGivenUp = isSent && !isEnded_ && !open_.at(id).isAnswered;
     std::optional<Json> answer = std::move(open_.at(id).answer);
     open_.erase(id);
+    lock.unlock();
+    if (isGivenUp) {
+        sink_.offer(notificationText("$/cancelRequest", {{"id", id}}));
+    }
     return answer;
 }
 
-void Questions::take(const Message& response) {
+void Questions::take(Message&& response) {
     const std::lock_guard lock(mutex_);
     const auto question =
         response.id.is_number_integer() ? open_.find(response.id.get<std::int64_t>()) : open_.end();
@@ -27,7 +34,7 @@ void Questions::take(const Message& response) {
     }
     question->second.isAnswered = true;
     if (response.failure.empty()) {
-        question->second.answer = response.result;
+        question->second.answer = std::move(response.result);
     }
     changed_.notify_all();
 }

@@ -23,13 +23,13 @@ public:
     Questions& operator=(const Questions&) = delete;
     ~Questions() = default;
 
-    /// The client's answer; nullopt where it answers with an error, where `stop` comes first, and
-    /// after `end`.
+    /// The client's answer; nullopt where it answers with an error, where `stop` comes first, which
+    /// the client is told by `$/cancelRequest`, and after `end`.
     std::optional<Json> ask(std::string_view method, const OrderedJson& params,
                             const std::stop_token& stop);
 
     /// An answer has come in. One that nobody waits for is passed over.
-    void take(const Message& response);
+    void take(Message&& response);
     /// Nobody will answer any more.
     void end();
 

@@ -6,6 +6,7 @@
 #include "Tools/Server/Methods/RequestTypesJson.h"
 #include "Tools/Server/Methods/Services.h"
 #include "Tools/Server/Methods/WorkingCopyJson.h"
+#include "Tools/Server/SignIn/ClientCredentials.h"
 #include "Tools/Server/WorkingCopies/Discovery.h"
 
 #include <set>
@@ -25,11 +26,15 @@ class MethodSet {
 public:
     MethodSet(Server& server, MessageSink& sink, QuenSourceControlProtocolPtr provider,
               const ServerOptions& options)
-        : server_(server), sink_(sink), options_(options), runs_(std::move(provider), server.log()),
+        : server_(server), sink_(sink), options_(options),
+          credentials_(Credentials::make(
+              std::make_shared<ClientCredentials>(server.questions(), server.log()))),
+          runs_(std::move(provider), server.log()),
           copies_(runs_, server.dispatcher(), sink, server.log()) {
         server.log().setLevel(options.logLevel);
         server.onInitialize([this](const Server::Client& client) { return initialize(client); });
         server.onInitialized([this] { discover(); });
+        server.dispatcher().surround([this](const Call& call) { return signingInFor(call); });
         const Services services{server.dispatcher(), sink, server.log(), runs_, copies_, cache_};
         addProviderMethods(server, services);
         addWorkingCopyMethods(server, services);
@@ -72,12 +77,22 @@ private:
         if (server_.log().level() > 0) {
             context = context.withLogLevel(server_.log().level());
         }
-        runs_.setContext(context);
+        runs_.setContext(context, credentials_->forBackground());
         roots_ = client.roots;
         return {
             {"serverInfo", {{"name", "quen"}, {"version", QUEN_VERSION}}},
             {"client", clientJson(context)},
             {"capabilities", {{"methods", methodNames()}, {"requestTypes", requestTypeNames()}}}};
+    }
+
+    /// A request is one act of a person, from its arrival on, unless the client says that nobody
+    /// asked for it.
+    Dispatcher::Around signingInFor(const Call& call) const {
+        return [act = call.isBackground() ? credentials_->forBackground()
+                                          : credentials_->forPerson()](const auto& serving) {
+            const RunContext::Scope scope(RunContext::processDefault().withCredentials(act));
+            serving();
+        };
     }
 
     /// Which client it is, which version, and where it was looked for.
@@ -176,6 +191,7 @@ private:
     Server& server_;
     MessageSink& sink_;
     ServerOptions options_;
+    CredentialsPtr credentials_;
     Runs runs_;
     ByteCache cache_{cacheBound};
     WorkingCopies copies_;

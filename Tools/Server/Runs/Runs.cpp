@@ -34,7 +34,7 @@ bool wasEndedBy(const std::stop_token& stop, const QuenSourceControlOperation& o
 Runs::Runs(QuenSourceControlProtocolPtr provider, WindowLog& log)
     : provider_(std::move(provider)), log_(log) {}
 
-void Runs::setContext(const RunContext& context) {
+void Runs::setContext(const RunContext& context, CredentialsPtr background) {
     RunContext telling = context.withToolRunner(
         std::make_shared<TellingRunner>(context.toolRunner(), counts_, log_));
     telling = telling.withAssertionHandler([this](const MarlAssertionFailure& failure) {
@@ -44,11 +44,15 @@ void Runs::setContext(const RunContext& context) {
         [this](std::uint32_t level, const String& text) { log_.say(level, text.str()); });
     const std::lock_guard lock(mutex_);
     context_ = telling;
+    background_ = std::move(background);
 }
 
 RunContext Runs::context() const {
+    const CredentialsPtr ofRequest = RunContext::current().credentials();
     const std::lock_guard lock(mutex_);
-    return context_;
+    const RunContext signingIn =
+        context_.withCredentials(ofRequest != nullptr ? ofRequest : background_);
+    return context_.withToolRunner(signingIn.toolRunner());
 }
 
 Runs::MakeOperation Runs::making(const QuenSourceControlRequestPtr& request, Error& refusal) const {

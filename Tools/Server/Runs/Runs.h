@@ -48,8 +48,12 @@ public:
     Runs& operator=(const Runs&) = delete;
     ~Runs() = default;
 
-    /// The context that all runs start from; set once, before the first.
-    void setContext(const RunContext& context);
+    /// The context that all runs start from; set once, before the first. Where the thread has no
+    /// credentials in its own context, which are those of the request that it serves, `background`
+    /// signs in; null for nobody.
+    void setContext(const RunContext& context, CredentialsPtr background = nullptr);
+    /// That context, whose runner signs in. What is put around the runner hears of one run, however
+    /// often it was made again.
     RunContext context() const;
 
     /// Makes the provider's operation for a request and runs it. Throws requestCancelled where it
@@ -75,6 +79,7 @@ private:
     ClientRuns counts_;
     mutable std::mutex mutex_;
     RunContext context_;
+    CredentialsPtr background_;
 };
 
 } // namespace quen::tools::server

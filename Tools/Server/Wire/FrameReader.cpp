@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cstring>
 
 namespace quen::tools::server {
 
@@ -180,6 +181,7 @@ bool FrameReader::isAtEdge() const noexcept {
 }
 
 void FrameReader::consume(std::size_t count) {
+    ::explicit_bzero(buffer_.data() + start_, count); // it may have held a password
     start_ += count;
     // Moved rarely, so that many small messages in one piece cost no more than their bytes.
     if (start_ == buffer_.size()) {
