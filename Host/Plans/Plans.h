@@ -119,7 +119,16 @@ struct MergePlan {
 MergePlan planMerge(const String& source, const String& target, const String& range = {},
                     const QueryRunner& run = runHere);
 
+/// Something that a step would bring, in the client's word: `added`, `modified`, `deleted`, or
+/// `none` where properties alone differ.
+struct PlannedChange {
+    String path;
+    String item;
+};
+
 struct SwitchPlan {
+    /// What is different at the new place, by the paths of the working copy.
+    std::vector<PlannedChange> incoming;
     std::vector<StatusEntry> localChanges;
     /// Changed here and different at the new place: a conflict for each file in which the same
     /// lines are concerned, since a switch of the provider's settles none.

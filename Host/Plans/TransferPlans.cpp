@@ -128,6 +128,9 @@ SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& 
     }
     const String to = needsPegClosed(url.view()) ? url : withPeg(url, "HEAD");
     const auto differences = askSummary(from, to, plan.error, run);
+    for (const auto& [below, item] : differences) {
+        plan.incoming.push_back({String(top.str() + below), String(item)});
+    }
     for (const StatusEntry& entry : facts.entries) {
         const std::string below = liesAtOrBelow(entry.path.view(), top.view())
                                       ? entry.path.str().substr(top.length())

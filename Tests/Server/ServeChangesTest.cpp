@@ -78,37 +78,6 @@ TEST_F(ServeChanges, ACommitOfNothingHasNoRevision) {
     EXPECT_EQ(done.at("error"), nullptr);
 }
 
-TEST_F(ServeChanges, PlansSayWhatWouldBeTakenAndLost) {
-    sandbox.write("d/b.c", "changed\n");
-    sandbox.write("d/new.c", "");
-    const Json commit = change("plan", {{"kind", "commit"}, {"paths", {path("d")}}});
-    EXPECT_EQ(commit.at("items"), Json::array({itemOf(path("d/b.c"), "modified")}));
-    EXPECT_EQ(commit.at("alsoTaken"), Json::array({path("d/b.c")}));
-    EXPECT_EQ(commit.at("lost"), Json::array());
-    EXPECT_EQ(commit.at("groups"), Json::parse(R"([{"workingCopy": ")" + root() +
-                                               R"(", "paths": [")" + path("d") + "\"]}]"));
-    const Json revert = change("plan", {{"kind", "revert"}, {"paths", {path("d")}}});
-    EXPECT_EQ(revert.at("lost"), Json::array({path("d/b.c")}));
-    const Json remove = change("plan", {{"kind", "remove"}, {"paths", {path("d")}}});
-    EXPECT_EQ(remove.at("lost"), Json::array({path("d/b.c"), path("d/new.c")}));
-    EXPECT_EQ(counts(), Json::parse(R"({"modified": 1, "unversioned": 1})"));
-}
-
-TEST_F(ServeChanges, APlanNamesParentsThatMustGoAlong) {
-    sandbox.write("n/m/f.c", "");
-    sandbox.svn({"add", "-q", "n"});
-    const Json plan = change("plan", {{"kind", "commit"}, {"paths", {path("n/m/f.c")}}});
-    EXPECT_EQ(plan.at("needsParents"), Json::array({path("n"), path("n/m")}));
-}
-
-TEST_F(ServeChanges, APlanOfAnUpdateSaysWhatWillBeDecidedForMine) {
-    changeElsewhere("a.c", "theirs\n");
-    sandbox.write("a.c", "mine\n");
-    const Json plan = change("plan", {{"kind", "update"}, {"paths", {root()}}});
-    EXPECT_EQ(plan.at("items"), Json::array({itemOf(path("a.c"), "modified")}));
-    EXPECT_EQ(plan.at("decidedForMine"), Json::array({path("a.c")}));
-}
-
 TEST_F(ServeChanges, AddRemoveAndRevertSayWhatTheyDid) {
     sandbox.write("new.c", "");
     EXPECT_EQ(change("add", {{"paths", {path("new.c")}}}).at("items"),

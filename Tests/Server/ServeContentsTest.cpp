@@ -52,6 +52,43 @@ TEST_F(ServeContents, ContentIsByteForByte) {
     EXPECT_EQ(content({{"url", sandbox.url("trunk/a.c")}, {"revision", "HEAD"}}), "one\nTWO\n");
 }
 
+TEST_F(ServeContents, ABlameIsReadOnceUntilTheTextChanges) {
+    const auto blames = [&] {
+        return server.ask("server/statistics").at("clientRuns").value("blame", 0);
+    };
+    const std::vector<Json> places{{{"path", path("a.c")}},
+                                   {{"path", path("a.c")}, {"revision", 2}},
+                                   {{"path", path("a.c")}, {"revision", "BASE"}},
+                                   {{"url", sandbox.url("trunk/a.c")}, {"revision", 3}}};
+    std::vector<Json> first;
+    for (const Json& place : places) {
+        first.push_back(server.ask("file/blame", place));
+    }
+    EXPECT_EQ(blames(), 4);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        EXPECT_EQ(server.ask("file/blame", places[i]), first[i]);
+    }
+    EXPECT_EQ(blames(), 4);
+    EXPECT_GT(server.ask("server/statistics").at("cacheBytes"), 100);
+    EXPECT_EQ(server.ask("server/statistics").at("cacheBound"), 64 << 20);
+
+    Json parts = places.front();
+    parts["partialResultToken"] = "lines";
+    EXPECT_EQ(server.ask("file/blame", parts).at("lines"), Json::array());
+    const auto told = server.client().waitFor(
+        [](const Json& message) { return message.value("method", "") == "$/progress"; });
+    ASSERT_TRUE(told);
+    EXPECT_EQ(told->at("params").at("value").size(), 2U);
+    EXPECT_EQ(told->at("params").at("value")[1], first[0].at("revisions")[1]);
+    EXPECT_EQ(blames(), 4);
+
+    sandbox.write("a.c", "one\nTWO\nthree\n");
+    EXPECT_EQ(server.ask("file/blame", places.front()).at("lines"), Json::parse("[0, 1, -1]"));
+    server.ask("file/blame", {{"path", path("a.c")}, {"revision", "HEAD"}});
+    server.ask("file/blame", {{"path", path("a.c")}, {"revision", "HEAD"}});
+    EXPECT_EQ(blames(), 7);
+}
+
 TEST_F(ServeContents, WhatNeverChangesIsReadOnce) {
     const auto exports = [&] {
         return server.ask("server/statistics").at("clientRuns").value("export", 0);

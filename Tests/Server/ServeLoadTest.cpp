@@ -74,11 +74,11 @@ TEST_F(ServeLoad, AClientThatReadsSlowlyCostsNoMemory) {
     server.setReading(false);
     std::vector<int> ids;
     // About 250 kB each.
-    for (int i = 0; i < 400; ++i) {
+    for (int i = 0; i < 120; ++i) {
         ids.push_back(server.start("workingCopy/status", {{"workingCopy", root()}}));
     }
     EXPECT_TRUE(becomesTrue([&] { return server.residentKilobytes() > memory + 4096; }));
-    EXPECT_LT(server.residentKilobytes(), memory + 300 * 1024 + allowedKilobytes);
+    EXPECT_LT(server.residentKilobytes(), memory + 120 * 1024 + allowedKilobytes);
     server.setReading(true);
     for (const int id : ids) {
         ASSERT_EQ(server.answer(id).at("result").at("items").size(), 2001U);

@@ -151,6 +151,9 @@ Server::Received Server::takeNotification(const Message& notification) {
 }
 
 bool Server::end(std::chrono::milliseconds bound) {
+    if (onEnd_) {
+        onEnd_();
+    }
     questions_.end();
     return dispatcher_.end(bound);
 }

@@ -60,6 +60,9 @@ public:
     /// Called with the process to watch, when the client names one.
     void onParent(std::function<void(std::int64_t)> watch) { onParent_ = std::move(watch); }
 
+    /// Called at the beginning of the end: work that no request asked for must end too.
+    void onEnd(std::function<void()> stop) { onEnd_ = std::move(stop); }
+
     /// Cancels everything and waits for it; false when `bound` passes first.
     bool end(std::chrono::milliseconds bound);
 
@@ -79,6 +82,7 @@ private:
     std::function<OrderedJson(const Client&)> onInitialize_;
     std::function<void()> onInitialized_;
     std::function<void(std::int64_t)> onParent_;
+    std::function<void()> onEnd_;
     Stage stage_ = Stage::fresh;
 };
 

@@ -19,8 +19,11 @@ bool Call::begin() {
     return true;
 }
 
-void Call::answer(const OrderedJson& result) {
-    answerWith(resultText(facts_.id, result), "done");
+void Call::answer(OrderedJson result) {
+    std::string text = resultText(facts_.id, result);
+    // Many times the size of its text, which may have to wait for a client that reads slowly.
+    result = nullptr;
+    answerWith(std::move(text), "done");
 }
 
 void Call::fail(const ProtocolError& error) {
@@ -28,7 +31,7 @@ void Call::fail(const ProtocolError& error) {
                error.code == RequestCancelled ? "cancelled" : "failed");
 }
 
-void Call::answerWith(const std::string& text, const std::string& ending) {
+void Call::answerWith(std::string text, const std::string& ending) {
     {
         const std::lock_guard lock(mutex_);
         if (std::exchange(state_, State::answered) == State::answered) {
@@ -37,7 +40,7 @@ void Call::answerWith(const std::string& text, const std::string& ending) {
     }
     progress_.end(ending);
     // The answer of a cancelled request arrives all the same.
-    sink_.send(text, {});
+    sink_.send(std::move(text), {});
 }
 
 bool Call::cancel() {

@@ -38,7 +38,7 @@ public:
     /// Whoever serves it begins; false where it has been answered by a cancel meanwhile.
     bool begin();
     /// The answer; the first one counts.
-    void answer(const OrderedJson& result);
+    void answer(OrderedJson result);
     void fail(const ProtocolError& error);
 
     /// One that waits is answered at once, which is told by true; one that is being served is asked
@@ -56,7 +56,7 @@ public:
 private:
     enum class State { waiting, served, answered };
 
-    void answerWith(const std::string& text, const std::string& ending);
+    void answerWith(std::string text, const std::string& ending);
 
     Facts facts_;
     MessageSink& sink_;

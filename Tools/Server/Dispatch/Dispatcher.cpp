@@ -143,7 +143,9 @@ void Dispatcher::prepareAndStart(const Method& method, const Message& request,
                 answer = answerOf([&]() -> Answer {
                     OrderedJson result;
                     around([&] { result = run(*call); });
-                    return [result = std::move(result)](Call& served) { served.answer(result); };
+                    return [result = std::move(result)](Call& served) mutable {
+                        served.answer(std::move(result));
+                    };
                 });
             }
             // Before the answer, so that the client may use the id again.
@@ -159,7 +161,15 @@ void Dispatcher::prepareAndStart(const Method& method, const Message& request,
 }
 
 void Dispatcher::enqueue(const std::string& workingCopy, std::function<void()> work) {
-    start(workingCopy, std::move(work));
+    {
+        const std::lock_guard lock(mutex_);
+        ++ownWork_;
+    }
+    start(workingCopy, [this, done = std::move(work)] {
+        done();
+        const std::lock_guard lock(mutex_);
+        --ownWork_;
+    });
 }
 
 void Dispatcher::start(const std::string& lane, Work work) {
@@ -268,6 +278,11 @@ bool Dispatcher::waitUntilIdle(std::chrono::milliseconds bound) {
 std::size_t Dispatcher::callsInFlight() const {
     const std::lock_guard lock(mutex_);
     return calls_.size();
+}
+
+std::size_t Dispatcher::ownWork() const {
+    const std::lock_guard lock(mutex_);
+    return ownWork_;
 }
 
 std::size_t Dispatcher::bytesInFlight() const {

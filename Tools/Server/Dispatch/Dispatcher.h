@@ -51,6 +51,8 @@ public:
     /// Waits until nothing is served or waiting; false when `bound` passes first.
     bool waitUntilIdle(std::chrono::milliseconds bound);
     std::size_t callsInFlight() const;
+    /// What the server does of its own: enqueued and not done yet.
+    std::size_t ownWork() const;
     /// What the requests took that are not answered yet.
     std::size_t bytesInFlight() const;
 
@@ -82,6 +84,7 @@ private:
     /// What waits for its turn, by working copy; a lane that is there is at work.
     std::map<std::string, std::deque<Work>> lanes_;
     std::size_t working_ = 0;
+    std::size_t ownWork_ = 0;
     bool isEnding_ = false;
     OperationQueuePtr workers_ = OperationQueue::make(width);
 };

@@ -89,7 +89,7 @@ OrderedJson conflictsJson(const ChangeFacts& facts, const std::string& directory
 
 Ran runChange(const Services& services, Call& call, const WorkingCopyChange& change,
               ChangeFacts& facts, const std::function<Ran(const RunOptions&)>& run) {
-    return services.copies.change(change.root, change.touched, [&] {
+    return services.copies.change(change.root, change.touched, call.stop(), [&] {
         ChangeFactsReader reader(change.columns);
         RunOptions options = optionsOf(call);
         options.directory = change.runsAside ? std::string() : realPathOf(change.root);

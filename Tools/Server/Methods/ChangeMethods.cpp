@@ -1,8 +1,8 @@
 #include "Host/ClientCommand.h"
+#include "Host/Plans/Plans.h"
 #include "Host/WorkingCopyCleanup.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Server/Methods/ChangeJson.h"
-#include "Tools/Server/Methods/Closure.h"
 #include "Tools/Server/Methods/Params.h"
 #include "Tools/Server/Methods/WorkingCopyJson.h"
 
@@ -34,22 +34,42 @@ CommitParams decodeCommit(const JsonInput& params) {
 }
 
 /// A directory takes along what changed below it, whether or not it was named.
-void refuseMoreThanNamed(const Services& services, Call& call, const CommitParams& params) {
-    const std::vector<std::string> more =
-        takenAlong(services, call.stop(), params.root, params.paths);
-    if (!more.empty()) {
-        throw ProtocolError(
-            InvalidParams,
-            "params.paths: the commit would also take " + more.front() +
-                (more.size() == 1 ? "" : " and " + std::to_string(more.size() - 1) + " more") +
-                "; give \"alsoTaken\": true where that is meant",
-            OrderedJson{{"alsoTaken", more}});
+void refuseMoreThanNamed(const std::vector<String>& alsoTaken) {
+    if (alsoTaken.empty()) {
+        return;
     }
+    OrderedJson paths = OrderedJson::array();
+    for (const String& path : alsoTaken) {
+        paths.push_back(toJson(path));
+    }
+    const std::size_t more = alsoTaken.size() - 1;
+    throw ProtocolError(InvalidParams,
+                        "params.paths: the commit would also take " + alsoTaken.front().str() +
+                            (more == 0 ? "" : " and " + std::to_string(more) + " more") +
+                            "; give \"alsoTaken\": true where that is meant",
+                        OrderedJson{{"alsoTaken", std::move(paths)}});
+}
+
+OrderedJson commitJson(const CommitParams& params, const ChangeFacts& facts, const Ran& ran) {
+    OrderedJson json{{"revision", numberJson(facts.revision)},
+                     {"items", itemsJson(facts, params.root)}};
+    addOutcome(json, ran);
+    return json;
 }
 
 OrderedJson commit(const Services& services, Call& call, const CommitParams& params) {
     if (!params.alsoTaken) {
-        refuseMoreThanNamed(services, call, params);
+        CommitPlan plan;
+        const Ran planned = services.runs.query(
+            [&](const QueryRunner& run) {
+                plan = planCommit({params.paths.begin(), params.paths.end()}, run);
+                return plan.error;
+            },
+            optionsOf(call));
+        if (!planned.isWell()) {
+            return commitJson(params, {}, planned);
+        }
+        refuseMoreThanNamed(plan.alsoTaken);
     }
     const auto request = makeRequest(
         RequestTypeCommit, placeOf(params.root), params.paths,
@@ -58,10 +78,7 @@ OrderedJson commit(const Services& services, Call& call, const CommitParams& par
     const Ran ran = runChange(
         services, call, {"Committing", params.root, params.paths, ChangeColumns::transfer, true},
         facts, [&](const RunOptions& options) { return services.runs.perform(request, options); });
-    OrderedJson json{{"revision", numberJson(facts.revision)},
-                     {"items", itemsJson(facts, params.root)}};
-    addOutcome(json, ran);
-    return json;
+    return commitJson(params, facts, ran);
 }
 
 struct PathsParams {
@@ -157,8 +174,6 @@ void addChangeMethods(Server& server, const Services& services) {
                                          return commit(services, call, params);
                                      }));
     addPathsMethod(server, services, "change/add", "Adding", RequestTypeAdd);
-    addPathsMethod(server, services, "change/remove", "Removing", RequestTypeRemove);
-    addPathsMethod(server, services, "change/revert", "Reverting", RequestTypeRevert);
     methods.add(change<ResolveParams>("change/resolve", decodeResolve,
                                       [services](Call& call, const ResolveParams& params) {
                                           return resolve(services, call, params);

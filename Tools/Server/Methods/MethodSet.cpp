@@ -35,14 +35,20 @@ public:
         server.onInitialize([this](const Server::Client& client) { return initialize(client); });
         server.onInitialized([this] { discover(); });
         server.dispatcher().surround([this](const Call& call) { return signingInFor(call); });
+        server.onEnd([this] {
+            stop_.request_stop();
+            copies_.end();
+        });
         const Services services{server.dispatcher(), sink, server.log(), runs_, copies_, cache_};
         addProviderMethods(server, services);
         addWorkingCopyMethods(server, services);
         addTransferMethods(server, services);
         addPlanMethods(server, services);
         addChangeMethods(server, services);
+        addLossMethods(server, services);
         addTreeChangeMethods(server, services);
         addFileMethods(server, services);
+        addBlameMethod(server, services);
         addHistoryMethods(server, services);
         addDifferenceMethods(server, services);
         addBranchMethods(server, services);
@@ -182,10 +188,12 @@ private:
         }
         return {{"clientRuns", std::move(runs)},
                 {"cacheBytes", cache_.size() + copies_.bytes()},
+                {"cacheBound", cacheBound},
                 {"watches", copies_.watches()},
                 {"workingCopies", copies_.all().size()},
                 // But this one.
-                {"requests", server_.dispatcher().callsInFlight() - 1}};
+                {"requests", server_.dispatcher().callsInFlight() - 1},
+                {"ownWork", server_.dispatcher().ownWork()}};
     }
 
     Server& server_;

@@ -2,6 +2,7 @@
 #include "Tools/Console/RequestConsole.h"
 #include "Tools/Server/Methods/RequestTypesJson.h"
 #include "Tools/Server/Methods/Services.h"
+#include "Tools/Server/WorkingCopies/Discovery.h"
 
 #include <memory>
 #include <utility>
@@ -17,6 +18,33 @@ struct PerformParams {
 
 PerformParams decodePerform(const JsonInput& params) {
     return {std::make_shared<ConsoleInput>(decodeConsoleInput(params))};
+}
+
+bool isPath(const std::string& text) {
+    return text.starts_with('/');
+}
+
+/// The working copy that the request changes; empty where it changes none, or none that is told.
+std::string changedBy(const ConsoleInput& input) {
+    const QuenSourceControlRequest& request = *input.request;
+    if (!writesWorkingCopy(request.type()) || input.dryRun.value_or(false) || input.replay) {
+        return {};
+    }
+    const std::string destination = request.destination().str();
+    if (request.type() == RequestTypeCheckout) {
+        return isPath(destination) ? destination : std::string();
+    }
+    for (const String& file : request.files().value_or(StringArray())) {
+        if (isPath(file.str())) {
+            return rootAbove(file.str());
+        }
+    }
+    if (isPath(destination)) {
+        return rootAbove(destination);
+    }
+    const auto tree = request.sourceTree();
+    const std::string location = tree == nullptr ? std::string() : tree->location().str();
+    return isPath(location) ? rootAbove(location) : std::string();
 }
 
 OrderedJson perform(const Services& services, const Call& call, const PerformParams& params) {
@@ -42,11 +70,13 @@ void addProviderMethods(Server& server, const Services& services) {
             return 0;
         },
         [](const Call&, int) { return descriptionJson(); }));
-    server.dispatcher().add(
-        query<PerformParams>("provider/perform", decodePerform,
-                             [services](const Call& call, const PerformParams& params) {
-                                 return perform(services, call, params);
-                             }));
+    server.dispatcher().add({"provider/perform", false, [services](const JsonInput& input) {
+                                 const PerformParams params = decodePerform(input);
+                                 return PreparedCall{changedBy(*params.input),
+                                                     [services, params](Call& call) {
+                                                         return perform(services, call, params);
+                                                     }};
+                             }});
 }
 
 } // namespace quen::tools::server

@@ -59,6 +59,17 @@ OrderedJson workingCopyJson(const WorkingCopy& copy) {
             {"externals", pathsJson(copy.externals())}};
 }
 
+OrderedJson unknownWorkingCopyJson() {
+    return {{"workingCopy", nullptr},
+            {"url", nullptr},
+            {"repositoryRoot", nullptr},
+            {"repositoryUUID", nullptr},
+            {"revision", nullptr},
+            {"branch", nullptr},
+            {"nested", OrderedJson::array()},
+            {"externals", OrderedJson::array()}};
+}
+
 OrderedJson infoJson(const std::string& path, const InfoFacts& facts) {
     const auto found =
         std::find_if(facts.entries.begin(), facts.entries.end(),

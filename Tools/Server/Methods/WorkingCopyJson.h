@@ -7,6 +7,8 @@ namespace quen::tools::server {
 
 /// What `workingCopy/open` answers and `workingCopy/didOpen` tells.
 OrderedJson workingCopyJson(const WorkingCopy& copy);
+/// The same members where the client could not tell them: null, and empty lists.
+OrderedJson unknownWorkingCopyJson();
 
 /// The record of one path; facts that the report does not hold are null.
 OrderedJson infoJson(const std::string& path, const InfoFacts& facts);

@@ -20,12 +20,15 @@ OpenParams decodeOpen(const JsonInput& params) {
 }
 
 OrderedJson open(const Services& services, const Call& call, const OpenParams& params) {
-    const WorkingCopies::Opened opened = services.copies.open(params.path, optionsOf(call));
+    WorkingCopies::Opened opened = services.copies.open(params.path, optionsOf(call));
     if (opened.copy == nullptr && opened.ran.isWell()) {
         return nullptr;
     }
+    if (opened.copy != nullptr && !opened.isNew) {
+        opened.ran = services.copies.readAgainWhereChanged(opened.copy, optionsOf(call));
+    }
     OrderedJson json =
-        opened.copy == nullptr ? OrderedJson::object() : workingCopyJson(*opened.copy);
+        opened.copy == nullptr ? unknownWorkingCopyJson() : workingCopyJson(*opened.copy);
     addOutcome(json, opened.ran);
     return json;
 }
@@ -76,7 +79,7 @@ OrderedJson status(const Services& services, Call& call, const StatusParams& par
     }
     std::size_t seen = 0;
     bool isSent = false;
-    if ((params.refresh && !opened.isNew) || !opened.copy->isKnown()) {
+    if ((params.refresh && !opened.isNew) || !services.copies.isKept(*opened.copy)) {
         isSent = call.wantsParts();
         opened.ran = services.copies.refresh(opened.copy, optionsOf(call),
                                              [&](const std::vector<StatusItem>& items) {

@@ -47,14 +47,17 @@ OrderedJson errorJson(const Error& error, const std::string& clientText) {
         return nullptr;
     }
     OrderedJson causes = OrderedJson::array();
+    // An error that only gathers others is described by the first of them.
+    String description = error.localizedDescription();
     for (const Error& cause : causesOf(error)) {
         causes.push_back(toJson(cause.localizedDescription()));
+        description = description.isNil() ? cause.localizedDescription() : description;
     }
     const Dictionary& facts = error.userInfo();
     OrderedJson json;
     json["domain"] = toJson(error.domain());
     json["code"] = error.code();
-    json["description"] = toJson(error.localizedDescription());
+    json["description"] = toJson(description);
     json["suggestion"] = toJson(facts[NSLocalizedRecoverySuggestionErrorKey].stringValue());
     json["codes"] = codesOf(error, clientText);
     json["causes"] = std::move(causes);

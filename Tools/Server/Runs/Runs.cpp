@@ -1,6 +1,7 @@
 #include "Tools/Server/Runs/Runs.h"
 
 #include "Host/IgnoreEdits.h"
+#include "Host/TaskErrors.h"
 #include "Host/TaskFailure.h"
 #include "Host/WorkingCopyCleanup.h"
 #include "Tools/Console/RunRecorder.h"
@@ -8,17 +9,38 @@
 #include "Tools/Server/Runs/TellingRunner.h"
 
 #include <utility>
+#include <vector>
 
 namespace quen::tools::server {
 
 namespace {
+
+/// More of what a client says to an error is of no use to anybody.
+constexpr std::size_t longestText = std::size_t{256} * 1024;
 
 std::string textsOf(const RunRecorder& recorder) {
     std::string text;
     for (const RecordedRun& recorded : recorder.runs()) {
         text += recorded.run.errors == nullptr ? std::string_view() : recorded.run.errors->bytes();
     }
+    if (text.size() > longestText) {
+        text.resize(longestText);
+        text += "\n...\n";
+    }
     return text;
+}
+
+/// The operation's error. That somebody killed the client says more than what it then failed to
+/// leave, which is all that some operations look at.
+Error errorOf(const QuenSourceControlOperation& operation, const RunRecorder& recorder) {
+    const std::vector<RecordedRun> runs = recorder.runs();
+    if (runs.empty() || !runs.back().run.signal ||
+        taskFailureOf(operation.error()) != TaskFailure::other) {
+        return operation.error();
+    }
+    const bool writes =
+        operation.request() != nullptr && writesWorkingCopy(operation.request()->type());
+    return errorOfRun(runs.back().invocation, runs.back().run, writes);
 }
 
 } // namespace
@@ -87,6 +109,20 @@ Ran Runs::run(const MakeOperation& make, const RunOptions& options) {
     return runIn(context(), make, options);
 }
 
+Ran Runs::query(const AskQueries& ask, const RunOptions& options) {
+    const RunContext base = context();
+    const auto recorder = std::make_shared<RunRecorder>(base.toolRunner());
+    const RunContext::Scope scope(base.withToolRunner(recorder));
+    const Error error = ask([&](QuenSourceControlTaskOperation& query) {
+        const std::stop_callback onStop(options.stop, [&] { query.cancel(); });
+        query.run();
+        if (wasEndedBy(options.stop, query)) {
+            throw requestCancelled(false);
+        }
+    });
+    return {nullptr, error, error ? textsOf(*recorder) : std::string()};
+}
+
 Ran Runs::runIn(const RunContext& base, const MakeOperation& make, const RunOptions& options) {
     const auto recorder = std::make_shared<RunRecorder>(base.toolRunner());
     RunContext context = base.withToolRunner(recorder);
@@ -111,7 +147,7 @@ Ran Runs::runIn(const RunContext& base, const MakeOperation& make, const RunOpti
     if (wasEndedBy(options.stop, *operation)) {
         throw requestCancelled(mayHaveLeftLock(*operation));
     }
-    return {operation, operation->error(), textsOf(*recorder)};
+    return {operation, errorOf(*operation, *recorder), textsOf(*recorder)};
 }
 
 } // namespace quen::tools::server

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Host/ClientQuery.h"
 #include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlProtocol.h"
 #include "Tools/Server/Dispatch/WindowLog.h"
@@ -66,6 +67,11 @@ public:
     /// The same for an operation of the host's own: `make` is called in the run's context.
     using MakeOperation = std::function<QuenSourceControlOperationPtr()>;
     Ran run(const MakeOperation& make, const RunOptions& options);
+
+    /// Has the host's own queries run that plans are made from, likewise. `ask` answers the error
+    /// of them all; `options.watcher` and `options.directory` do not count.
+    using AskQueries = std::function<Error(const QueryRunner& run)>;
+    Ran query(const AskQueries& ask, const RunOptions& options);
 
     const QuenSourceControlProtocolPtr& provider() const noexcept { return provider_; }
     ClientRuns& counts() noexcept { return counts_; }

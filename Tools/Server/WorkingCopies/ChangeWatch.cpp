@@ -64,6 +64,12 @@ std::size_t ChangeWatch::watches() const {
     return roots_.size();
 }
 
+bool ChangeWatch::watches(const std::string& root) const {
+    const std::lock_guard lock(mutex_);
+    return std::any_of(roots_.begin(), roots_.end(),
+                       [&](const auto& each) { return each.second == root; });
+}
+
 /// The first notice sets the time; the others join it.
 ChangeWatch::Gathered& ChangeWatch::gather(const std::string& root) {
     const auto [found, isNew] = gathered_.try_emplace(root);
@@ -122,15 +128,28 @@ void ChangeWatch::readEvents() {
             inotify_event event{};
             std::memcpy(&event, buffer.data() + at, sizeof event);
             at += sizeof event + event.len;
-            const auto found = roots_.find(event.wd);
-            if (found == roots_.end()) {
-                continue;
-            }
-            gather(found->second).due.isDatabase = true;
-            if ((event.mask & IN_IGNORED) != 0) {
-                roots_.erase(found);
-            }
+            takeEvent(event.wd, event.mask);
         }
+    }
+}
+
+void ChangeWatch::takeEvent(int watch, std::uint32_t mask) {
+    if ((mask & IN_Q_OVERFLOW) != 0) {
+        // Events were lost: any of them may have changed.
+        for (const auto& [each, root] : roots_) {
+            gather(root).due.isDatabase = true;
+        }
+        return;
+    }
+    const auto found = roots_.find(watch);
+    if (found == roots_.end()) {
+        return;
+    }
+    Due& due = gather(found->second).due;
+    due.isDatabase = true;
+    if ((mask & IN_IGNORED) != 0) {
+        due.isWatchLost = true;
+        roots_.erase(found);
     }
 }
 

@@ -27,6 +27,8 @@ public:
         std::set<std::string> touched;
         /// The database has changed, or is gone.
         bool isDatabase = false;
+        /// What was watched is gone: whatever is in its place needs a watch of its own.
+        bool isWatchLost = false;
     };
 
     /// `tell` is called on the watching thread.
@@ -41,6 +43,7 @@ public:
     void remove(const std::string& root);
     void noteTouched(const std::string& root, const std::string& path);
     std::size_t watches() const;
+    bool watches(const std::string& root) const;
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -51,6 +54,7 @@ private:
 
     void work();
     void readEvents();
+    void takeEvent(int watch, std::uint32_t mask);
     Gathered& gather(const std::string& root);
     void wake() const;
     int timeout() const;

@@ -126,6 +126,7 @@ std::vector<WorkingCopyPtr> WorkingCopies::all() const {
 /// What the client says of the root; the error of whichever run failed.
 Ran WorkingCopies::readFacts(const std::string& root, WorkingCopyFacts& facts,
                              const RunOptions& options) {
+    const std::string stamp = databaseStampOf(root);
     InfoFactsReader reader;
     RunOptions watched = options;
     watched.watcher = [&](std::string_view piece) { reader.take(piece); };
@@ -141,7 +142,8 @@ Ran WorkingCopies::readFacts(const std::string& root, WorkingCopyFacts& facts,
              entry.repositoryUUID.str(),
              entry.revision,
              {},
-             false};
+             false,
+             stamp};
     const RepositoryLayout layout = layoutOf(root, facts.url, facts.repositoryRoot);
     const Ran branch = runs_.perform(
         makeRequest(RequestTypeCurrentBranch, placeWithLayout(root, facts.repositoryRoot, layout)),
@@ -190,6 +192,17 @@ WorkingCopies::Opened WorkingCopies::open(const std::string& path, const RunOpti
         opened.ran = refresh(opened.copy, options);
     }
     return opened;
+}
+
+Ran WorkingCopies::readAgainWhereChanged(const WorkingCopyPtr& copy, const RunOptions& options) {
+    return databaseStampOf(copy->root()) == copy->facts().databaseStamp
+               ? Ran()
+               : readAgain(copy->root(), options);
+}
+
+bool WorkingCopies::isKept(const WorkingCopy& copy) const {
+    return copy.isKnown() &&
+           (watch_.watches(copy.root()) || databaseStampOf(copy.root()) == copy.databaseStamp());
 }
 
 Ran WorkingCopies::readAgain(const std::string& root, const RunOptions& options) {
@@ -308,13 +321,16 @@ void WorkingCopies::serveDue(const ChangeWatch::Due& due) {
     if (copy == nullptr || stop_.stop_requested()) {
         return;
     }
-    const std::string stamp = due.isDatabase ? databaseStampOf(due.root) : std::string();
-    if (due.isDatabase && stamp.empty()) {
+    const std::string stamp = databaseStampOf(due.root);
+    if (stamp.empty()) {
         close(due.root);
         sink_.send(
             notificationText("workingCopy/didClose", {{"workingCopy", toJson(String(due.root))}}),
             stop_.get_token());
         return;
+    }
+    if (due.isWatchLost) {
+        watch_.add(due.root); // another database is in its place
     }
     const bool isForeign = due.isDatabase && !copy->isChanging() && stamp != copy->databaseStamp();
     if (!isForeign && due.touched.empty()) {
@@ -340,7 +356,7 @@ void WorkingCopies::serveDue(const ChangeWatch::Due& due) {
 }
 
 Ran WorkingCopies::change(const std::string& root, const std::vector<std::string>& paths,
-                          const std::function<Ran()>& run) {
+                          const std::stop_token& stop, const std::function<Ran()>& run) {
     const WorkingCopyPtr copy = find(root);
     if (copy == nullptr) {
         return run();
@@ -356,16 +372,23 @@ Ran WorkingCopies::change(const std::string& root, const std::vector<std::string
     // A change that fails, or is cancelled, may have done a part of its work.
     try {
         Ran ran = run();
-        afterChange(copy, paths);
+        afterChange(copy, paths, stop);
         return ran;
     } catch (const ProtocolError&) {
-        afterChange(copy, {});
+        refreshBehind(copy);
         throw;
     }
 }
 
-void WorkingCopies::afterChange(const WorkingCopyPtr& copy, const std::vector<std::string>& paths) {
-    const RunOptions options{stop_.get_token(), {}, {}};
+void WorkingCopies::refreshBehind(const WorkingCopyPtr& copy) {
+    if (!stop_.stop_requested()) {
+        dispatcher_.enqueue({}, [this, copy] { afterChange(copy, {}, stop_.get_token()); });
+    }
+}
+
+void WorkingCopies::afterChange(const WorkingCopyPtr& copy, const std::vector<std::string>& paths,
+                                const std::stop_token& stop) {
+    const RunOptions options{stop, {}, {}};
     try {
         const std::string stamp = databaseStampOf(copy->root());
         const Ran ran = paths.empty() ? refresh(copy, options) : refreshBelow(copy, paths, options);
@@ -374,7 +397,8 @@ void WorkingCopies::afterChange(const WorkingCopyPtr& copy, const std::vector<st
             log_.say(WindowLog::warning,
                      copy->root() + ": " + ran.error.localizedDescription().str());
         }
-    } catch (const ProtocolError&) { // NOLINT(bugprone-empty-catch): the server is about to end
+    } catch (const ProtocolError&) {
+        refreshBehind(copy); // the change has been made, and its answer does not wait
     }
 }
 

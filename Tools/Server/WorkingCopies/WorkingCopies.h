@@ -37,6 +37,11 @@ public:
     Opened open(const std::string& path, const RunOptions& options);
     /// Asks the client again what an open working copy is: it may have been switched.
     Ran readAgain(const std::string& root, const RunOptions& options);
+    /// Only where its database has changed since the client was asked last.
+    Ran readAgainWhereChanged(const WorkingCopyPtr& copy, const RunOptions& options);
+    /// Whether the kept status can be answered with: there is one, and whoever changes the working
+    /// copy is seen, or nobody has.
+    bool isKept(const WorkingCopy& copy) const;
     /// False where it was not open.
     bool close(const std::string& root);
     /// Null where it is not open.
@@ -55,9 +60,9 @@ public:
     void noteTouched(const std::vector<std::string>& paths);
     /// Makes a change of a working copy and brings what is kept of it up to date: at and below the
     /// paths, or everything where there are none. Events of its database meanwhile are the
-    /// change's.
+    /// change's. After `stop` nobody waits for that: it is done behind the answer.
     Ran change(const std::string& root, const std::vector<std::string>& paths,
-               const std::function<Ran()>& run);
+               const std::stop_token& stop, const std::function<Ran()>& run);
 
     /// Working copies in it that it does not know of.
     static std::vector<std::string> nestedIn(const WorkingCopy& copy);
@@ -69,7 +74,9 @@ public:
     void end();
 
 private:
-    void afterChange(const WorkingCopyPtr& copy, const std::vector<std::string>& paths);
+    void afterChange(const WorkingCopyPtr& copy, const std::vector<std::string>& paths,
+                     const std::stop_token& stop);
+    void refreshBehind(const WorkingCopyPtr& copy);
     void serveDue(const ChangeWatch::Due& due);
     void announce(const WorkingCopy& copy, const std::optional<WorkingCopy::News>& news);
     Ran readFacts(const std::string& root, WorkingCopyFacts& facts, const RunOptions& options);

@@ -24,6 +24,8 @@ struct WorkingCopyFacts {
     /// nil where the URL lies neither on the trunk nor on a branch.
     String branch;
     bool isTrunk = false;
+    /// What the database looked like when the client was asked.
+    std::string databaseStamp = {};
 };
 
 /// An open working copy with what is kept of it.
