@@ -20,6 +20,18 @@ std::string_view lastLineOf(std::string_view text) {
     return at == std::string_view::npos ? text : text.substr(at + 1);
 }
 
+/// The line above the last one; empty where there is none.
+std::string_view lineAboveLast(std::string_view text) {
+    text.remove_suffix(lastLineOf(text).size());
+    if (text.ends_with('\n')) {
+        text.remove_suffix(1);
+    }
+    if (text.ends_with('\r')) {
+        text.remove_suffix(1);
+    }
+    return lastLineOf(text);
+}
+
 /// The words of a text with one blank between any two.
 std::string inOneLine(std::string_view text) {
     std::string line;
@@ -34,14 +46,17 @@ std::string inOneLine(std::string_view text) {
 
 /// `Password for 'alice': `
 std::optional<ClientPrompt> passwordPrompt(std::string_view shown) {
+    constexpr std::string_view label = "Authentication realm: ";
     constexpr std::string_view before = "Password for '";
     constexpr std::string_view after = "': ";
     const std::string_view line = lastLineOf(shown);
-    ClientPrompt prompt{.kind = ClientPrompt::Kind::password,
-                        .realm = lineAfter("Authentication realm: ", shown)};
-    if (prompt.realm.isNil()) {
+    // The realm is the server's own text: it may hold the label once more, or lines of its own.
+    const std::string_view realm = lineAboveLast(shown);
+    if (!realm.starts_with(label)) {
         return std::nullopt;
     }
+    ClientPrompt prompt{.kind = ClientPrompt::Kind::password,
+                        .realm = String(realm.substr(label.size()))};
     if (line.starts_with(before) && line.ends_with(after)) {
         prompt.user = line.substr(before.size(), line.size() - before.size() - after.size());
         return prompt;

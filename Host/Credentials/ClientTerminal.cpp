@@ -101,7 +101,9 @@ ClientTerminal::ClientTerminal(FileDescriptor terminal, pid_t pid)
 ClientTerminal::~ClientTerminal() = default;
 
 bool ClientTerminal::readMore(std::chrono::milliseconds patience, const std::stop_token& stop) {
-    if (waitFor(terminal_.number(), patience, stop) != Waited::ready) {
+    // No question is so long, but what a server puts into one may be.
+    constexpr std::size_t longest = std::size_t{1} << 20U;
+    if (shown_.size() > longest || waitFor(terminal_.number(), patience, stop) != Waited::ready) {
         return false;
     }
     std::array<char, 4096> piece{};

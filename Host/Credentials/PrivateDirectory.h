@@ -12,7 +12,8 @@ class PrivateDirectory {
 public:
     /// In the session's own directory (XDG_RUNTIME_DIR) where there is one, which no disk holds;
     /// else in `place`; else in `/tmp`: the first that takes one, with a path short enough for
-    /// sockets in it. Null, with errno, where none does.
+    /// sockets in it. A place where other users could take the directory away is left out. Null,
+    /// with errno, where none is left.
     static std::unique_ptr<PrivateDirectory> make(const std::string& place);
 
     PrivateDirectory(const PrivateDirectory&) = delete;

@@ -3,6 +3,7 @@
 #include "Host/ClientMessage.h"
 
 #include <algorithm>
+#include <cctype>
 #include <initializer_list>
 
 namespace quen {
@@ -31,6 +32,23 @@ bool hasNumber(const std::vector<ClientNumber>& numbers, std::initializer_list<R
     });
 }
 
+std::string inLowerCase(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
+/// `svn://host` of `svn://alice@host`.
+std::string withoutUser(std::string server) {
+    const std::size_t begin = server.find("://");
+    const std::size_t end = server.rfind('@');
+    if (begin != std::string::npos && end != std::string::npos && end > begin) {
+        server.erase(begin + 3, end - begin - 2);
+    }
+    return server;
+}
+
 /// The client's word for a refusal of svnserve, before anybody has signed in and after.
 SignInProblem problemOfRefusal(std::string_view text) {
     if (holds(text, "Can't get username or password")) {
@@ -56,6 +74,14 @@ SignInProblem signInProblemOf(std::string_view standardError) {
     }
     if (hasNumber(message.numbers, {{175013, 175013}, {220000, 220002}, {220004, 220004}})) {
         return SignInProblem::noPermission;
+    }
+    if (hasNumber(message.numbers, {{170013, 170013}}) &&
+        hasNumber(message.numbers, {{101, 101}, {110, 113}, {670000, 670099}})) {
+        return SignInProblem::unreachable;
+    }
+    if (hasNumber(message.numbers, {{205011, 205011}}) &&
+        hasNumber(message.numbers, {{170013, 170013}})) {
+        return SignInProblem::external;
     }
     const bool isTunnel = holdsAny(text, {"To better debug SSH connection problems", "svn+ssh://"});
     return isTunnel && hasNumber(message.numbers, {{170012, 170013}, {210002, 210002}})
@@ -95,6 +121,23 @@ std::string serverOf(std::string_view url) {
         return {};
     }
     return std::string(url.substr(0, url.find('/', scheme + 3)));
+}
+
+bool isRealmOf(std::string_view realm, std::string_view url) {
+    constexpr std::size_t longest = 4096;
+    const std::size_t end = realm.find('>');
+    if (realm.size() > longest || !realm.starts_with('<') || end == std::string_view::npos) {
+        return false;
+    }
+    const std::string place = inLowerCase(realm.substr(1, end - 1));
+    const std::string server = withoutUser(inLowerCase(serverOf(url)));
+    if (server.empty() || !place.starts_with(server)) {
+        return false;
+    }
+    // The client names the usual port too.
+    const std::string_view rest = std::string_view(place).substr(server.size());
+    return rest.empty() || (rest.size() > 1 && rest.front() == ':' &&
+                            rest.find_first_not_of("0123456789", 1) == std::string_view::npos);
 }
 
 } // namespace quen

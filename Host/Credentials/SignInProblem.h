@@ -18,6 +18,7 @@ enum class SignInProblem {
     keyRefused,    ///< the host accepts none of the secure shell's keys and passwords
     hostKeyUnknown,
     hostKeyChanged,
+    external,    ///< an external's server cannot be reached, or wants something: it does not say
     unreachable, ///< nobody answers there
 };
 
@@ -32,5 +33,9 @@ std::string urlInComplaint(std::string_view standardError);
 
 /// `https://host:443` of `https://host:443/repository/trunk`; empty for what is not a URL.
 std::string serverOf(std::string_view url);
+
+/// Whether a realm is one of that server's: the client puts `<svn://host:3690> ` in front of what
+/// the server calls it. No for a realm that is too long to be read by anybody.
+bool isRealmOf(std::string_view realm, std::string_view url);
 
 } // namespace quen

@@ -68,6 +68,7 @@ TaskFailure failureOf(SignInProblem problem) {
     case SignInProblem::hostKeyUnknown: return TaskFailure::hostKeyUnknown;
     case SignInProblem::hostKeyChanged: return TaskFailure::hostKeyChanged;
     case SignInProblem::secureShell:
+    case SignInProblem::external:
     case SignInProblem::unreachable: return TaskFailure::offline;
     case SignInProblem::none: break;
     }
@@ -119,6 +120,10 @@ bool SignInSteps::isWorthAnotherRun(const ToolRun& run, const SignInAttempt& att
     case SignInProblem::wrongPassword: return isPasswordHad(attempt);
     case SignInProblem::certificate: return isCertificateTrusted();
     case SignInProblem::secureShell: findSecureShellsReason(); return false;
+    case SignInProblem::external: return isExternalHad(attempt);
+    case SignInProblem::unreachable:
+        failure_->nextStep = "Check the spelling of the URL, and that the server can be reached.";
+        return false;
     default: return false;
     }
 }
@@ -151,6 +156,20 @@ CredentialKeeper::Turn SignInSteps::takeTurn(const std::string& server) {
     return turn;
 }
 
+/// Of an external the client says no more than that it could not get there.
+bool SignInSteps::isExternalHad(const SignInAttempt& attempt) {
+    const auto prompt = questions().promptAt(url_);
+    if (prompt && prompt->kind == ClientPrompt::Kind::password) {
+        fail(TaskFailure::noPassword, user_);
+        return isPasswordHad(attempt);
+    }
+    if (prompt && prompt->kind == ClientPrompt::Kind::certificate) {
+        fail(TaskFailure::untrustedCertificate);
+        return isCertificateTrusted();
+    }
+    return false;
+}
+
 bool SignInSteps::isPasswordHad(const SignInAttempt& attempt) {
     if (!credentials_->mayAsk() && attempt.facts().passwords.empty()) {
         return false;
@@ -162,6 +181,13 @@ bool SignInSteps::isPasswordHad(const SignInAttempt& attempt) {
     CredentialTurn turn(keeper_, server);
     const auto prompt = questions().promptAt(url_);
     if (!prompt || prompt->kind != ClientPrompt::Kind::password) {
+        return false;
+    }
+    if (!isRealmOf(prompt->realm.view(), url_)) {
+        failure_->nextStep =
+            formatText("%@ asks in a name that is not its own, so nobody was asked "
+                       "for a password. Ask whoever runs it.",
+                       {String(server)});
         return false;
     }
     const auto refused = attempt.usedPassword(prompt->realm.str());

@@ -33,6 +33,7 @@ public:
 
 private:
     CredentialKeeper::Turn takeTurn(const std::string& server);
+    bool isExternalHad(const SignInAttempt& attempt);
     bool isPasswordHad(const SignInAttempt& attempt);
     bool isCertificateTrusted();
     bool askForPassword(const ClientPrompt& prompt, const std::optional<KeptPassword>& refused,

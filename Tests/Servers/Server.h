@@ -74,8 +74,8 @@ public:
     void keepPassword(const std::string& kept) const;
     void forgetPassword() const;
 
-    /// Gives the user another password; of sshd, the client's key another passphrase, where an empty
-    /// one is none.
+    /// Gives the user another password; of sshd, the client's key another passphrase, where an
+    /// empty one is none.
     void changePassword(const std::string& old, const std::string& next) const;
 
     void stop() { program_ = nullptr; }

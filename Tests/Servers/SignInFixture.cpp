@@ -9,7 +9,12 @@ namespace quen::test {
 
 void ScriptedSource::willAnswer(Answer answer) {
     const std::lock_guard lock(mutex_);
-    answers_.push_back(std::move(answer));
+    answers_.push_back({std::move(answer)});
+}
+
+void ScriptedSource::willAnswerSlowly(Answer answer, std::chrono::milliseconds time) {
+    const std::lock_guard lock(mutex_);
+    answers_.push_back({std::move(answer), time});
 }
 
 std::vector<CredentialQuestion> ScriptedSource::asked() const {
@@ -18,18 +23,20 @@ std::vector<CredentialQuestion> ScriptedSource::asked() const {
 }
 
 std::optional<CredentialAnswer> ScriptedSource::answer(const CredentialQuestion& question,
-                                                       std::stop_token /*stop*/) {
-    Answer next;
+                                                       std::stop_token stop) {
+    Planned next;
     {
-        const std::lock_guard lock(mutex_);
+        std::unique_lock lock(mutex_);
         asked_.push_back(question);
         if (answers_.empty()) {
             return std::nullopt;
         }
         next = std::move(answers_.front());
         answers_.pop_front();
+        std::condition_variable_any never;
+        never.wait_for(lock, stop, next.time, [] { return false; });
     }
-    return next(question);
+    return next.answer(question);
 }
 
 ScriptedSource::Answer password(const std::string& text, CredentialKeep keep,

@@ -4,6 +4,8 @@
 #include "Host/RunContext.h"
 #include "Tests/Servers/Server.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -22,6 +24,8 @@ public:
 
     /// One for each question, in order; a no when there are none left.
     void willAnswer(Answer answer);
+    /// The same after some time, or at once where nobody wants to know any more.
+    void willAnswerSlowly(Answer answer, std::chrono::milliseconds time);
     /// The questions so far.
     std::vector<CredentialQuestion> asked() const;
 
@@ -30,7 +34,11 @@ public:
 
 private:
     mutable std::mutex mutex_;
-    std::deque<Answer> answers_;
+    struct Planned {
+        Answer answer;
+        std::chrono::milliseconds time{0};
+    };
+    std::deque<Planned> answers_;
     std::vector<CredentialQuestion> asked_;
 };
 

@@ -5,6 +5,7 @@
 #include "Host/Credentials/PrivateDirectory.h"
 
 #include <array>
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -141,6 +142,25 @@ TEST(LocalServiceTest, IsForItsOwnerAlone) {
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
     ASSERT_EQ(stat(directory->path("").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0700U);
+}
+
+TEST(PrivateDirectoryTest, IsMadeNowhereThatOthersCanTakeItFrom) {
+    unsetenv("XDG_RUNTIME_DIR"); // NOLINT(concurrency-mt-unsafe): it would be taken first
+    const auto outer = PrivateDirectory::make("/tmp");
+    ASSERT_NE(outer, nullptr);
+    const std::string place = outer->path("place");
+    ASSERT_EQ(mkdir(place.c_str(), 0700), 0);
+    struct Place {
+        mode_t mode;
+        bool isTaken;
+    };
+    for (const Place& each : {Place{0700, true}, Place{0755, true}, Place{01777, true},
+                              Place{0777, false}, Place{0770, false}}) {
+        ASSERT_EQ(chmod(place.c_str(), each.mode), 0);
+        const auto made = PrivateDirectory::make(place);
+        ASSERT_NE(made, nullptr);
+        EXPECT_EQ(made->path("").starts_with(place), each.isTaken) << std::oct << each.mode;
+    }
 }
 
 TEST(LocalServiceTest, HangsUpOnWhoeverIsStillThere) {

@@ -46,6 +46,16 @@ TEST(ClientPromptsTest, TakeTheLastRealmWhereTheClientAsksAgain) {
     EXPECT_EQ(prompt->user, "y");
 }
 
+TEST(ClientPromptsTest, TakeNoRealmOutOfARealm) {
+    const auto within = promptIn("Authentication realm: <svn://evil:3690> x Authentication realm: "
+                                 "<svn://good:3690> quen\nPassword for 'alice': ");
+    ASSERT_TRUE(within);
+    EXPECT_EQ(within->realm, "<svn://evil:3690> x Authentication realm: <svn://good:3690> quen");
+    EXPECT_FALSE(promptIn("Authentication realm: <svn://evil:3690> x\nfor the second time\n"
+                          "Password for 'alice': "));
+    EXPECT_FALSE(promptIn("Password for 'alice': "));
+}
+
 TEST(ClientPromptsTest, TellWhatACertificateSays) {
     const auto prompt = promptIn(certificateQuestion);
     ASSERT_TRUE(prompt);

@@ -7,7 +7,10 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -69,6 +72,22 @@ TEST(SecretTest, IsLeftOutOfCoreFilesAndCopiesOfTheProcess) {
     const std::string flags = flagsOfMemoryAt(secret.view().data());
     EXPECT_NE(flags.find(" dd "), std::string::npos) << flags;
     EXPECT_NE(flags.find(" wf "), std::string::npos) << flags;
+}
+
+TEST(PreventCoreFilesTest, CountsForThisProcessAndThoseThatItStarts) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        preventCoreFiles();
+        rlimit limit{};
+        const bool isPrevented = getrlimit(RLIMIT_CORE, &limit) == 0 && limit.rlim_cur == 0 &&
+                                 prctl(PR_GET_DUMPABLE) == 0;
+        _exit(isPrevented ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(prctl(PR_GET_DUMPABLE), 1) << "it was not so before";
 }
 
 TEST(SecretTest, IsGivenBackWithItsMemory) {

@@ -47,6 +47,11 @@ INSTANTIATE_TEST_SUITE_P(
              "svn: warning: W170001: Can't get username or password\nsvn: E205011: Failure "
              "occurred processing one or more external definitions\n",
              SignInProblem::noPassword},
+        Case{"ExternalThatSaysNothing",
+             "svn: warning: W205011: Error handling externals definition for 'c/ext':\n"
+             "svn: warning: W170013: Unable to connect to a repository at URL 'http://h/r'\n"
+             "svn: E205011: Failure occurred processing one or more externals definitions\n",
+             SignInProblem::external},
         Case{"Forbidden", "svn: E175013: Access to '/r/a' forbidden\n",
              SignInProblem::noPermission},
         Case{"RulesOfTheRepository", "svn: E220004: Access denied\n", SignInProblem::noPermission},
@@ -61,7 +66,9 @@ INSTANTIATE_TEST_SUITE_P(
              SignInProblem::secureShell},
         Case{"HangUp", "svn: E210002: Network connection closed unexpectedly\n",
              SignInProblem::none},
-        Case{"Refused", unable + "svn: E000111: Connection refused\n", SignInProblem::none},
+        Case{"Refused", unable + "svn: E000111: Connection refused\n", SignInProblem::unreachable},
+        Case{"UnknownHost", unable + "svn: E670002: Unknown hostname 'h'\n",
+             SignInProblem::unreachable},
         Case{"NoWorkingCopy", "svn: E155007: '/a' is not a working copy\n", SignInProblem::none}),
     [](const auto& each) { return each.param.name; });
 
@@ -95,6 +102,33 @@ TEST(SignInProblemTest, NamesThePlace) {
     EXPECT_EQ(serverOf("https://host:443/repository/trunk"), "https://host:443");
     EXPECT_EQ(serverOf("svn://host"), "svn://host");
     EXPECT_EQ(serverOf("/home/a"), "");
+}
+
+struct RealmCase {
+    const char* realm;
+    const char* url;
+    bool isOfServer;
+};
+
+TEST(SignInProblemTest, TellsWhoseRealmItIs) {
+    const std::string long_ = "<svn://h:3690> " + std::string(5000, 'x');
+    for (const RealmCase& each :
+         {RealmCase{"<svn://h:3690> quen", "svn://h/r", true},
+          RealmCase{"<svn://h:3690> quen", "svn://h:3690/r", true},
+          RealmCase{"<https://h:443> a > b", "https://H/r", true},
+          RealmCase{"<http://[::1]:80> quen", "http://[::1]/r", true},
+          RealmCase{"<svn://h:3690> quen", "svn://alice@h/r", true},
+          RealmCase{"<svn://h:3690>", "svn://h/r", true},
+          RealmCase{"<svn://other:3690> quen", "svn://h/r", false},
+          RealmCase{"<svn://h.other:3690> quen", "svn://h/r", false},
+          RealmCase{"<svn://h:36901> quen", "svn://h:3690/r", false},
+          RealmCase{"<http://h:80> quen", "svn://h/r", false},
+          RealmCase{"quen", "svn://h/r", false}, RealmCase{"", "svn://h/r", false},
+          RealmCase{"<svn://h:3690> quen", "", false},
+          RealmCase{long_.c_str(), "svn://h/r", false}}) {
+        EXPECT_EQ(isRealmOf(each.realm, each.url), each.isOfServer)
+            << std::string(each.realm).substr(0, 80) << " of " << each.url;
+    }
 }
 
 TEST(SignInProblemTest, NeverComesFromCommandsThatStayHere) {
