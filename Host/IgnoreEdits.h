@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Value.h"
+#include "Host/DirectoryLock.h"
 #include "Host/ToolRunner.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
 
@@ -12,6 +13,13 @@ namespace quen {
 
 /// Hands the runs of an ignore or unignore operation on to another runner, and does what the
 /// operation leaves out.
+///
+/// The operation drops entries without a letter or digit, `*` for one, whenever it writes a list.
+/// Here they stay: what the list held, and the operation was not asked to take out, is put back
+/// behind what it writes.
+///
+/// From a directory's query until the next one no other process that edits in this way comes
+/// between: the lists are written whole, and the last one to write would win.
 ///
 /// The operation looks only at how its queries end; `error` tells of the edits that follow from
 /// them. And it gives a list of ignored names to the client as an argument: one that begins with
@@ -30,10 +38,21 @@ public:
     Error error() const;
 
 private:
+    /// The list that an edit is about to replace, and the name that it is about.
+    struct Edited {
+        String directory;
+        String name;
+        StringArray list;
+        DirectoryLock lock;
+    };
+
+    ToolRun runQuery(const ToolInvocation& invocation, const std::stop_token& stop);
+    StringArray withKeptEntries(const StringArray& arguments) const;
     ToolRun runGuarded(const ToolInvocation& invocation, const std::stop_token& stop);
 
     ToolRunnerPtr runner_;
     mutable std::mutex mutex_;
+    Edited edited_;
     Error error_;
 };
 

@@ -1,11 +1,14 @@
 #include "Host/Places/SettingsFile.h"
 
 #include "Foundation/Lines.h"
+#include "Host/Process/FileDescriptor.h"
 #include "Host/WorkingCopyCleanup.h"
 
-#include <fstream>
-#include <iterator>
-#include <system_error>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 namespace quen {
 
@@ -36,20 +39,32 @@ std::string readLine(std::string_view line, Settings& settings) {
     return member->empty() ? "\"" + name + "\" is given no value." : "";
 }
 
-/// The directory itself and those above it, as far as the first for which `holds`.
-template <typename Predicate>
-std::filesystem::path firstFrom(std::filesystem::path directory, Predicate holds) {
-    for (; !holds(directory); directory = directory.parent_path()) {
-        if (directory == directory.parent_path()) {
-            return {};
-        }
+/// Why an opened file does not count; empty where it does.
+std::string problemOfSettingsFile(const FileDescriptor& file, const std::filesystem::path& top) {
+    struct stat facts {};
+    if (!file.isOpen() || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        return " cannot be read; make it a readable file, or take it away.";
     }
-    return directory;
+    struct stat workingCopy {};
+    const std::string administration = (top / ".svn").string();
+    if (stat(administration.c_str(), &workingCopy) != 0 ||
+        !mayOwnSettings(facts.st_uid, geteuid(), workingCopy.st_uid)) {
+        return " belongs to somebody else, so it is not obeyed; make it yours, or take it away.";
+    }
+    return {};
 }
 
-bool isThere(const std::filesystem::path& path) {
-    std::error_code ignored;
-    return std::filesystem::exists(path, ignored);
+/// nullopt for more than any settings take.
+std::optional<std::string> contentOf(const FileDescriptor& file) {
+    constexpr std::size_t longest = 64 * 1024;
+    std::string text(longest + 1, '\0');
+    std::size_t size = 0;
+    for (ssize_t count = 1; count > 0 && size < text.size();) {
+        count = read(file.number(), text.data() + size, text.size() - size);
+        size += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    text.resize(size);
+    return size > longest ? std::nullopt : std::optional(std::move(text));
 }
 
 } // namespace
@@ -70,23 +85,28 @@ std::optional<Settings> parseSettings(std::string_view text, const std::string& 
     return settings;
 }
 
+bool mayOwnSettings(uid_t owner, uid_t person, uid_t workingCopyOwner) noexcept {
+    return owner == person || owner == workingCopyOwner;
+}
+
 std::optional<Settings> settingsFor(const std::filesystem::path& path, std::string& problem) {
     const std::filesystem::path top = topDirectoryOf(path);
-    const auto directory = top.empty() ? top : firstFrom(top, [](const std::filesystem::path& at) {
-        return isThere(at / ".quen");
-    });
-    if (directory.empty()) {
+    if (top.empty()) {
         return Settings();
     }
-    const std::string file = (directory / ".quen").string();
-    std::error_code error;
-    std::ifstream stream(file);
-    if (!stream.is_open() || !std::filesystem::is_regular_file(file, error)) {
-        problem = file + " cannot be read; make it a readable file, or take it away.";
+    const std::string file = (top / ".quen").string();
+    // A link would lead elsewhere, and a pipe would be waited for.
+    const FileDescriptor opened(open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!opened.isOpen() && errno == ENOENT) {
+        return Settings();
+    }
+    problem = problemOfSettingsFile(opened, top);
+    const auto text = problem.empty() ? contentOf(opened) : std::nullopt;
+    if (!text) {
+        problem = file + (problem.empty() ? " is too large for a settings file." : problem);
         return std::nullopt;
     }
-    const std::string text(std::istreambuf_iterator<char>(stream), {});
-    return parseSettings(text, file, problem);
+    return parseSettings(*text, file, problem);
 }
 
 std::filesystem::path topDirectoryOf(const std::filesystem::path& path) {

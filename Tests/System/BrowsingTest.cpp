@@ -92,9 +92,10 @@ TEST_F(BrowsingTest, ListNamesWhatADirectoryHolds) {
 
 TEST_F(BrowsingTest, BranchTellsTrunkAndBranchesByTheUsualLayout) {
     const std::string noBranch =
-        "quen branch: \"file://SANDBOX/repository/tags\" lies on no branch: it is neither below "
-        "file://SANDBOX/repository/trunk nor below file://SANDBOX/repository/branches. --trunk and "
-        "--branches say where else they are.\n";
+        "quen branch: \"file://SANDBOX/repository/tags\" is not on a branch: it is neither below "
+        "file://SANDBOX/repository/trunk nor below file://SANDBOX/repository/branches. Use --trunk "
+        "and "
+        "--branches to say where they are.\n";
     expectEach(sandbox_, {{{"branch"}, "trunk\n"},
                           {{"branch", "src/main.c"}, "trunk\n"},
                           {{"branch", "icon@2x.txt"}, "trunk\n"},

@@ -245,7 +245,7 @@ TEST_F(BranchCommandsTest, CreateCopiesTheTrunkAndDeleteTakesItAway) {
         EXPECT_EQ(made.err, "");
         EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("branches")}), name + "/\n");
 
-        const Ran deleted = sandbox_.quen({"branch", "delete", name, "-m", "End"});
+        const Ran deleted = sandbox_.quen({"branch", "delete", name, "--yes", "-m", "End"});
         EXPECT_THAT(deleted.out, StartsWith("Committed revision "));
         EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("branches")}), "");
     }
@@ -276,6 +276,59 @@ TEST_F(BranchCommandsTest, RefusesNamesThatAreNone) {
     }
     EXPECT_EQ(sandbox_.svn({"list", sandbox_.url()}), "branches/\ntags/\ntrunk/\n");
     EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("branches")}), "one/\n");
+}
+
+TEST_F(BranchCommandsTest, CreateRefusesBeforeTheRunWhatCannotBe) {
+    sandbox_.svn({"copy", "-q", "-m", "B", "--username", "alice", sandbox_.url("trunk"),
+                  sandbox_.url("branches/b")});
+    expectEach(
+        sandbox_,
+        {{{"branch", "create", "b", "-m", "M"},
+          "",
+          1,
+          "quen branch create: Branch \"b\" already exists (last changed in r3 by alice). Choose "
+          "another name.\n"},
+         {{"branch", "create", "trunk", "-m", "M"},
+          "",
+          1,
+          "quen branch create: A branch \"trunk\" would never be reached: the name means the "
+          "trunk.\n"},
+         {{"branch", "create", "^/x", "-m", "M"},
+          "",
+          1,
+          "quen branch create: A branch \"^/x\" would never be reached: ^/ means the repository's "
+          "root.\n"},
+         {{"branch", "create", "team/x", "-m", "M"},
+          "",
+          1,
+          "quen branch create: \"team/x\" cannot be created: \"file://SANDBOX/repository/branches/"
+          "team\" does not exist. Make it first with: quen mkdir "
+          "file://SANDBOX/repository/branches/"
+          "team\n"}});
+}
+
+TEST_F(BranchCommandsTest, DeleteRefusesWhatWasNotConfirmedAndTheBranchOneIsOn) {
+    sandbox_.svn({"copy", "-q", "-m", "B", "--username", "alice", sandbox_.url("trunk"),
+                  sandbox_.url("branches/a b")});
+    sandbox_.svn({"switch", "-q", sandbox_.url("branches/a%20b")});
+    expectEach(
+        sandbox_,
+        {{{"branch"}, "a b\n"},
+         {{"branch", "delete", "a c", "-m", "M"},
+          "",
+          1,
+          "quen branch delete: There is no branch \"a c\". Did you mean \"a b\"?\n"},
+         {{"branch", "delete", "a b", "--yes", "-m", "M"},
+          "",
+          1,
+          "quen branch delete: The working copy is on branch \"a b\". Leave it first, with "
+          "quen switch trunk, or delete it with --force.\n"},
+         {{"branch", "delete", "a b", "--force", "-m", "M"},
+          "",
+          1,
+          "quen branch delete: Deleting branch \"a b\" (last changed in r3 by alice) was not "
+          "confirmed, so nothing was done. --yes confirms it.\n"},
+         {{"branch", "delete", "a b", "--force", "--yes", "-m", "M"}, "Committed revision 4.\n"}});
 }
 
 TEST_F(BranchCommandsTest, SwitchAndMergeTakeABranchByName) {
@@ -418,7 +471,7 @@ TEST_F(IgnoreCommandsTest, NamesGoIntoTheListOfTheirDirectoryAndOut) {
     EXPECT_EQ(ignored(), "with blank\n*.o\n\n");
     EXPECT_EQ(ignored("src"), "\xC3\xBC.log\n\n");
 
-    expectEach(sandbox_, {{{"unignore", "with blank"}, "No longer ignored: 1 name.\n"},
+    expectEach(sandbox_, {{{"unignore", "with blank"}, "Removed 1 pattern from svn:ignore.\n"},
                           {{"unignore", "--json", "src/\xC3\xBC.log"}, "[]\n"}});
     EXPECT_EQ(ignored(), "*.o\n\n");
     EXPECT_EQ(sandbox_.svn({"proplist", "src"}), "");
@@ -431,14 +484,19 @@ TEST_F(IgnoreCommandsTest, TellsWhatIsBehindAnError) {
                {{{"unignore", "b.o"},
                  "",
                  1,
-                 "quen unignore: An error occurred trying to unignore the file \"./b.o\".\n"
-                 "quen unignore: Check the file's ignore properties and try again.\n"},
+                 "quen unignore: \"b.o\" is not among the ignored names of \".\".\n"},
                 {{"ignore", "nowhere/x", "y"},
                  "",
                  1,
-                 "quen ignore: An error occurred trying to unignore the files.\n"
-                 "quen ignore: Check the files' ignore properties and try again.\n"
-                 "quen ignore: 'SANDBOX/wc/nowhere' is not under version control\n"},
+                 "quen ignore: \"nowhere/x\" cannot be ignored, since \"nowhere\" is not a "
+                 "directory under version control.\n"
+                 "quen ignore: Nothing was changed.\n"},
+                {{"ignore", "y", "a\nb"},
+                 "",
+                 1,
+                 "quen ignore: \"a\xEF\xBF\xBD"
+                 "b\" holds a control character, which no line of the list of ignored names can.\n"
+                 "quen ignore: Nothing was changed.\n"},
                 {{"ignore", "icon@2x.png"},
                  "",
                  1,
@@ -447,9 +505,55 @@ TEST_F(IgnoreCommandsTest, TellsWhatIsBehindAnError) {
                 {{"ignore", "--", "-x.c"},
                  "",
                  1,
-                 "quen ignore: \"./-x.c\" begins with -, which would be taken for an option. The "
+                 "quen ignore: \"-x.c\" begins with -, which would be taken for an option. The "
                  "pattern \"[-]x.c\" matches it.\n"}});
-    EXPECT_EQ(ignored(), "y\n*.o\n\n");
+    EXPECT_EQ(ignored(), "*.o\n\n");
+}
+
+/// The provider's rule drops them.
+TEST_F(IgnoreCommandsTest, EntriesWithoutLettersStay) {
+    commitFiles({"a.c"});
+    sandbox_.svn({"propset", "-q", "svn:ignore", "*\na.o\n??", "."});
+    expectEach(sandbox_,
+               {{{"ignore", "b.o"}, "Ignored 1 name.\n"},
+                {{"unignore", "a.o"}, "Removed 1 pattern from svn:ignore.\n"},
+                {{"unignore", "b.o"}, "Removed 1 pattern from svn:ignore.\n"},
+                {{"unignore", "*"},
+                 "",
+                 1,
+                 "quen unignore: \"*\" holds no letter and no digit, and can only be taken "
+                 "out with: svn propedit svn:ignore\n"}});
+    EXPECT_EQ(ignored(), "*\n??\n\n");
+}
+
+TEST_F(IgnoreCommandsTest, SeveralAtOnceLoseNoName) {
+    commitFiles({"a.c"});
+    const std::string script = "for i in 1 2 3 4 5 6 7 8; do \"$0\" ignore name$i & done; wait";
+    const Ran ran = sandbox_.run({"sh", "-c", script, Sandbox::program()}, sandbox_.workingCopy());
+    EXPECT_EQ(ran.err, "");
+    const std::string list = ignored();
+    for (int i = 1; i <= 8; ++i) {
+        EXPECT_THAT(list, HasSubstr("name" + std::to_string(i) + "\n"));
+    }
+}
+
+/// Another program takes the name out again as soon as it is written, and again.
+TEST_F(IgnoreCommandsTest, AListThatOthersWriteIsToldInTheEnd) {
+    commitFiles({"a.c"});
+    sandbox_.write(sandbox_.root() / "bin/svn",
+                   "#!/bin/sh\n"
+                   "case $1 in propset)\n"
+                   "    exec /usr/bin/svn propset -q svn:ignore theirs .\n"
+                   "esac\n"
+                   "exec /usr/bin/svn \"$@\"\n");
+    std::filesystem::permissions(sandbox_.root() / "bin/svn", std::filesystem::perms::owner_all);
+
+    const Ran ran = sandbox_.run({Sandbox::program(), "ignore", "mine"}, sandbox_.workingCopy(),
+                                 {"PATH=" + (sandbox_.root() / "bin").string() + ":/usr/bin:/bin"});
+
+    EXPECT_EQ(ran.err, "quen ignore: \"mine\": another program writes the list at the same time. "
+                       "Try again.\n");
+    EXPECT_EQ(ran.status, 1);
 }
 
 /// The operation does not look at how its edit ends, and would call it done.
@@ -469,9 +573,8 @@ TEST_F(IgnoreCommandsTest, TellsOfAnEditThatFailed) {
 
     EXPECT_EQ(ran.out, "");
     EXPECT_EQ(sandbox_.neutral(ran.err),
-              "quen ignore: It is locked\n"
-              "quen ignore: Unless another svn is at work there, clean it up with: svn cleanup "
-              "SANDBOX/wc\n");
+              "quen ignore: \"*.o\": It is locked\n"
+              "quen ignore: Unless another svn is at work there, run: quen cleanup\n");
     EXPECT_EQ(ran.status, 1);
 }
 

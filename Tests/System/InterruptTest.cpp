@@ -142,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Sandbox::Words{"export", "SERVER/a.c", "a.txt"},
                     Sandbox::Words{"branch", "SERVER/trunk"},
                     Sandbox::Words{"branch", "create", "new", "-m", "M"},
-                    Sandbox::Words{"branch", "delete", "new", "-m", "M"},
+                    Sandbox::Words{"branch", "delete", "new", "--yes", "-m", "M"},
                     Sandbox::Words{"branches", "SERVER/trunk"}, Sandbox::Words{"commit", "-m", "M"},
                     Sandbox::Words{"remove", "SERVER/trunk", "-m", "M"},
                     Sandbox::Words{"copy", "SERVER/trunk", "copy"},

@@ -124,7 +124,7 @@ std::vector<Form> formsWith(const std::string& name, const Sandbox& sandbox) {
             {{"branch", "--", name}},
             {{"branch", "create", "-m", "M", "--", name}},
             {{"branch", "create", "-m", "M", "--", "b", name}},
-            {{"branch", "delete", "-m", "M", "--", name}},
+            {{"branch", "delete", "--yes", "-m", "M", "--", name}},
             {{"branches", "--", name}},
             {{"add", "--", name}},
             {{"revert", "--yes", "--", name}},

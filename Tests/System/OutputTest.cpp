@@ -24,7 +24,7 @@ std::vector<Words> writingCommands() {
             {"export", "a.c", "exported"},
             {"branch"},
             {"branch", "create", "new", "-m", "M"},
-            {"branch", "delete", "old", "-m", "M"},
+            {"branch", "delete", "old", "--yes", "-m", "M"},
             {"branches"},
             {"commit", "-m", "M"},
             {"add", "new.c"},

@@ -1,3 +1,4 @@
+#include "Foundation/PercentCoding.h"
 #include "Host/HostSourceTrees.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
@@ -33,7 +34,9 @@ void printForPeople(const Array& records) {
     for (const Value& value : records) {
         const Dictionary& record = *value.dictionary();
         const String name = record[QuenSourceControlOperationNameKey].stringValue();
-        std::cout << (name == QuenSourceControlTrunkBranchName ? "trunk" : printable(name.view()))
+        std::cout << (name == QuenSourceControlTrunkBranchName
+                          ? "trunk"
+                          : printable(percentDecoded(name.view())))
                   << '\n';
     }
 }
@@ -42,10 +45,10 @@ void tellIfNone(const Session& session, const QuenSourceControlOperation& operat
                 const Options& options, const SourceTree& source) {
     const Array* const records = operation.result().array();
     if (records != nullptr && records->count() == 0 && !operation.error()) {
-        session.tell("\"" + printable(options.path) + "\" lies on no branch: it is neither below " +
+        session.tell("\"" + options.path + "\" is not on a branch: it is neither below " +
                      source.repository->trunkLocation().absoluteString().str() + " nor below " +
                      source.repository->branchesLocation().absoluteString().str() +
-                     ". --trunk and --branches say where else they are.");
+                     ". Use --trunk and --branches to say where they are.");
     }
 }
 

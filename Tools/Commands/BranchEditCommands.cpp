@@ -3,6 +3,7 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/LogMessage.h"
+#include "Tools/Commands/Places/BranchChecks.h"
 #include "Tools/Commands/Places/BranchLocation.h"
 
 #include <memory>
@@ -19,6 +20,7 @@ struct Options {
     std::string path = ".";
     /// What is copied; empty for the trunk.
     std::string from;
+    BranchDeletion deletion;
 };
 
 /// What the siblings differ in.
@@ -56,10 +58,22 @@ Outcome<Dictionary> sourceOptions(Session& session, const Options& options) {
     return Dictionary{{QuenSourceControlRequestOptionSourceLocation, *location}};
 }
 
+int check(Session& session, const SourceTree& source, const Edit& edit, const Options& options) {
+    if (edit.type == RequestTypeRemoteCopy) {
+        return checkNewBranch(session, source, options.name);
+    }
+    BranchDeletion deletion = options.deletion;
+    deletion.path = options.path;
+    return checkBranchDeletion(session, source, options.name, deletion);
+}
+
 int runEdit(Session& session, const Edit& edit, const Options& options) {
     const auto source = findRepository(session, options);
     if (!source) {
         return source.status();
+    }
+    if (const int status = check(session, *source, edit, options); status != ExitSuccess) {
+        return status;
     }
     auto requestOptions = sourceOptions(session, options);
     if (!requestOptions) {
@@ -99,8 +113,12 @@ void addBranchEditCommands(Subcommand& branch) {
     create.option("--from", creation->from,
                   "Branch, URL or ^/PATH to branch from (default: trunk)");
 
-    addEdit(branch, {"delete", RequestTypeRemoteRemove, "Deletion of branch"},
-            "Delete a branch in the repository", std::make_shared<Options>());
+    const auto deletion = std::make_shared<Options>();
+    Subcommand remove = addEdit(branch, {"delete", RequestTypeRemoteRemove, "Deletion of branch"},
+                                "Delete a branch in the repository", deletion);
+    remove.flag("-y,--yes", deletion->deletion.isSure, "Do not ask");
+    remove.flag("--force", deletion->deletion.isForced,
+                "Also delete the branch that the working copy is on");
 }
 
 } // namespace quen::tools

@@ -1,4 +1,5 @@
 #include "Tools/Commands/Changes/IgnoreEdit.h"
+#include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
 #include <memory>
@@ -8,7 +9,8 @@ namespace quen::tools {
 namespace {
 
 int runIgnoreCommand(Session& session, const IgnoreOptions& options) {
-    return runIgnoreEdit(session, RequestTypeIgnore, "Ignored", options);
+    const auto done = [](std::size_t names) { return "Ignored " + counted(names, "name") + "."; };
+    return runIgnoreEdit(session, RequestTypeIgnore, done, options);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "Tools/Commands/Changes/IgnoreEdit.h"
+#include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
 #include <memory>
@@ -8,7 +9,10 @@ namespace quen::tools {
 namespace {
 
 int runUnignoreCommand(Session& session, const IgnoreOptions& options) {
-    return runIgnoreEdit(session, RequestTypeUnignore, "No longer ignored:", options);
+    const auto done = [](std::size_t names) {
+        return "Removed " + counted(names, "pattern") + " from svn:ignore.";
+    };
+    return runIgnoreEdit(session, RequestTypeUnignore, done, options);
 }
 
 } // namespace

@@ -3,7 +3,11 @@
 #include "Tests/Support/CaseName.h"
 
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
 
 namespace quen::test {
 
@@ -94,9 +98,9 @@ TEST_F(SettingsForTest, TheTopDirectoryIsTheOneWithTheClientsData) {
     EXPECT_EQ(topDirectoryOf(path("other")), "");
 }
 
-TEST_F(SettingsForTest, AFileInTheTopDirectoryComesBeforeOneAbove) {
+TEST_F(SettingsForTest, OnlyAFileInTheTopDirectoryCounts) {
     directory_.write(".quen", "username = above\n");
-    EXPECT_EQ(userFor("top/src"), "above");
+    EXPECT_EQ(userFor("top/src"), "");
     directory_.write("top/.quen", "username = top\n");
     EXPECT_EQ(userFor("top/src"), "top");
 }
@@ -111,10 +115,36 @@ TEST_F(SettingsForTest, OutsideAWorkingCopyThereAreNone) {
     EXPECT_EQ(userFor("other"), "");
 }
 
-TEST_F(SettingsForTest, WhatIsNoFileIsAProblem) {
-    std::filesystem::create_directory(path("top/.quen"));
-    EXPECT_EQ(userFor("top"), "problem: " + path("top/.quen") +
-                                  " cannot be read; make it a readable file, or take it away.");
+/// What is not a regular file: made by a function of its name, since each would hang or mislead in
+/// a way of its own.
+TEST_F(SettingsForTest, WhatIsNotARegularFileIsAProblem) {
+    directory_.write("other.quen", "username = elsewhere\n");
+    const std::string file = path("top/.quen");
+    const std::vector<std::function<void()>> makers{
+        [&] { std::filesystem::create_directory(file); },
+        [&] { std::filesystem::create_symlink(path("other.quen"), file); },
+        [&] { std::filesystem::create_symlink("/dev/zero", file); },
+        [&] { ASSERT_EQ(mkfifo(file.c_str(), 0600), 0); },
+    };
+    for (const auto& make : makers) {
+        make();
+        EXPECT_EQ(userFor("top"), "problem: " + file +
+                                      " cannot be read; make it a readable file, or take it away.");
+        std::filesystem::remove(file);
+    }
+}
+
+TEST_F(SettingsForTest, AFileThatIsTooLargeIsAProblem) {
+    directory_.write("top/.quen", std::string(65 * 1024, '#'));
+    EXPECT_EQ(userFor("top"),
+              "problem: " + path("top/.quen") + " is too large for a settings file.");
+}
+
+TEST(SettingsOwner, IsThePersonOrTheWorkingCopysOwner) {
+    EXPECT_TRUE(mayOwnSettings(1000, 1000, 0));
+    EXPECT_TRUE(mayOwnSettings(1000, 0, 1000));
+    EXPECT_FALSE(mayOwnSettings(1001, 1000, 1000));
+    EXPECT_FALSE(mayOwnSettings(0, 1000, 1000));
 }
 
 } // namespace

@@ -2,10 +2,13 @@
 
 #include "Foundation/PathComponents.h"
 #include "Host/IgnoreEdits.h"
+#include "Host/IgnoreLists.h"
 #include "Host/Places/Locations.h"
 #include "Host/RunContext.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/HostQueries.h"
+#include "Tools/Terminal/InterruptWatch.h"
 
 #include <algorithm>
 #include <iterator>
@@ -20,16 +23,62 @@ std::string pathWithDirectory(const std::string& path) {
     return path.find('/') == std::string::npos ? "./" + path : path;
 }
 
-bool tellOfUnusableNames(const Session& session, RequestType type, const IgnoreOptions& options) {
-    bool isAnyUnusable = false;
-    for (const std::string& path : options.paths) {
-        const std::string problem = problemOfIgnoredName(path, type);
-        if (!problem.empty()) {
-            session.tell("\"" + printable(path) + "\" " + printable(problem));
-            isAnyUnusable = true;
+std::string asTyped(const String& path) {
+    const std::string typed = path.str();
+    return typed.starts_with("./") ? typed.substr(2) : typed;
+}
+
+/// How often it is tried where others write at the same time.
+constexpr int mostTries = 5;
+
+/// Explained where one of the names cannot be used: then none is.
+Outcome<bool> check(const Session& session, RequestType type, const std::vector<String>& paths) {
+    const IgnorePlan plan = planIgnore(paths, type, runHostQuery);
+    if (InterruptWatch::wasInterrupted()) {
+        return session.fail("Interrupted.", ExitInterrupted);
+    }
+    if (plan.error) {
+        session.tell(plan.error);
+        return Explained{ExitFailure};
+    }
+    for (const IgnoreProblem& problem : plan.problems) {
+        session.tell("\"" + asTyped(problem.path) + "\" " + problem.reason.str());
+    }
+    if (!plan.problems.empty() && paths.size() > 1) {
+        session.tell("Nothing was changed.");
+    }
+    return plan.problems.empty() ? Outcome<bool>(true) : Outcome<bool>(Explained{ExitFailure});
+}
+
+/// Makes the edit, and again where a list was written by somebody else meanwhile.
+Outcome<QuenSourceControlOperationPtr>
+perform(Session& session, RequestType type, const SourceTree& source, std::vector<String> paths) {
+    const auto edits = std::make_shared<IgnoreEditRunner>(RunContext::current().toolRunner());
+    const RunContext editing = RunContext::current().withToolRunner(edits);
+    for (int tries = 1;; ++tries) {
+        const auto request = makeRequest(type, source, StringArray(paths.begin(), paths.end()));
+        auto operation = [&] {
+            const RunContext::Scope scope(editing);
+            return session.perform(request, Follow::nothing);
+        }();
+        if (!operation) {
+            return operation;
+        }
+        if (!(*operation)->error()) {
+            (*operation)->setError(edits->error());
+        }
+        if ((*operation)->error() || session.wasStopped(**operation)) {
+            return operation;
+        }
+        paths = undoneIgnores(paths, type, runHostQuery);
+        if (paths.empty() || InterruptWatch::wasInterrupted()) {
+            return operation;
+        }
+        if (tries == mostTries) {
+            return session.fail("\"" + asTyped(paths.front()) +
+                                "\": another program writes the list at the same time. Try again.");
         }
     }
-    return isAnyUnusable;
 }
 
 } // namespace
@@ -39,29 +88,23 @@ void IgnoreOptions::addTo(Subcommand& command) {
         .required();
 }
 
-int runIgnoreEdit(Session& session, RequestType type, const std::string& done,
+int runIgnoreEdit(Session& session, RequestType type, const IgnoreDone& done,
                   const IgnoreOptions& options) {
-    if (tellOfUnusableNames(session, type, options)) {
-        return ExitFailure;
-    }
     const auto source = findSource(session, options.paths.front());
     if (!source) {
         return source.status();
     }
-    const auto edits = std::make_shared<IgnoreEditRunner>(RunContext::current().toolRunner());
-    const RunContext::Scope scope(RunContext::current().withToolRunner(edits));
-    StringArray names;
-    std::transform(options.paths.begin(), options.paths.end(), std::back_inserter(names),
+    std::vector<String> paths;
+    std::transform(options.paths.begin(), options.paths.end(), std::back_inserter(paths),
                    pathWithDirectory);
-    const Change change{makeRequest(type, *source, names), options.paths.front(), false,
-                        Follow::nothing};
-    const auto operation = session.perform(change.request, change.follow);
-    if (operation && !(*operation)->error()) {
-        (*operation)->setError(edits->error());
+    const auto isUsable = check(session, type, paths);
+    if (!isUsable) {
+        return isUsable.status();
     }
-    return finishChange(session, operation, change,
+    const Change change{nullptr, options.paths.front(), false, Follow::nothing};
+    return finishChange(session, perform(session, type, *source, paths), change,
                         [&](const Value& /*result*/, const ClientReport& /*report*/) {
-                            return done + " " + counted(names.size(), "name") + ".";
+                            return done(paths.size());
                         });
 }
 

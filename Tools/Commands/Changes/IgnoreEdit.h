@@ -2,6 +2,8 @@
 
 #include "Tools/Commands/Session/Session.h"
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,9 +18,12 @@ struct IgnoreOptions {
     void addTo(Subcommand& command);
 };
 
-/// Sends a request of that type and tells how it went: `Ignored 2 names.` begins with `done`. The
-/// exit status.
-int runIgnoreEdit(Session& session, RequestType type, const std::string& done,
+/// What is said of an edit that was made: `Ignored 2 names.`
+using IgnoreDone = std::function<std::string(std::size_t names)>;
+
+/// Sends a request of that type and tells how it went. Where one of several names cannot be used
+/// nothing is changed. The exit status.
+int runIgnoreEdit(Session& session, RequestType type, const IgnoreDone& done,
                   const IgnoreOptions& options);
 
 } // namespace quen::tools

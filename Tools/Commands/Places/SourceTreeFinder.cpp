@@ -79,7 +79,7 @@ Outcome<Settings> settingsOf(const Session& session, const std::string& location
     std::string problem;
     auto settings = isRepositoryURL(location) ? Settings() : settingsFor(location, problem);
     if (!settings) {
-        return session.fail(problem);
+        return session.fail(printable(problem));
     }
     settings->user = firstSaid(session.options().user, settings->user);
     return *settings;

@@ -1,0 +1,76 @@
+#include "Host/Plans/BranchPlans.h"
+
+#include "Foundation/PercentCoding.h"
+#include "Host/Facts/InfoFacts.h"
+#include "Host/Places/Locations.h"
+#include "Host/TaskFailure.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quen {
+
+namespace {
+
+InfoFacts infoOf(const String& location, const QueryRunner& run, Error& error) {
+    const auto query = ClientQuery::make({"info", "--xml", closedClientPath(location.str())});
+    run(*query);
+    error = query->error();
+    InfoFactsReader reader;
+    reader.take(query->output()->bytes());
+    reader.finish();
+    return reader.takeFacts();
+}
+
+/// The client's numbers for what is not there.
+bool meansAbsence(const Error& error) {
+    constexpr std::array<std::int64_t, 3> numbers{170000, 160013, 200009};
+    const Array* const codes = error.userInfo()[QuenSourceControlTaskErrorCodesKey].array();
+    return codes != nullptr && codes->count() > 0 &&
+           std::all_of(codes->begin(), codes->end(), [&](const Value& code) {
+               const std::int64_t* const number = code.integer();
+               return number != nullptr &&
+                      std::find(numbers.begin(), numbers.end(), *number) != numbers.end();
+           });
+}
+
+} // namespace
+
+std::string problemOfNewBranchName(std::string_view name) {
+    if (name == "trunk") {
+        return "would never be reached: the name means the trunk.";
+    }
+    if (name.starts_with("^/")) {
+        return "would never be reached: ^/ means the repository's root.";
+    }
+    const bool hasControl = std::any_of(name.begin(), name.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+    });
+    return hasControl ? "holds a control character, which no name in a repository can." : "";
+}
+
+RepositoryPlace lookAt(const String& url, const QueryRunner& run) {
+    RepositoryPlace place;
+    const InfoFacts facts = infoOf(url, run, place.error);
+    place.exists = !facts.entries.empty();
+    if (place.exists) {
+        place.commit = facts.entries.front().commit;
+    } else if (meansAbsence(place.error)) {
+        place.error = {};
+    }
+    return place;
+}
+
+bool isOnBranch(const String& path, const String& branchURL, const QueryRunner& run) {
+    Error ignored;
+    const InfoFacts facts = infoOf(path, run, ignored);
+    if (facts.entries.empty()) {
+        return false;
+    }
+    const std::string here = percentDecoded(facts.entries.front().url.view());
+    const std::string branch = percentDecoded(branchURL.view());
+    return here == branch || here.starts_with(branch + "/");
+}
+
+} // namespace quen

@@ -1,0 +1,146 @@
+#include "Tools/Commands/Places/BranchChecks.h"
+
+#include "Foundation/ShellWord.h"
+#include "Host/Places/BranchNames.h"
+#include "Host/Places/Locations.h"
+#include "Host/Plans/BranchPlans.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/CommandLine/Suggestion.h"
+#include "Tools/Commands/Session/HostQueries.h"
+#include "Tools/Terminal/InterruptWatch.h"
+#include "Tools/Terminal/Question.h"
+#include "Tools/Terminal/SafeText.h"
+
+#include <iostream>
+#include <utility>
+
+namespace quen::tools {
+
+namespace {
+
+std::string branchesURL(const SourceTree& source) {
+    return source.repository->branchesLocation().absoluteString().str();
+}
+
+String urlOf(const SourceTree& source, const std::string& name) {
+    return branchesURL(source) + "/" + encodedName(name);
+}
+
+/// Explained where the repository cannot be asked.
+Outcome<RepositoryPlace> look(const Session& session, const String& url) {
+    RepositoryPlace place = lookAt(url, runHostQuery);
+    if (InterruptWatch::wasInterrupted()) {
+        return session.fail("Interrupted.", ExitInterrupted);
+    }
+    if (place.error) {
+        session.tell(place.error);
+        return Explained{ExitFailure};
+    }
+    return place;
+}
+
+int tellOfMissingParent(const Session& session, const std::string& name, const std::string& url) {
+    return session
+        .fail("\"" + name + "\" cannot be created: \"" + url +
+              "\" does not exist. Make it first with: quen mkdir " + shellWord(url))
+        .status;
+}
+
+Outcome<std::vector<std::string>> branchNames(Session& session, const SourceTree& source) {
+    const auto operation = session.query(makeRequest(RequestTypeListBranches, source));
+    if (!operation) {
+        return operation.explained();
+    }
+    std::vector<std::string> names;
+    const Array* const records = (*operation)->result().array();
+    for (const Value& record : records == nullptr ? Array() : *records) {
+        names.push_back(
+            (*record.dictionary())[QuenSourceControlOperationNameKey].stringValue().str());
+    }
+    return names;
+}
+
+int tellOfMissingBranch(Session& session, const SourceTree& source, const std::string& name) {
+    const auto names = branchNames(session, source);
+    if (!names) {
+        return names.status();
+    }
+    const std::string meant = nearestName(name, *names);
+    return session
+        .fail("There is no branch \"" + name + "\"." +
+              (meant.empty() ? " `quen branches` lists them." : " Did you mean \"" + meant + "\"?"))
+        .status;
+}
+
+std::string lastChangeOf(const RepositoryPlace& place) {
+    std::string text = place.commit.revision ? "r" + std::to_string(*place.commit.revision) : "";
+    if (!place.commit.author.isEmpty()) {
+        text.append(" by ").append(printable(place.commit.author.view()));
+    }
+    return text;
+}
+
+int askToDelete(const Session& session, const std::string& name, const RepositoryPlace& place) {
+    if (!canAsk()) {
+        return session
+            .fail("Deleting branch \"" + name + "\" (last changed in " + lastChangeOf(place) +
+                  ") was not confirmed, so nothing was done. --yes confirms it.")
+            .status;
+    }
+    std::cerr << "Branch \"" << printable(name) << "\", last changed in " << lastChangeOf(place)
+              << ", stays in the history.\n";
+    const bool mayGo = ask("Delete branch \"" + printable(name) + "\"?");
+    if (InterruptWatch::wasInterrupted()) {
+        return session.fail("Interrupted.", ExitInterrupted).status;
+    }
+    return mayGo ? ExitSuccess : ExitFailure;
+}
+
+} // namespace
+
+int checkNewBranch(Session& session, const SourceTree& source, const std::string& name) {
+    if (const std::string problem = problemOfNewBranchName(name); !problem.empty()) {
+        return session.fail("A branch \"" + name + "\" " + problem).status;
+    }
+    const auto place = look(session, urlOf(source, name));
+    if (!place) {
+        return place.status();
+    }
+    if (place->exists) {
+        return session
+            .fail("Branch \"" + name + "\" already exists (last changed in " +
+                  lastChangeOf(*place) + "). Choose another name.")
+            .status;
+    }
+    const std::size_t slash = name.rfind('/');
+    const std::string parent = slash == std::string::npos
+                                   ? branchesURL(source)
+                                   : urlOf(source, name.substr(0, slash)).str();
+    const auto above = look(session, parent);
+    if (!above) {
+        return above.status();
+    }
+    return above->exists ? ExitSuccess : tellOfMissingParent(session, name, parent);
+}
+
+int checkBranchDeletion(Session& session, const SourceTree& source, const std::string& name,
+                        const BranchDeletion& deletion) {
+    const String url = urlOf(source, name);
+    const auto place = look(session, url);
+    if (!place) {
+        return place.status();
+    }
+    if (!place->exists) {
+        return tellOfMissingBranch(session, source, name);
+    }
+    if (!deletion.isForced && !isRepositoryURL(deletion.path) &&
+        isOnBranch(clientPath(deletion.path), url, runHostQuery)) {
+        return session
+            .fail("The working copy is on branch \"" + name +
+                  "\". Leave it first, with quen switch trunk, or delete it with --force.")
+            .status;
+    }
+    return deletion.isSure ? ExitSuccess : askToDelete(session, name, *place);
+}
+
+} // namespace quen::tools
