@@ -126,8 +126,15 @@ SVNCondition conditionOf(RequestInput input, std::int32_t type) {
     case RequestInput::sourceLocation:
         return {"([request.options objectForKey:QuenSourceControlRequestOptionSourceLocation])",
                 true};
-    default: return {nameOfRequestInput(input)};
+    case RequestInput::repositoryToAuthenticate:
+    case RequestInput::startingRevision:
+    case RequestInput::endingRevision:
+    case RequestInput::logOutputFilesChanged:
+    case RequestInput::logOutputLimit:
+    case RequestInput::logStopOnBranching:
+    case RequestInput::supplyDirectRevision: break; // never checked
     }
+    return {nameOfRequestInput(input)};
 }
 
 } // namespace quen

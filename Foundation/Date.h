@@ -21,7 +21,7 @@ std::string dateText(Date date);
 /// A pattern is made of runs of `y`, `M`, `d`, `H`, `m`, `s` and `S` (as many digits as letters,
 /// exactly), of text between single quotes, and of other characters that stand for themselves. A
 /// text that does not match from its first to its last character, or that names a moment that does
-/// not exist (month 13, 30 February, 24:00:00), is no date.
+/// not exist (month 13, 30 February, 24:00:00), is not a date.
 class DateFormatter {
 public:
     /// Only "GMT" and "UTC" are known; any other zone makes every date fail.

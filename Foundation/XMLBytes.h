@@ -64,8 +64,9 @@ inline bool isSame(const char* at, std::string_view word) noexcept {
 
 constexpr std::ptrdiff_t width = 16;
 
-/// A bit for each of the bytes at `at` that is none of text, or of values: the two bytes that end
-/// it, an ampersand, what lies below a space, and, for they are negative, all that are not ASCII.
+/// A bit for each of the bytes at `at` that belongs neither to text nor to values: the two bytes
+/// that end it, an ampersand, what lies below a space, and, for they are negative, all that are not
+/// ASCII.
 inline unsigned endsAmong(const char* at, char first, char second) noexcept {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
     const __m128i low = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));

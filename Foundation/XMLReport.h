@@ -25,7 +25,7 @@ public:
     /// nullopt where the element has no such attribute.
     std::optional<std::string_view> attribute(std::string_view name) const noexcept;
     /// All character data between the element's tags, that of its descendants included, in document
-    /// order; comments and processing instructions are no part of it.
+    /// order; comments and processing instructions are not part of it.
     std::string_view text() const noexcept;
 
     /// The direct children of one name.

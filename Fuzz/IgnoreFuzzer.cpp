@@ -74,7 +74,7 @@ bool isPlain(std::string_view text) {
                        [](char c) { return static_cast<unsigned char>(c) < 0x80 && c != '@'; });
 }
 
-/// What is no name is dropped by a write.
+/// A write drops what is not a name.
 bool isName(std::string_view line) {
     return std::any_of(line.begin(), line.end(),
                        [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; });

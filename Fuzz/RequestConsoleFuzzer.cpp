@@ -21,7 +21,7 @@ RequestConsole makeConsole() {
     RunContext::setProcessDefault(
         RunContext().withToolsDirectory("/tools").withTemporaryDirectory("/nowhere"));
     return {std::make_shared<SVNController>(),
-            std::make_shared<ReplayRunner>(std::vector<ToolRun>()),
+            std::make_shared<PlaybackRunner>(std::vector<ToolRun>()),
             {}};
 }
 
@@ -56,7 +56,7 @@ void fuzz(FuzzInput input) {
     const auto members = membersOf(answer.json);
     require(members == refused || (members == served && answer.inputError.empty()),
             "an answer of other members");
-    require(nlohmann::json::accept(answer.json.dump()), "the answer is no JSON");
+    require(nlohmann::json::accept(answer.json.dump()), "the answer is not JSON");
 }
 
 } // namespace quen

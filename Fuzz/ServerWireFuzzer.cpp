@@ -22,7 +22,7 @@ public:
     bool send(std::string body, const std::stop_token& /*stop*/) override {
         const Json message = Json::parse(body, nullptr, false);
         require(message.is_object() && message.value("jsonrpc", "") == "2.0",
-                "a message that is none");
+                "a message of no kind");
         require(message.contains("result") != message.contains("error"),
                 "neither a result nor an error");
         ++count;

@@ -37,8 +37,12 @@ String reasonOf(const ProcessOutcome& outcome, const RunLimits& limits) {
     case RunEnd::idleTimedOut: return "it wrote nothing for " + seconds(limits.idle).str();
     case RunEnd::statusUnknown:
         return "its status was lost: this program ignores SIGCHLD, or reaps every child itself";
-    default: return outcome.reason;
+    case RunEnd::ended:
+    case RunEnd::cancelled:
+    case RunEnd::outputLost:
+    case RunEnd::couldNotStart: break;
     }
+    return outcome.reason;
 }
 
 Error refusalOf(const ToolInvocation& invocation) {

@@ -42,9 +42,10 @@ QuenSourceControlProtocolPtr loadProvider(const String& path, Error* error) {
         dlsym(module, QuenSourceControlPlugInEntryPointName));
     const QuenSourceControlPlugIn* const plugIn = entryPoint == nullptr ? nullptr : entryPoint();
     if (plugIn == nullptr) {
-        return fail(error, PlugInErrorMissingEntryPoint,
-                    formatText("\"%@\" is no source-control plug-in: it has no entry point \"%@\".",
-                               {path, QuenSourceControlPlugInEntryPointName}));
+        return fail(
+            error, PlugInErrorMissingEntryPoint,
+            formatText("\"%@\" is not a source-control plug-in: it has no entry point \"%@\".",
+                       {path, QuenSourceControlPlugInEntryPointName}));
     }
     if (plugIn->contractVersion != QuenSourceControlContractVersion) {
         return fail(error, PlugInErrorWrongVersion,

@@ -11,9 +11,9 @@ extern const String QuenPlugInErrorDomain;
 enum PlugInErrorCode : std::int64_t {
     /// There is no such file.
     PlugInErrorMissingFile = 1,
-    /// The file is no module that this system can load; the description gives its reason.
+    /// The file is not a module that this system can load; the description gives its reason.
     PlugInErrorNotLoadable = 2,
-    /// The module is no source-control provider: it has no entry point.
+    /// The module is not a source-control provider: it has no entry point.
     PlugInErrorMissingEntryPoint = 3,
     /// The module was built for another version of the contract.
     PlugInErrorWrongVersion = 4,

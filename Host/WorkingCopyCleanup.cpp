@@ -6,6 +6,8 @@
 #include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlRequestFacts.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
 
@@ -17,14 +19,10 @@ namespace {
 constexpr std::int32_t cleanupType = -1;
 
 bool isInterruption(TaskFailure failure) {
-    switch (failure) {
-    case TaskFailure::cancelled:
-    case TaskFailure::timedOut:
-    case TaskFailure::idleTimedOut:
-    case TaskFailure::lost:
-    case TaskFailure::killed: return true;
-    default: return false;
-    }
+    constexpr std::array interruptions{TaskFailure::cancelled, TaskFailure::timedOut,
+                                       TaskFailure::idleTimedOut, TaskFailure::lost,
+                                       TaskFailure::killed};
+    return std::ranges::find(interruptions, failure) != interruptions.end();
 }
 
 } // namespace

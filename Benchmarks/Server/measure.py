@@ -157,7 +157,7 @@ def measure_large(command, place, files):
         count = len(bench.heard)
         begin = time.perf_counter()
         bench.server.notify("workingCopy/didChange", paths=[path])
-        # The time of gathering is meant, and is no cost.
+        # The time of gathering is meant, and is not a cost.
         return bench.wait_for(bench.heard, count + 1) - begin - 0.1
 
     def one():

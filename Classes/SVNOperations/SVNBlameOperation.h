@@ -8,7 +8,7 @@
 namespace quen {
 
 /// `svn blame`: for each line of the first file, the change that last touched it. The lines' own
-/// text is no part of the report.
+/// text is not part of the report.
 ///
 /// Always leaves a result, if only an empty one beside the error of a malformed report.
 class SVNBlameOperation : public SVNQueryOperation {

@@ -6,7 +6,7 @@
 namespace quen {
 
 /// For the dates of the client's reports: always universal time with six digits of a second. The
-/// client writes no date in another form; one that differs all the same is no date.
+/// client writes no date in another form; one that differs all the same is left out.
 DateFormatter makeReportDateFormatter();
 
 /// Reads what reports say of a change: its revision, its author, its date. Each is left out where

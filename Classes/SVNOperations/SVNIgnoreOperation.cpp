@@ -63,10 +63,11 @@ void SVNIgnoreOperation::setOperationQueue(OperationQueuePtr queue) {
     _operationQueue = std::move(queue);
 }
 
-std::shared_ptr<SVNPropGetOperation> SVNIgnoreOperation::runQuery(const String& file) {
+std::shared_ptr<SVNPropGetOperation> SVNIgnoreOperation::runQuery(OperationQueue& queue,
+                                                                  const String& file) const {
     auto query = std::make_shared<SVNPropGetOperation>();
     query->initWithRequest(requestForFile(*request(), file));
-    runOnQueue(*operationQueue(), query);
+    runOnQueue(queue, query);
     return query;
 }
 
@@ -90,7 +91,7 @@ void SVNIgnoreOperation::main() {
     Array results = Array::empty();
     Array errors = Array::empty();
     for (const String& file : files) {
-        const auto query = runQuery(file);
+        const auto query = runQuery(*queue, file);
         if (!query->result().isNothing()) {
             results.append(query->result());
         }

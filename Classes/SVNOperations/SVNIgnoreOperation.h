@@ -23,12 +23,13 @@ public:
     void main() override;
     void cancel() override;
 
-    /// The queue that the queries and the edits run on; made anew by `main`, null before.
+    /// The queue that the queries and the edits run on; made anew by `main`, null before. Not to be
+    /// read while `main` runs on another thread.
     const OperationQueuePtr& operationQueue() const { return _operationQueue; }
     void setOperationQueue(OperationQueuePtr queue);
 
 private:
-    std::shared_ptr<SVNPropGetOperation> runQuery(const String& file);
+    std::shared_ptr<SVNPropGetOperation> runQuery(OperationQueue& queue, const String& file) const;
     Error errorOf(const SVNPropGetOperation& query) const;
 
     std::mutex mutex_; // between `cancel` and the change of the queue

@@ -18,7 +18,9 @@ String pathOfClient() {
 } // namespace
 
 bool SVNOperation::initWithRequest(QuenSourceControlRequestPtr request) {
-    if (!QuenSourceControlTaskOperation::initWithRequest(std::move(request))) {
+    // A host's own initialiser might take a null request for a usable one.
+    if (!QuenSourceControlTaskOperation::initWithRequest(std::move(request)) ||
+        this->request() == nullptr) {
         return false;
     }
     setLaunchPath(pathOfClient());

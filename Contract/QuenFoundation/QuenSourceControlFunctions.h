@@ -7,7 +7,7 @@
 
 namespace quen {
 
-/// A tool's output as text; nil for no data and for data that is no text. Which encodings are
+/// A tool's output as text; nil for no data and for data that is not text. Which encodings are
 /// understood is the host's own matter. From any thread.
 String quensc_stringFromData(const DataPtr& data);
 

@@ -93,7 +93,7 @@ public:
     /// Turns `data` into `result` or `error`. The base class leaves both alone.
     virtual void parseData();
 
-    /// Turns the tool's standard error text into an error; nil means that the text is none. The
+    /// Turns the tool's standard error text into an error; nil where it is not one. The
     /// text may be nil. The base class's translation is the host's own, for any text.
     virtual Error errorFromErrorMessage(const String& message);
 

@@ -129,6 +129,9 @@ struct RequestFacts {
     /// Its client changes a working copy, so that one that is killed may leave it locked. True also
     /// for a type that may do its work in the repository instead.
     bool writesWorkingCopy = false;
+    /// Its client brings items from the repository to the disk, or merges them there, and names
+    /// each in columns for its text, its properties and its conflicts.
+    bool transfersItems = false;
     /// The keys of the records in its result; not every record has every key.
     QuenSourceControlShortList<RequestResultKey, 5> resultKeys = {};
     /// A request of this type is a mistake of the host's.
@@ -254,13 +257,15 @@ inline constexpr std::array<RequestFacts, RequestTypeEnd> requestFactsTable{{
                   RequestInput::endingRevision},
      .files = RequestFiles::single,
      .authentication = AuthenticationForRemoteDestination,
-     .writesWorkingCopy = true},
+     .writesWorkingCopy = true,
+     .transfersItems = true},
     {.type = RequestTypeCopy,
      .name = "RequestTypeCopy",
      .operation = "SVNCopyOperation",
      .checked = {RequestInput::destination},
      .alsoRequired = {RequestInput::files},
-     .optional = {RequestInput::sourceTree, RequestInput::repositoryToAuthenticate},
+     .optional = {RequestInput::sourceTree, RequestInput::repositoryToAuthenticate,
+                  RequestInput::startingRevision},
      .files = RequestFiles::first,
      .authentication = AuthenticationForRemoteFile | AuthenticationForRemoteDestination |
                        AuthenticationForRevision,
@@ -289,7 +294,8 @@ inline constexpr std::array<RequestFacts, RequestTypeEnd> requestFactsTable{{
      .optional = {RequestInput::startingRevision},
      .files = RequestFiles::all,
      .authentication = AuthenticationAlways,
-     .writesWorkingCopy = true},
+     .writesWorkingCopy = true,
+     .transfersItems = true},
     {.type = RequestTypeSwitch,
      .name = "RequestTypeSwitch",
      .operation = "SVNSwitchOperation",
@@ -297,7 +303,8 @@ inline constexpr std::array<RequestFacts, RequestTypeEnd> requestFactsTable{{
      .alsoRequired = {RequestInput::sourceTree, RequestInput::repositoryToAuthenticate},
      .files = RequestFiles::first,
      .authentication = AuthenticationAlways,
-     .writesWorkingCopy = true},
+     .writesWorkingCopy = true,
+     .transfersItems = true},
     {.type = RequestTypeStatus,
      .name = "RequestTypeStatus",
      .operation = "SVNStatusOperation",
@@ -355,6 +362,7 @@ inline constexpr std::array<RequestFacts, RequestTypeEnd> requestFactsTable{{
      .authentication = AuthenticationAlways,
      .needsSourceTree = true,
      .writesWorkingCopy = true,
+     .transfersItems = true,
      .resultKeys = {requestfacts::filePath}},
     {.type = RequestTypeExportFile,
      .name = "RequestTypeExportFile",
@@ -366,6 +374,7 @@ inline constexpr std::array<RequestFacts, RequestTypeEnd> requestFactsTable{{
      .files = RequestFiles::first,
      .authentication = AuthenticationUnlessBase,
      .needsSourceTree = true,
+     .transfersItems = true,
      .resultKeys = {requestfacts::filePath}},
     {.type = RequestTypeUnserved22},
     {.type = RequestTypeImport,

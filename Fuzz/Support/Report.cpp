@@ -78,9 +78,9 @@ void requireRecords(const Value& result, std::initializer_list<Field> fields) {
     if (result.isNothing()) {
         return;
     }
-    require(result.array() != nullptr, "the result is no list");
+    require(result.array() != nullptr, "the result is not a list");
     for (const Value& record : *result.array()) {
-        require(record.dictionary() != nullptr, "a record is no table");
+        require(record.dictionary() != nullptr, "a record is not a dictionary");
         requireRecord(*record.dictionary(), fields);
     }
 }

@@ -23,7 +23,8 @@ std::string_view wordAt(std::string_view line, std::size_t at) {
     return rest.substr(0, rest.find(' '));
 }
 
-/// `GET_PASSPHRASE --data --no-ask ENTRY X PROMPT DESCRIPTION`: the first word that is no option.
+/// `GET_PASSPHRASE --data --no-ask ENTRY X PROMPT DESCRIPTION`: the first word that is not an
+/// option.
 std::string entryOf(std::string_view line) {
     std::size_t at = line.find(' ');
     while (at != std::string_view::npos && wordAt(line, at + 1).starts_with("--")) {

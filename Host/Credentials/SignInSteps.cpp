@@ -123,9 +123,14 @@ bool SignInSteps::isWorthAnotherRun(const ToolRun& run, const SignInAttempt& att
     case SignInProblem::external: return isExternalHad(attempt);
     case SignInProblem::unreachable:
         failure_->nextStep = "Check the spelling of the URL, and that the server can be reached.";
-        return false;
-    default: return false;
+        break;
+    case SignInProblem::none:
+    case SignInProblem::noPermission:
+    case SignInProblem::keyRefused:
+    case SignInProblem::hostKeyUnknown:
+    case SignInProblem::hostKeyChanged: break;
     }
+    return false;
 }
 
 void SignInSteps::findUrl(std::string_view complaint) {

@@ -2,6 +2,7 @@
 
 #include "Foundation/Lines.h"
 #include "Host/Facts/ChangeLine.h"
+#include "QuenFoundation/QuenSourceControlRequestFacts.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
 
 #include <algorithm>
@@ -58,14 +59,9 @@ bool ChangeFacts::holdsLeft() const noexcept {
 }
 
 ChangeColumns changeColumnsOf(std::int32_t requestType) noexcept {
-    switch (requestType) {
-    case RequestTypeUpdate:
-    case RequestTypeSwitch:
-    case RequestTypeMerge:
-    case RequestTypeCheckout:
-    case RequestTypeExportFile: return ChangeColumns::transfer;
-    default: return ChangeColumns::schedule;
-    }
+    const RequestFacts* const facts = requestFactsOf(requestType);
+    return facts != nullptr && facts->transfersItems ? ChangeColumns::transfer
+                                                     : ChangeColumns::schedule;
 }
 
 struct ChangeFactsReader::State {

@@ -121,7 +121,7 @@ struct ChangeFacts {
     /// Of an update: what was updated, in order. Other runs have one without a path.
     std::vector<ReachedPlace> targets;
     std::vector<ReachedPlace> externals;
-    /// Externals that are none any more and were taken away.
+    /// Directories that are externals no longer and were taken away.
     std::vector<String> removedExternals;
     std::vector<MergedRange> merges;
     /// The revision that the run as a whole reached, or made: the last one told outside externals.

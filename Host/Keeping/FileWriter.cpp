@@ -70,7 +70,7 @@ int renameToNew(const char* from, const char* to) noexcept {
     return 0;
 }
 
-/// So that the new name outlives a power cut. A file system that cannot is none that must.
+/// So that the new name outlives a power cut, where the file system can do that.
 void syncDirectory(const std::string& path) noexcept {
     const FileDescriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (directory.number() >= 0) {

@@ -84,7 +84,7 @@ std::optional<PlaceState> stateIn(const std::vector<std::string_view>& words) {
     return PlaceState{*exists == 1, *inode, *size, *modified, *changed};
 }
 
-/// False where the line is none of a manifest's.
+/// False for a line that a manifest cannot hold.
 bool takeLine(const std::vector<std::string_view>& words, UndoManifest& manifest) {
     for (std::size_t kind = 0; kind < kindWords.size(); ++kind) {
         if (words.front() == kindWords[kind]) {

@@ -9,7 +9,7 @@ namespace quen {
 class FileDescriptor {
 public:
     FileDescriptor() noexcept = default;
-    /// Takes over `number`; a negative one is none.
+    /// Takes over `number`; a negative one stands for none.
     explicit FileDescriptor(int number) noexcept : number_(number) {}
     FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept {

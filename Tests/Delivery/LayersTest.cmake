@@ -82,12 +82,12 @@ expect_fault(Tools/Provider/Path.cpp "\"Tools/Console/Codec.h\""
 expect_fault(Tools/Fresh/File.cpp "\"Host/Loader.h\""
     "Tools/Fresh must not include \"Host/Loader.h\" of Host")
 expect_fault(Classes/Report.cpp "\"Controller.h\""
-    "\"Controller.h\" is no file of the tree, written from its root")
+    "\"Controller.h\" is not a file of the tree, written from its root")
 expect_fault(Classes/Report.cpp "\"Classes/../Classes/Controller.h\""
-    "\"Classes/../Classes/Controller.h\" is no file of the tree, written from its root")
+    "\"Classes/../Classes/Controller.h\" is not a file of the tree, written from its root")
 expect_fault(Classes/Report.cpp "<expat.h>" "<expat.h> has no business here")
 expect_fault(Foundation/XMLReport.h "\"expat.h\""
-    "\"expat.h\" is no file of the tree, written from its root")
+    "\"expat.h\" is not a file of the tree, written from its root")
 expect_fault(Host/Request.cpp "<nlohmann/json.hpp>" "<nlohmann/json.hpp> has no business here")
 expect_fault(Host/Request.cpp "<CLI/CLI.hpp>" "<CLI/CLI.hpp> has no business here")
 expect_fault(Tools/Terminal/Style.cpp "<CLI/CLI.hpp>" "<CLI/CLI.hpp> has no business here")

@@ -46,10 +46,11 @@ Error wrapped(const Error& error) {
 
 Error parsed(const OperationKind& kind, const Verdict& verdict) {
     switch (kind.reading) {
-    case Reading::report:
-    case Reading::chain: return verdict.parserCode == 0 ? Error() : parserError(verdict.parserCode);
-    case Reading::file: return kind.fileIsThere ? Error() : missingFile();
-    case Reading::text:
+    case OutputUse::report:
+    case OutputUse::chain:
+        return verdict.parserCode == 0 ? Error() : parserError(verdict.parserCode);
+    case OutputUse::file: return kind.fileIsThere ? Error() : missingFile();
+    case OutputUse::text:
         return verdict.leftOutputOpen && !verdict.complaint && kind.request.type == RequestTypeDiff
                    ? hostError(TaskErrorOutputCut,
                                "The client has ended, but a program that it started still held its "
@@ -73,7 +74,7 @@ Error expectedError(const OperationKind& kind, const Verdict& verdict) {
     return verdict.complaint && !reportSaysItBetter ? verdict.complaint : fromReport;
 }
 
-/// Where in a broken report the reader stopped is no matter here.
+/// Where in a broken report the reader stopped does not matter here.
 std::string withoutPlaces(const std::string& line) {
     if (line.find(XMLParserErrorDomain.str()) == std::string::npos) {
         return line;
@@ -86,7 +87,7 @@ std::string withoutPlaces(const std::string& line) {
 
 std::string expectedLine(const OperationKind& kind, const Verdict& verdict) {
     const Error error = expectedError(kind, verdict);
-    return withoutPlaces(lineOf(kind.reading == Reading::chain ? wrapped(error) : error));
+    return withoutPlaces(lineOf(kind.reading == OutputUse::chain ? wrapped(error) : error));
 }
 
 std::string actualLine(const QuenSourceControlOperation& operation) {

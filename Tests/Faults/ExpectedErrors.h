@@ -18,7 +18,8 @@ struct Verdict {
     /// The complaint has no numbers, or none but those of absence: what a parser found missing then
     /// says it better.
     bool tellsOnlyOfAbsence = true;
-    /// The reason, as the XML reader numbers it, why standard output is no report; 0 where it is.
+    /// The reason, as the XML reader numbers it, why standard output is not a report; 0 where it
+    /// is.
     std::int64_t parserCode = 0;
     /// Something that the client left behind held standard output open.
     bool leftOutputOpen = false;

@@ -196,7 +196,7 @@ TEST_F(FaultTest, RightReportsByteByByte) {
         std::string wrong = difference(dripped.front(), {});
         if (dripped.front().operation->result() != whole.front().operation->result()) {
             // A file's path is a new one each time.
-            wrong += kind.reading == Reading::file ? "" : "another result";
+            wrong += kind.reading == OutputUse::file ? "" : "another result";
         }
         if (!kind.output.empty() && dripped.front().operation->result().isNothing()) {
             wrong += "no result";
@@ -210,7 +210,8 @@ TEST_F(FaultTest, RightReportsByteByByte) {
 /// The edit that an ignore request ends with is not looked at, however it ends; but it ends.
 TEST_F(FaultTest, TheEditOfAChain) {
     Tally tally("Edits of a chain");
-    std::erase_if(kinds_, [](const OperationKind& kind) { return kind.reading != Reading::chain; });
+    std::erase_if(kinds_,
+                  [](const OperationKind& kind) { return kind.reading != OutputUse::chain; });
     client_.prepare(".output", "<properties><target path='.'><property name='svn:ignore'>a.c\nb.c\n"
                                "</property></target></properties>");
     for (const char* const fault :

@@ -22,7 +22,7 @@ constexpr std::chrono::seconds bound{20};
 
 FileDescriptor makePipeWithName(const String& path) {
     if (::mkfifo(path.c_str(), 0600) != 0) {
-        throw std::runtime_error("There can be no pipe at " + path.str() + ".");
+        throw std::runtime_error("A pipe cannot be made at " + path.str() + ".");
     }
     // Open for writing too, so that a child's end does not end the stream.
     return FileDescriptor(::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));

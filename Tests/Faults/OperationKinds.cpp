@@ -27,13 +27,13 @@ Request completeRequest(std::int32_t type) {
 }
 
 OperationKind kind(std::string name, std::int32_t type, std::string command,
-                   Reading reading = Reading::nothing, std::string output = {}) {
+                   OutputUse reading = OutputUse::nothing, std::string output = {}) {
     return {std::move(name), completeRequest(type), std::move(command), reading, std::move(output)};
 }
 
 OperationKind report(std::string name, std::int32_t type, std::string command,
                      std::string_view captured) {
-    return kind(std::move(name), type, std::move(command), Reading::report,
+    return kind(std::move(name), type, std::move(command), OutputUse::report,
                 testData("Reports/" + std::string(captured)));
 }
 
@@ -50,21 +50,21 @@ void appendQueries(std::vector<OperationKind>& kinds) {
     kinds.push_back(report("blame", RequestTypeBlame, "blame", "blame/file.xml"));
     kinds.push_back(kind("info check", RequestTypeInfoCheck, "info"));
     kinds.push_back(kind("other info check", RequestTypeInfoCheckAlternate, "info"));
-    kinds.push_back(kind("diff summary", RequestTypeDiff, "diff", Reading::summary,
+    kinds.push_back(kind("diff summary", RequestTypeDiff, "diff", OutputUse::summary,
                          testData("Reports/diff/summary.xml")));
-    kinds.push_back(kind("diff text", RequestTypeDiff, "diff", Reading::text,
+    kinds.push_back(kind("diff text", RequestTypeDiff, "diff", OutputUse::text,
                          testData("Reports/diff/range.txt")));
     kinds.back().request.destination = nullptr;
     kinds.back().request.startingRevision = "1";
     kinds.back().request.endingRevision = "2";
-    kinds.push_back(kind("export", RequestTypeExportFile, "export", Reading::file));
+    kinds.push_back(kind("export", RequestTypeExportFile, "export", OutputUse::file));
 }
 
 void appendChanges(std::vector<OperationKind>& kinds) {
     kinds.push_back(kind("add", RequestTypeAdd, "add"));
     kinds.push_back(kind("remote copy", RequestTypeRemoteCopy, "copy"));
     kinds.push_back(kind("remote remove", RequestTypeRemoteRemove, "remove"));
-    kinds.push_back(kind("commit", RequestTypeCommit, "commit", Reading::text,
+    kinds.push_back(kind("commit", RequestTypeCommit, "commit", OutputUse::text,
                          testData("Reports/commit/changes.txt")));
     kinds.push_back(kind("remove", RequestTypeRemove, "remove"));
     kinds.push_back(kind("resolve", RequestTypeResolve, "resolve"));
@@ -76,16 +76,16 @@ void appendChanges(std::vector<OperationKind>& kinds) {
     kinds.push_back(kind("update", RequestTypeUpdate, "update"));
     kinds.push_back(kind("switch", RequestTypeSwitch, "switch"));
     kinds.push_back(kind("import", RequestTypeImport, "import"));
-    kinds.push_back(kind("ignore", RequestTypeIgnore, "propget", Reading::chain,
+    kinds.push_back(kind("ignore", RequestTypeIgnore, "propget", OutputUse::chain,
                          testData("Reports/propget/single.xml")));
-    kinds.push_back(kind("unignore", RequestTypeUnignore, "propget", Reading::chain,
+    kinds.push_back(kind("unignore", RequestTypeUnignore, "propget", OutputUse::chain,
                          testData("Reports/propget/none.xml")));
 }
 
 void appendCheckouts(std::vector<OperationKind>& kinds, const String& existingDirectory) {
-    kinds.push_back(kind("checkout", RequestTypeCheckout, "checkout", Reading::file));
+    kinds.push_back(kind("checkout", RequestTypeCheckout, "checkout", OutputUse::file));
     kinds.back().request.destination = "/nowhere/at/all";
-    kinds.push_back(kind("checkout again", RequestTypeCheckout, "checkout", Reading::file));
+    kinds.push_back(kind("checkout again", RequestTypeCheckout, "checkout", OutputUse::file));
     kinds.back().request.destination = existingDirectory;
     kinds.back().fileIsThere = true;
 }

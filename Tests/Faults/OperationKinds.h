@@ -9,7 +9,7 @@
 namespace quen::test {
 
 /// What an operation makes of the client's standard output.
-enum class Reading {
+enum class OutputUse {
     nothing,
     /// A text, of which any will do.
     text,
@@ -30,10 +30,10 @@ struct OperationKind {
     Request request;
     /// The client's sub-command.
     std::string command;
-    Reading reading;
+    OutputUse reading;
     /// A right output; empty where none is read.
     std::string output = {};
-    /// For `Reading::file`: whether it is there.
+    /// For `OutputUse::file`: whether it is there.
     bool fileIsThere = false;
 };
 

@@ -171,7 +171,7 @@ TEST(XMLReportTest, AnnouncesContainersOfSeveralNames) {
                                        "<target|changelist/>"
                                        "<changelist name='x'><entry>c</entry></changelist>"
                                        "<others><entry/></others><target/></r>");
-    EXPECT_TRUE(error) << "a bar is no part of an element's name";
+    EXPECT_TRUE(error) << "a bar is not part of an element's name";
     EXPECT_EQ(told, (std::vector<std::string>{"0 begins target -", "0 entry a", "0 against b"}));
     told.clear();
     XMLReportReader second(

@@ -22,7 +22,7 @@ std::vector<Refused> refusedModules() {
          "The plug-in \"/etc/passwd\" cannot be loaded: "},
         {"no entry point", none, PlugInErrorMissingEntryPoint,
          "\"" + none +
-             "\" is no source-control plug-in: it has no entry point "
+             "\" is not a source-control plug-in: it has no entry point "
              "\"quenSourceControlPlugInEntryPoint\"."},
         {"another version", other, PlugInErrorWrongVersion,
          "The plug-in \"" + other +

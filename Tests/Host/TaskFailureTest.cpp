@@ -70,7 +70,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"lost", ofHost(TaskErrorFailed), TaskFailure::lost},
                     Case{"killed", ofHost(137), TaskFailure::killed},
                     Case{"a status", ofHost(1), TaskFailure::other},
-                    Case{"the last status that is no signal", ofHost(128), TaskFailure::other},
+                    Case{"the last status that is not a signal", ofHost(128), TaskFailure::other},
                     Case{"the largest status", ofHost(255), TaskFailure::other},
                     Case{"another domain", {"domain", TaskErrorCancelled}, TaskFailure::other}),
     CaseName());
@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
              TaskFailure::notAuthorised},
         Case{"a cause of a cause", causedBy(Array{causedBy(ofHost(TaskErrorCancelled))}),
              TaskFailure::cancelled},
-        Case{"causes that are none", causedBy(Array{"text"}), TaskFailure::other}),
+        Case{"causes that are not errors", causedBy(Array{"text"}), TaskFailure::other}),
     CaseName());
 
 TEST(TaskFailureTest, IsWhatARunnerFoundOut) {

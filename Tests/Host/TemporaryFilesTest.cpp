@@ -121,7 +121,7 @@ TEST_P(TemporaryNames, AreTheLastComponent) {
     EXPECT_TRUE(path->existsInFileSystem());
 }
 
-// A name that leads out of the directory, or is none, must not decide where the file lies.
+// A name that leads out of the directory, or is empty, must not decide where the file lies.
 INSTANTIATE_TEST_SUITE_P(
     Names, TemporaryNames,
     testing::Values(NameCase{"name", "a.c", "a.c"}, NameCase{"path", "/dir/a.c", "a.c"},

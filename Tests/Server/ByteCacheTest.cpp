@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using namespace tools;
+using namespace tools::server;
 
 namespace {
 
@@ -39,4 +42,4 @@ TEST(ByteCache, TheFirstBytesOfANameCount) {
 
 } // namespace
 
-} // namespace quen::tools::server
+} // namespace quen::test

@@ -5,7 +5,10 @@
 #include <condition_variable>
 #include <gmock/gmock.h>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using namespace tools;
+using namespace tools::server;
 
 namespace {
 
@@ -220,4 +223,4 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-} // namespace quen::tools::server
+} // namespace quen::test

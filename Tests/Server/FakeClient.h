@@ -12,10 +12,12 @@
 #include <string>
 #include <vector>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using tools::server::Json;
 
 /// Takes the place of the streams: keeps every message that the server sends.
-class FakeClient : public MessageSink {
+class FakeClient : public tools::server::MessageSink {
 public:
     static constexpr std::chrono::seconds bound{20};
 
@@ -57,4 +59,4 @@ private:
     std::vector<Json> messages_;
 };
 
-} // namespace quen::tools::server
+} // namespace quen::test

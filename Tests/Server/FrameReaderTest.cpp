@@ -4,7 +4,10 @@
 #include <gmock/gmock.h>
 #include <ostream>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using namespace tools;
+using namespace tools::server;
 
 namespace {
 
@@ -127,4 +130,4 @@ TEST(FrameReader, KnowsWhetherTheStreamMayEndHere) {
 
 } // namespace
 
-} // namespace quen::tools::server
+} // namespace quen::test

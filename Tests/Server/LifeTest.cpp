@@ -4,7 +4,10 @@
 
 #include <gmock/gmock.h>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using namespace tools;
+using namespace tools::server;
 
 namespace {
 
@@ -153,4 +156,4 @@ INSTANTIATE_TEST_SUITE_P(
 
 } // namespace
 
-} // namespace quen::tools::server
+} // namespace quen::test

@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <ostream>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using namespace tools;
+using namespace tools::server;
 
 namespace {
 
@@ -89,4 +92,4 @@ TEST(Message, AFrameCountsBytes) {
 
 } // namespace
 
-} // namespace quen::tools::server
+} // namespace quen::test

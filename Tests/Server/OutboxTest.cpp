@@ -8,7 +8,10 @@
 #include <thread>
 #include <vector>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using namespace tools;
+using namespace tools::server;
 
 namespace {
 
@@ -129,4 +132,4 @@ TEST(Outbox, NobodyWaitsForAReaderThatIsGone) {
 
 } // namespace
 
-} // namespace quen::tools::server
+} // namespace quen::test

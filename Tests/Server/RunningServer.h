@@ -12,9 +12,6 @@
 
 namespace quen::test {
 
-using tools::server::FakeClient;
-using tools::server::Json;
-
 /// The real process, with a client that keeps everything it says. Ended with the test.
 class RunningServer {
 public:

@@ -3,7 +3,10 @@
 
 #include <gmock/gmock.h>
 
-namespace quen::tools::server {
+namespace quen::test {
+
+using namespace tools;
+using namespace tools::server;
 
 namespace {
 
@@ -106,4 +109,4 @@ TEST(StatusItem, HoldsWhatSaysSomething) {
 
 } // namespace
 
-} // namespace quen::tools::server
+} // namespace quen::test

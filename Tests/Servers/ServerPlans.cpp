@@ -117,7 +117,7 @@ SetEnv HOME=$ROOT/home
 ForceCommand exec svnserve --tunnel --tunnel-user $USER --root $ROOT
 )";
 
-/// A name that is no host's leads to the server.
+/// A name that belongs to no other host leads to the server.
 constexpr const char* sshSettings = R"(Host quen-test
     HostName $ADDRESS
     Port $PORT

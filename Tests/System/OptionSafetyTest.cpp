@@ -35,7 +35,7 @@ const std::set<std::string> plainOptions = {"--force",
                                             "-u",
                                             "-v"};
 
-/// The arguments that the client would read as options and that are none of the plug-in's own.
+/// The arguments that the client would read as options, but for the plug-in's own.
 Sandbox::Words strayOptions(const Sandbox::Words& arguments) {
     Sandbox::Words stray;
     for (std::size_t i = 0; i < arguments.size(); ++i) {

@@ -104,7 +104,7 @@ RequestConsole::Answer RequestConsole::serve(std::string_view text) {
 
 RequestConsole::Served RequestConsole::perform(ConsoleInput input, const std::stop_token& stop) {
     const auto replay =
-        input.replay ? std::make_shared<ReplayRunner>(std::move(*input.replay)) : nullptr;
+        input.replay ? std::make_shared<PlaybackRunner>(std::move(*input.replay)) : nullptr;
     const auto recorder = std::make_shared<RunRecorder>(replay == nullptr ? runner_ : replay);
     const EffectsRecorder effects(recorder, input.logLevel.value_or(defaults_.logLevel));
 

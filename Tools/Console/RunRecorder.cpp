@@ -27,7 +27,7 @@ std::vector<RecordedRun> RunRecorder::runs() const {
     return runs_;
 }
 
-ToolRun ReplayRunner::run(const ToolInvocation& /*invocation*/, std::stop_token /*stop*/) {
+ToolRun PlaybackRunner::run(const ToolInvocation& /*invocation*/, std::stop_token /*stop*/) {
     const std::lock_guard lock(mutex_);
     if (next_ < runs_.size()) {
         return runs_[next_++];
@@ -41,7 +41,7 @@ ToolRun ReplayRunner::run(const ToolInvocation& /*invocation*/, std::stop_token 
     return none;
 }
 
-bool ReplayRunner::wasExhausted() const {
+bool PlaybackRunner::wasExhausted() const {
     const std::lock_guard lock(mutex_);
     return wasExhausted_;
 }

@@ -31,9 +31,9 @@ private:
 };
 
 /// Starts nothing: each run takes the next of the prepared ones. From any thread.
-class ReplayRunner : public ToolRunner {
+class PlaybackRunner : public ToolRunner {
 public:
-    explicit ReplayRunner(std::vector<ToolRun> runs) : runs_(std::move(runs)) {}
+    explicit PlaybackRunner(std::vector<ToolRun> runs) : runs_(std::move(runs)) {}
 
     ToolRun run(const ToolInvocation& invocation, std::stop_token stop) override;
 

@@ -33,7 +33,7 @@ INSTANTIATE_TEST_SUITE_P(
                       StringArray{"commit", "-m", "Both", "b.c", "a.c"}},
         ArgumentsCase{
             "no message", aCommit, {.files = StringArray{"a.c"}}, StringArray{"commit", "a.c"}},
-        ArgumentsCase{"an option without a value is no message",
+        ArgumentsCase{"an option without a value is not a message",
                       aCommit,
                       {.files = StringArray{"a.c"}, .options = messageOption(Value())},
                       StringArray{"commit", "a.c"}},

@@ -23,15 +23,16 @@ TEST_P(SVNIgnoreListTest, IsTheLinesThatHoldALetterOrADigit) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, SVNIgnoreListTest,
-    testing::Values(
-        ListCase{"empty", "", {}}, ListCase{"one line", "a.txt", {"a.txt"}},
-        ListCase{"a line feed at the end", "a.txt\n", {"a.txt"}},
-        ListCase{"order and duplicates stay", "b\na\nb\n", {"b", "a", "b"}},
-        ListCase{"nothing is trimmed", "  *.o \n\ta\n", {"  *.o ", "\ta"}},
-        ListCase{"a carriage return stays", "a\r\nb\r\n", {"a\r", "b\r"}},
-        ListCase{"blank lines go", "\n\na\n \n\t\nb\n\n", {"a", "b"}},
-        ListCase{"punctuation and wildcards go", "*\n.*\n?\n__\n~$\nx*\n", {"x*"}},
-        ListCase{"a zero byte is no letter", std::string("\0\n\0a", 4), {std::string("\0a", 2)}}),
+    testing::Values(ListCase{"empty", "", {}}, ListCase{"one line", "a.txt", {"a.txt"}},
+                    ListCase{"a line feed at the end", "a.txt\n", {"a.txt"}},
+                    ListCase{"order and duplicates stay", "b\na\nb\n", {"b", "a", "b"}},
+                    ListCase{"nothing is trimmed", "  *.o \n\ta\n", {"  *.o ", "\ta"}},
+                    ListCase{"a carriage return stays", "a\r\nb\r\n", {"a\r", "b\r"}},
+                    ListCase{"blank lines go", "\n\na\n \n\t\nb\n\n", {"a", "b"}},
+                    ListCase{"punctuation and wildcards go", "*\n.*\n?\n__\n~$\nx*\n", {"x*"}},
+                    ListCase{"a zero byte is not a letter",
+                             std::string("\0\n\0a", 4),
+                             {std::string("\0a", 2)}}),
     CaseName());
 
 INSTANTIATE_TEST_SUITE_P(Characters, SVNIgnoreListTest,
@@ -56,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(Characters, SVNIgnoreListTest,
 
 INSTANTIATE_TEST_SUITE_P(
     NoText, SVNIgnoreListTest,
-    testing::Values(ListCase{"bytes that are no character", "\xff\xfe\n\xc3", {}},
+    testing::Values(ListCase{"bytes that are not characters", "\xff\xfe\n\xc3", {}},
                     ListCase{"a letter behind them", "\xff*\xc3z", {"\xff*\xc3z"}},
                     ListCase{"a letter cut short", "\xe6\x97\n*", {}}),
     CaseName());

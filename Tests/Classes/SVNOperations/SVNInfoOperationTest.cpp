@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
     , InfoReport,
     testing::Values(
         ReportCase{"no entries", "<info/>", Array::empty()},
-        ReportCase{"an entry that is no child of the root",
+        ReportCase{"an entry that is not a child of the root",
                    "<info><group><entry><commit revision='1'/></entry></group></info>",
                    Array::empty()},
         ReportCase{"an item that was added and never committed",

@@ -216,7 +216,7 @@ INSTANTIATE_TEST_SUITE_P(
                     repository({.name = "origin", .trunkLocation = "http://host/r/trunk"}),
                     "origin",
                     {}},
-        RefusalCase{"a branches location that is no URL",
+        RefusalCase{"a branches location that is not a URL",
                     repository({.name = "origin", .branchesLocation = "http://host/a b"}),
                     "origin",
                     {}},

@@ -245,7 +245,7 @@ INSTANTIATE_TEST_SUITE_P(
         ReportCase{"an entry with nothing is a record with nothing",
                    "<log><logentry/></log>",
                    {Dictionary::empty()}},
-        ReportCase{"an entry that is no child of the root",
+        ReportCase{"an entry that is not a child of the root",
                    "<log><group><logentry revision='1'/></group></log>", Array::empty()},
         ReportCase{"a merged revision inside an entry is not read",
                    "<log><logentry revision='2'><logentry revision='1'><msg>a</msg></logentry>"
@@ -272,7 +272,7 @@ INSTANTIATE_TEST_SUITE_P(
         ReportCase{"a date that does not match leaves the key out",
                    "<log><logentry revision='1'><date>2024-01-11 01:15:30</date></logentry></log>",
                    one(QuenSourceControlOperationRevisionKey, "1")},
-        ReportCase{"no paths are no files", "<log><logentry><paths></paths></logentry></log>",
+        ReportCase{"an empty list of paths", "<log><logentry><paths></paths></logentry></log>",
                    one(QuenSourceControlOperationFilesKey, Dictionary::empty())},
         ReportCase{"two lists of paths leave the key out",
                    "<log><logentry revision='1'><paths><path action='A'>a</path></paths><paths/>"

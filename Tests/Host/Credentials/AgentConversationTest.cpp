@@ -12,7 +12,7 @@
 #include <sys/un.h>
 #include <thread>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -188,4 +188,4 @@ TEST(KeptPasswordTest, IsAnEntryWithoutThePassword) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -100,4 +100,4 @@ TEST(ClientPromptsTest, KnowWhatCannotBeAnswered) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -56,4 +56,4 @@ TEST(ClientSettingsTest, GetTheAgentWhereItIsNotAsked) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

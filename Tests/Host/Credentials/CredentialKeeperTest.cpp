@@ -4,7 +4,7 @@
 #include <future>
 #include <gmock/gmock.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -130,4 +130,4 @@ TEST(HeldOutputTest, PassesOnWhatIsMoreThanFirstWords) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

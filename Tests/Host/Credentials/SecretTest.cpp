@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -153,4 +153,4 @@ TEST(SecretTest, ReadsOneLineAndNoMore) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

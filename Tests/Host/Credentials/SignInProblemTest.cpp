@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quen {
+namespace quen::test {
 
 namespace {
 
@@ -145,4 +145,4 @@ TEST(SignInProblemTest, NeverComesFromCommandsThatStayHere) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::test

@@ -28,7 +28,7 @@
 //     drip                   each byte value once on either stream, one write for each
 //     both:MIB               as many MiB of the pattern on both streams, piece by piece in turn
 //     flood:MIB              as many MiB of the pattern on standard output
-//     garbage                bytes that are no text
+//     garbage                bytes that are not text
 //     half-character         text that ends within a character
 //     zero-bytes             text with zero bytes in it
 //     close-output:STATUS    closes its streams, lives on for 50 ms, then STATUS

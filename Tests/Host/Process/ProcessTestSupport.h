@@ -35,7 +35,7 @@ bool isPattern(std::string_view bytes, std::size_t size);
 /// The numbers of this process's open descriptors.
 std::vector<int> openDescriptors();
 
-/// A process that is no child of this one, by the number that was said on a stream.
+/// A process that is not a child of this one, by the number that was said on a stream.
 class Grandchild {
 public:
     Grandchild() = default;
