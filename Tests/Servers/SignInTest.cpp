@@ -1,3 +1,4 @@
+#include "Tests/Servers/SignIn/SecretSearch.h"
 #include "Tests/Servers/SignInFixture.h"
 
 #include <gmock/gmock.h>
@@ -74,6 +75,25 @@ INSTANTIATE_TEST_SUITE_P(SignIn, PasswordServers,
                                            ServerKind::svnserveWithSASL, ServerKind::httpd,
                                            ServerKind::httpdWithDigest, ServerKind::httpsd),
                          ::testing::PrintToStringParamName());
+
+/// Without a keyring, Debian's client keeps the name alone; the answer counts for the process too.
+TEST(KeptByTheClient, IsWhatTheClientItselfKeeps) {
+    SignInPlace place(ServerKind::svnserveWithPassword);
+    place.source().willAnswer(password("waterland", CredentialKeep::client));
+    place.source().willAnswer(password(Server::password, CredentialKeep::client));
+    EXPECT_EQ(place.info().exitStatus, 0);
+    EXPECT_EQ(place.info().exitStatus, 0);
+    EXPECT_THAT(place.source().asked(), SizeIs(2));
+    std::string entries;
+    for (const auto& [name, text] : filesBelow(place.clientsFiles() / "auth/svn.simple")) {
+        entries += text;
+    }
+    EXPECT_THAT(entries, HasSubstr("<svn://" + place.server().place().text() + "> quen"));
+    EXPECT_THAT(entries, HasSubstr("alice"));
+    EXPECT_THAT(entries, ::testing::Not(HasSubstr("gpg-agent"))) << "nothing of ours";
+    const SecretSearch search({Server::password, "waterland"}, Server::user);
+    EXPECT_THAT(search.filesWith(place.home(), {}), ::testing::IsEmpty());
+}
 
 } // namespace
 
