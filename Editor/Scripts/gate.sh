@@ -1,8 +1,13 @@
 #!/bin/bash
-# All that must hold of the extension, against the program $1: types, lint, the client's tests, the
-# package, the tests in the extension host, the journeys.
+# All that must hold of the extension, against the program $1 in the build directory that it was made
+# in: types, lint, the client's tests, the package, the tests in the extension host, the journeys.
 #
-#     Scripts/gate.sh PROGRAM
+#     Scripts/gate.sh BUILD/bin/quen
+
+newest_package() {
+    local packages=(../build/editor/quen-subversion-linux-*.vsix)
+    realpath -- "${packages[0]}"
+}
 
 program=$(realpath -- "$1") || exit
 cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." || exit
@@ -18,9 +23,10 @@ Scripts/client-tests.sh "$program" || exit
 
 places=$(Workbench/install --with-browser) || exit
 eval "$places"
-./package --without-server || exit
+./package --build "${program%/bin/*}" || exit
 node build.mjs && node build.mjs --host-tests --browser-tests || exit
-export QUEN_EDITOR_MODULES QUEN_EDITOR_EXTENSION=$PWD/../build/editor/quen-subversion.vsix
+export QUEN_EDITOR_MODULES QUEN_EDITOR_EXTENSION
+QUEN_EDITOR_EXTENSION=$(newest_package) || exit
 export QUEN_EDITOR_PICTURES=$PWD/../build/editor/pictures
 "$QUEN_EDITOR_NODE" out/browser/host.js || exit
 exec "$QUEN_EDITOR_NODE" --test out/browser/journeys.test.js

@@ -40,8 +40,8 @@ export class Sandbox {
     return url;
   }
 
-  checkOut(url: string, name: string): WorkingCopyOnDisk {
-    this.svn('checkout', url, this.path(name));
+  checkOut(url: string, name: string, options: readonly string[] = []): WorkingCopyOnDisk {
+    this.svn('checkout', ...options, url, this.path(name));
     return new WorkingCopyOnDisk(this, this.path(name));
   }
 

@@ -2,8 +2,8 @@
 
 import { execFileSync, spawn, type ChildProcess } from 'node:child_process';
 import { mkdirSync, openSync, readFileSync, writeFileSync } from 'node:fs';
-import { createServer } from 'node:net';
 import { join } from 'node:path';
+import { freePort } from './passwordServer';
 
 export interface WorkbenchOptions {
   readonly node: string;
@@ -82,20 +82,6 @@ export async function startWorkbench(options: WorkbenchOptions): Promise<Workben
 
 export function folderAddress(workbench: Workbench, folder: string): string {
   return `${workbench.address}/?folder=${encodeURIComponent(folder)}`;
-}
-
-function freePort(): Promise<number> {
-  return new Promise((resolve, reject) => {
-    const server = createServer();
-    server.once('error', reject);
-    server.listen(0, '127.0.0.1', () => {
-      const address = server.address();
-      server.close(() => {
-        if (typeof address === 'object' && address) resolve(address.port);
-        else reject(new Error('no port'));
-      });
-    });
-  });
 }
 
 async function ready(address: string, child: ChildProcess): Promise<void> {

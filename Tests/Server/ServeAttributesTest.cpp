@@ -120,6 +120,17 @@ TEST_F(ServeAttributes, AnOldMessageIsReplacedAlsoInWhatIsKept) {
     EXPECT_EQ(server.ask("history/log", log).at("entries")[0].at("message"), "New\nwords");
 }
 
+TEST_F(ServeAttributes, ABranchIsRecordedAsMergedWithoutItsChanges) {
+    const std::string url = sandbox.url("branches/b");
+    sandbox.svn({"copy", "-q", "-m", "Branch", sandbox.url("trunk"), url});
+    sandbox.svn({"mkdir", "-q", "-m", "Directory", url + "/new"});
+    sandbox.svn({"update", "-q"});
+    const Json done = server.ask("branch/recordMerge", {{"workingCopy", root()}, {"url", url}});
+    EXPECT_EQ(done.at("error"), nullptr) << done;
+    EXPECT_FALSE(std::filesystem::exists(path("new")));
+    EXPECT_THAT(sandbox.svn({"propget", "svn:mergeinfo", root()}), HasSubstr("/branches/b:"));
+}
+
 TEST_F(ServeAttributes, AWorkingCopyFollowsItsRepository) {
     const auto moved = sandbox.root() / "moved";
     std::filesystem::rename(sandbox.root() / "repository", moved);

@@ -19,6 +19,7 @@ export function registerExplorerHooks(services: Services): vscode.Disposable {
     vscode.workspace.onDidCreateFiles(({ files }) => tell(services, files)),
     vscode.workspace.onDidSaveTextDocument((document) => tell(services, [document.uri])),
     watchFolders(services),
+    lookAgain(services),
   );
 }
 
@@ -91,10 +92,7 @@ function watchFolders(services: Services): vscode.Disposable {
   };
   const touch = (uri: vscode.Uri) => {
     if (uri.scheme !== 'file') return;
-    if (isAdministrative(uri)) {
-      openNew(services, uri);
-      return;
-    }
+    if (isAdministrative(uri)) return;
     touched.set(uri.path, uri);
     timer ??= setTimeout(flush, gathered);
   };
@@ -110,14 +108,55 @@ function watchFolders(services: Services): vscode.Disposable {
   );
 }
 
-/** A working copy that has come into the folder: checked out there, or an external. */
-function openNew({ copies }: Services, { path }: vscode.Uri): void {
-  if (!path.endsWith(administrative)) return;
-  const root = path.slice(0, -administrative.length);
-  if (!copies.get(root)) copies.open(root).catch(reportQuietly);
+const lookedAtOnce = 200;
+const lookAfter = 500;
+
+/**
+ * The editor's watcher says nothing of a file that came and went at once; a run of the client may
+ * have seen it in between. So what is new on the disk is looked at once more, without the client. A
+ * directory may turn out to be a working copy of its own.
+ */
+function lookAgain(services: Services): vscode.Disposable {
+  const timers = new Set<NodeJS.Timeout>();
+  const look = async (uris: readonly vscode.Uri[]) => {
+    const gone: vscode.Uri[] = [];
+    for (const uri of uris) {
+      if (!(await isThere(uri))) gone.push(uri);
+      else if (await isThere(vscode.Uri.joinPath(uri, '.svn')))
+        await services.copies.open(uri.path);
+    }
+    await tell(services, gone);
+  };
+  return vscode.Disposable.from(
+    services.copies.onDidChange(({ copy, paths }) => {
+      const fresh = (paths ?? []).filter((path) => isNew(services, copy.items.get(path)));
+      if (fresh.length === 0) return;
+      const uris = fresh.slice(0, lookedAtOnce).map((path) => vscode.Uri.file(path));
+      const timer = setTimeout(() => {
+        timers.delete(timer);
+        look(uris).catch(reportQuietly);
+      }, lookAfter);
+      timers.add(timer);
+    }),
+    new vscode.Disposable(() => {
+      for (const timer of timers) clearTimeout(timer);
+    }),
+  );
 }
 
-const administrative = '/.svn';
+function isNew({ copies }: Services, item: Item | undefined): boolean {
+  if (item?.status === 'external') return copies.get(item.path) === undefined;
+  return item?.status === 'unversioned';
+}
+
+async function isThere(uri: vscode.Uri): Promise<boolean> {
+  try {
+    await vscode.workspace.fs.stat(uri);
+    return true;
+  } catch {
+    return false;
+  }
+}
 
 /** The client's own bookkeeping: the server watches that itself. */
 function isAdministrative(uri: vscode.Uri): boolean {

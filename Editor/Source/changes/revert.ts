@@ -3,7 +3,8 @@
 import * as vscode from 'vscode';
 import { command } from '../commands';
 import type { WorkingCopy } from '../model/workingCopy';
-import type { Item } from '../server/protocol';
+import { propertiesOf, setProperty } from '../attributes/propertyFiles';
+import type { Item, Property } from '../server/protocol';
 import type { Services } from '../services';
 import { byCopy, copyFrom, pathsOf, urisFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
@@ -15,6 +16,8 @@ interface Kept {
   readonly copy: WorkingCopy;
   readonly items: readonly Item[];
   readonly texts: ReadonlyMap<string, Uint8Array>;
+  /** Of those whose properties were changed: what they were set to. */
+  readonly properties: ReadonlyMap<string, readonly Property[]>;
 }
 
 const mostKeptBytes = 64 * 1024 * 1024;
@@ -64,9 +67,38 @@ async function revert(
   const texts = await readAll(plan.lost);
   if (!(await agrees(affected, plan.lost, texts !== undefined))) return undefined;
   const items = affected.flatMap((path) => copy.items.get(path) ?? []);
+  const properties = await readProperties(services, items);
   const work = { title: vscode.l10n.t('Reverting'), copy, isLong: false };
   await perform(services, work, 'change/revert', { paths });
-  return texts && { copy, items, texts };
+  return texts && { copy, items, texts, properties };
+}
+
+async function readProperties(
+  services: Services,
+  items: readonly Item[],
+): Promise<Map<string, readonly Property[]>> {
+  const changed = items.filter(({ property }) => property === 'modified');
+  const read = changed.map(
+    async ({ path }) => [path, await propertiesOf(services, vscode.Uri.file(path))] as const,
+  );
+  return new Map(await Promise.all(read));
+}
+
+/** Sets what differs again; one whose value is not text stays as it is. */
+async function restoreProperties(
+  services: Services,
+  path: string,
+  wanted: readonly Property[],
+): Promise<void> {
+  const uri = vscode.Uri.file(path);
+  const now = await propertiesOf(services, uri);
+  for (const { name } of now) {
+    if (!wanted.some((each) => each.name === name)) await setProperty(services, uri, name, null);
+  }
+  for (const { name, value } of wanted) {
+    const isSame = now.some((each) => each.name === name && each.value === value);
+    if (!isSame && value !== null) await setProperty(services, uri, name, value);
+  }
 }
 
 /** The bytes of files that are there; undefined where they are too many to keep. */
@@ -100,7 +132,7 @@ async function agrees(
 ): Promise<boolean> {
   const yes = vscode.l10n.t('Revert');
   const detail = [
-    list(vscode.l10n.t('Reverted:'), affected),
+    lost.length < affected.length ? list(vscode.l10n.t('Reverted:'), affected) : '',
     list(vscode.l10n.t('Changes that are lost:'), lost),
     canUndo
       ? vscode.l10n.t('“Undo Revert” brings them back, as long as this window is open.')
@@ -126,7 +158,10 @@ async function offerUndo(kept: readonly Kept[]): Promise<void> {
   if (answer === undo) await vscode.commands.executeCommand('quen.undoRevert');
 }
 
-async function undoRevert(services: Services, { copy, items, texts }: Kept): Promise<void> {
+async function undoRevert(
+  services: Services,
+  { copy, items, texts, properties }: Kept,
+): Promise<void> {
   const pathsWith = (status: Item['status']) =>
     items.filter((item) => item.status === status).map((item) => item.path);
   for (const [path, bytes] of texts)
@@ -136,14 +171,6 @@ async function undoRevert(services: Services, { copy, items, texts }: Kept): Pro
   if (added.length > 0) await perform(services, work, 'change/add', { paths: added });
   const deleted = pathsWith('deleted');
   if (deleted.length > 0) await perform(services, work, 'change/remove', { paths: deleted });
+  for (const [path, wanted] of properties) await restoreProperties(services, path, wanted);
   await services.server.notify('workingCopy/didChange', { paths: [...texts.keys()] });
-  const withProperties = items.filter((item) => item.property === 'modified');
-  if (withProperties.length > 0) {
-    void vscode.window.showWarningMessage(
-      vscode.l10n.t(
-        'Text and state are back. Changes of properties are not: {0}',
-        withProperties.map(({ path }) => path).join(', '),
-      ),
-    );
-  }
 }

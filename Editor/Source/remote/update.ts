@@ -8,6 +8,7 @@ import type { WorkingCopy } from '../model/workingCopy';
 import type { Method, Params, PlanKind, UpdateResult } from '../server/protocol';
 import type { Services } from '../services';
 import { byCopy, copyFrom, isResource, pathsOf, urisFrom, type Argument } from '../targets';
+import type { Resource } from '../view/resource';
 import type { SourceControls } from '../view/sourceControls';
 import { perform } from '../work';
 import { askBranch, askRevision } from './questions';
@@ -40,6 +41,16 @@ export function registerUpdate(services: Services, controls: SourceControls): vs
       const title = vscode.l10n.t('Merging');
       await run(services, copy, title, 'branch/merge', { workingCopy: copy.path, url });
     }),
+    withCopy('quen.recordMerge', async (copy) => {
+      const url = await askBranch(
+        services,
+        copy,
+        vscode.l10n.t('Mark which branch as merged, without its changes?'),
+      );
+      if (url === undefined) return;
+      const work = { title: vscode.l10n.t('Recording the merge'), copy, isLong: true };
+      await perform(services, work, 'branch/recordMerge', { workingCopy: copy.path, url });
+    }),
     withCopy('quen.checkIncoming', async (copy) => {
       await services.copies.refreshIncoming(copy);
     }),
@@ -48,13 +59,20 @@ export function registerUpdate(services: Services, controls: SourceControls): vs
         await update(services, copy, pathsOf(uris));
       }
     }),
-    command('quen.settledDone', (...args: Argument[]) => {
-      for (const row of args.flat().filter(isResource)) {
-        row.copy.settled = row.copy.settled.filter(({ path }) => path !== row.item.path);
-        services.copies.touch(row.copy);
-      }
+    command('quen.settledDone', async (...args: Argument[]) => {
+      for (const row of args.flat().filter(isResource)) await lookedAt(services, row);
     }),
   );
+}
+
+/** What was kept beside the file goes: the repository has it. */
+async function lookedAt({ copies, server }: Services, { copy, item, settled }: Resource) {
+  copy.settled = copy.settled.filter(({ path }) => path !== item.path);
+  copies.touch(copy);
+  const theirs = settled?.theirs;
+  if (typeof theirs !== 'string') return;
+  await vscode.workspace.fs.delete(vscode.Uri.file(theirs));
+  await server.notify('workingCopy/didChange', { paths: [theirs] });
 }
 
 async function update(

@@ -137,6 +137,7 @@ export interface Requests {
     LogResult
   >;
   'branch/list': Call<AtRoot, Outcome & { readonly branches: readonly BranchEntry[] }>;
+  'branch/recordMerge': Call<AtRoot & { readonly url: string }, ItemsResult>;
   'branch/merge': Call<AtRoot & { readonly url: string }, UpdateResult>;
   'branch/create': Call<AtRoot & { readonly name: string; readonly message: string }, Outcome>;
   'branch/delete': Call<AtRoot & { readonly url: string; readonly message: string }, Outcome>;

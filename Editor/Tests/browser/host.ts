@@ -1,7 +1,8 @@
-// Runs the tests of Tests/host inside the extension host of the browser-served editor.
+// Runs the tests of Tests/host inside the extension host of the browser-served editor, on the
+// packaged extension with the server that it carries.
 
-import { mkdirSync } from 'node:fs';
-import { resolve } from 'node:path';
+import { cpSync, mkdirSync, readdirSync } from 'node:fs';
+import { join, resolve } from 'node:path';
 import { makeDemonstration } from '../../Workbench/demonstration';
 import { Sandbox } from '../../Workbench/repository';
 import { folderAddress, startWorkbench } from '../../Workbench/workbench';
@@ -17,8 +18,9 @@ async function main(): Promise<number> {
     node: process.execPath,
     modules: process.env.QUEN_EDITOR_MODULES ?? '',
     home: sandbox.path('editor'),
-    settings: { 'quen.path': process.env.QUEN_PROGRAM ?? '' },
+    extension: process.env.QUEN_EDITOR_EXTENSION,
   });
+  const installed = withTests(sandbox.path('editor/extensions'));
   const browser = await launch();
   try {
     const page = await browser.newPage();
@@ -31,8 +33,8 @@ async function main(): Promise<number> {
     });
     const here = (path: string) => `vscode-remote://${workbench.host}${resolve(path)}`;
     const payload = [
-      ['extensionDevelopmentPath', here('.')],
-      ['extensionTestsPath', here('out/host/index.js')],
+      ['extensionDevelopmentPath', here(installed)],
+      ['extensionTestsPath', here(join(installed, 'tests', 'index.js'))],
     ];
     const query = `&payload=${encodeURIComponent(JSON.stringify(payload))}`;
     await page.goto(folderAddress(workbench, copy.root) + query);
@@ -42,6 +44,15 @@ async function main(): Promise<number> {
     await workbench.stop();
     sandbox.remove();
   }
+}
+
+/** The installed extension, with the tests in it: they then share its view of the editor. */
+function withTests(extensions: string): string {
+  const name = readdirSync(extensions).find((each) => each.startsWith('quen.quen-subversion'));
+  if (name === undefined) throw new Error(`the extension was not installed in ${extensions}`);
+  const installed = join(extensions, name);
+  cpSync('out/host', join(installed, 'tests'), { recursive: true });
+  return installed;
 }
 
 function late(): Promise<never> {

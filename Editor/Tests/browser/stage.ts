@@ -40,7 +40,6 @@ export async function onStage(
     home: sandbox.path('editor'),
     extension: process.env.QUEN_EDITOR_EXTENSION,
     settings: {
-      'quen.path': process.env.QUEN_PROGRAM ?? '',
       'workbench.colorTheme': themes[options.theme ?? 'light'],
       ...options.settings,
     },

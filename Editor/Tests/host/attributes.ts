@@ -3,7 +3,18 @@ import * as vscode from 'vscode';
 import { propertyUri } from '../../Source/attributes/propertyFiles';
 import { answering, row } from './answers';
 import type { HostTest } from './runner';
-import { becomes, file, folder, item, lines, run, svn, text } from './window';
+import {
+  becomes,
+  extension,
+  file,
+  folder,
+  item,
+  lines,
+  run,
+  svn,
+  text,
+  workingCopy,
+} from './window';
 
 export const attributeTests: readonly HostTest[] = [
   [
@@ -14,6 +25,14 @@ export const attributeTests: readonly HostTest[] = [
         () => run('quen.moveToChangelist', file('src/station.c')),
       );
       assert.equal((await item('src/station.c'))?.changelist, 'calibration');
+      const { controls } = await extension();
+      const committable = async () =>
+        controls.committable(await workingCopy()).map(({ path }) => path);
+      assert.ok((await committable()).includes(file('src/station.c').path));
+      await answering({ showQuickPick: [row('ignore-on-commit')] }, () =>
+        run('quen.moveToChangelist', file('src/station.c')),
+      );
+      assert.equal((await committable()).includes(file('src/station.c').path), false);
       await run('quen.removeFromChangelist', file('src/station.c'));
       assert.equal((await item('src/station.c'))?.changelist, undefined);
     },

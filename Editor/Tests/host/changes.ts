@@ -1,7 +1,19 @@
 import assert from 'node:assert/strict';
 import * as vscode from 'vscode';
+import { answering, row } from './answers';
 import type { HostTest } from './runner';
-import { becomes, extension, file, folder, item, svn, text, workingCopy } from './window';
+import {
+  becomes,
+  extension,
+  file,
+  folder,
+  item,
+  lines,
+  run,
+  svn,
+  text,
+  workingCopy,
+} from './window';
 
 async function box(): Promise<vscode.SourceControlInputBox> {
   const { controls } = await extension();
@@ -74,6 +86,58 @@ export const changesTests: readonly HostTest[] = [
       await vscode.workspace.fs.delete(vscode.Uri.file(`/tmp/quen-colleague-${process.pid}`), {
         recursive: true,
       });
+    },
+  ],
+  [
+    'an earlier message comes back into the box',
+    async () => {
+      const input = await box();
+      await answering({ showQuickPick: [row('Add new.txt')] }, () => run('quen.messageHistory'));
+      assert.equal(input.value, 'Add new.txt');
+      input.value = '';
+    },
+  ],
+  [
+    'what is missing is removed in one step, and brought back by a revert',
+    async () => {
+      await vscode.workspace.fs.delete(file('Makefile'));
+      await becomes('Makefile', 'missing');
+      await run('quen.remove', file('Makefile'));
+      await becomes('Makefile', 'deleted');
+      await answering({ showWarningMessage: ['Revert'] }, () =>
+        run('quen.revert', file('Makefile')),
+      );
+      await becomes('Makefile', undefined);
+    },
+  ],
+  [
+    'a revert is undone with texts, properties, additions and removals',
+    async () => {
+      await text(file('Makefile'), 'all:\n');
+      svn('propset', '--quiet', 'p', 'v', 'Makefile');
+      await becomes('Makefile', 'modified');
+      const chosen = ['Makefile', 'src/wind.c', 'docs/old.md', 'src/station.c'].map(file);
+      const before = await lines(file('src/station.c'));
+      const asked = await answering(
+        { showWarningMessage: ['Revert'], showInformationMessage: [undefined] },
+        () => run('quen.revert', chosen[0], chosen),
+      );
+      assert.match(JSON.stringify(asked[0]?.arguments), /Makefile.*station\.c/);
+      await becomes('src/station.c', undefined);
+      await run('quen.undoRevert');
+      await becomes('src/station.c', 'modified');
+      await becomes('src/wind.c', 'added');
+      await becomes('docs/old.md', 'deleted');
+      assert.deepEqual(await lines(file('src/station.c')), before);
+      assert.equal(svn('propget', '--no-newline', 'p', 'Makefile'), 'v');
+      svn('revert', '--quiet', 'Makefile');
+    },
+  ],
+  [
+    'an ignored name is seen again once it is taken out',
+    async () => {
+      await run('quen.unignore', file('notes.txt'));
+      await becomes('notes.txt', 'unversioned');
     },
   ],
   [

@@ -175,6 +175,7 @@ export const comparingTests: readonly HostTest[] = [
       await run('quen.openChange', file('both.txt'));
       const { activeTab } = vscode.window.tabGroups.activeTabGroup;
       assert.match(activeTab?.label ?? '', /both\.txt/);
+      await vscode.workspace.saveAll(false);
       await run('workbench.action.closeAllEditors');
       await answering({ showQuickPick: [row('Mine, all of it')] }, () =>
         run('quen.resolve', file('both.txt')),

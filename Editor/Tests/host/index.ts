@@ -7,6 +7,7 @@ import { comparingTests } from './comparing';
 import { contentTests } from './contents';
 import { lookingBackTests } from './lookingBack';
 import { runAll } from './runner';
+import { signingInTests } from './signingIn';
 import { upkeepTests } from './upkeep';
 import { viewTests } from './view';
 
@@ -20,5 +21,6 @@ export function run(): Promise<void> {
     ...changesTests,
     ...upkeepTests,
     ...bringingInTests,
+    ...signingInTests,
   ]);
 }

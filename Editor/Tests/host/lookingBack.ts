@@ -1,5 +1,6 @@
 import assert from 'node:assert/strict';
 import * as vscode from 'vscode';
+import { timelineOf } from '../../Source/history/timeline';
 import { succeeded } from '../../Source/server/failures';
 import type { HostTest } from './runner';
 import { extension, file } from './window';
@@ -73,6 +74,22 @@ export const lookingBackTests: readonly HostTest[] = [
       const tab = vscode.window.tabGroups.activeTabGroup.activeTab;
       assert.match(tab?.label ?? '', /^r\d+/);
       await vscode.commands.executeCommand('workbench.action.closeAllEditors');
+    },
+  ],
+  [
+    'the timeline of a file holds its revisions, each with its comparison',
+    async () => {
+      const { services } = await extension();
+      const entries = await timelineOf(services, file('src/station.c'));
+      assert.deepEqual(
+        entries.map(({ id, label }) => [id, label]),
+        [
+          ['4', 'Say how many sensors there are'],
+          ['3', 'Print the unit beside each value'],
+          ['2', 'Start the weather station'],
+        ],
+      );
+      assert.equal(entries[0]?.command.command, 'vscode.diff');
     },
   ],
 ];

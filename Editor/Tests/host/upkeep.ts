@@ -106,7 +106,6 @@ export const upkeepTests: readonly HostTest[] = [
       await text(file('shared/new.txt'), 'changed\n');
       await until(() => external.items.get(file('shared/new.txt').path));
       const copy = await workingCopy();
-      await until(() => copy.items.has(file('shared').path));
       await until(() => !copy.items.has(file('shared/new.txt').path));
       svn('revert', '--quiet', '.');
       svn('cleanup', '--quiet', '--include-externals');
@@ -141,6 +140,42 @@ export const upkeepTests: readonly HostTest[] = [
         () => run('quen.deleteBranch', folder()),
       );
       assert.doesNotMatch(svn('list', `${root}/branches`), /rain\//);
+    },
+  ],
+  [
+    'a working copy inside another one is one of its own',
+    async () => {
+      const { services } = await extension();
+      const { facts } = await workingCopy();
+      svn('checkout', '--quiet', `${facts.repositoryRoot}/imported`, 'nested');
+      const nested = await until(() => services.copies.get(file('nested').path));
+      assert.equal(services.copies.of(file('nested/new.txt')), nested);
+      assert.equal(services.copies.of(file('README.md')), await workingCopy());
+      await services.copies.close(nested);
+      await vscode.workspace.fs.delete(file('nested'), { recursive: true });
+    },
+  ],
+  [
+    'a checkout asks where from and where to, and makes a working copy there',
+    async () => {
+      const parent = mkdtempSync(join(tmpdir(), 'quen-checkout-'));
+      const url = `${await repositoryRoot()}/imported`;
+      const asked = await answering(
+        { showInputBox: [url, 'fresh'], showOpenDialog: [[vscode.Uri.file(parent)]] },
+        () => run('quen.checkout'),
+      );
+      assert.equal(svn('info', '--show-item', 'url', join(parent, 'fresh')).trim(), url);
+      assert.match(JSON.stringify(asked.at(-1)?.arguments), /Checked out into/);
+      rmSync(parent, { recursive: true });
+    },
+  ],
+  [
+    'a branch is marked as merged without its changes',
+    async () => {
+      svn('update', '--quiet');
+      await answering({ showQuickPick: [row('wind')] }, () => run('quen.recordMerge', folder()));
+      assert.match(svn('propget', 'svn:mergeinfo', '.'), /branches\/wind/);
+      svn('revert', '--quiet', '.');
     },
   ],
 ];

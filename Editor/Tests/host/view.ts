@@ -1,10 +1,42 @@
 import assert from 'node:assert/strict';
+import { readdirSync, readlinkSync } from 'node:fs';
 import * as vscode from 'vscode';
 import { groupOf } from '../../Source/model/words';
 import type { HostTest } from './runner';
 import { becomes, extension, file, runsOf, svn, text, workingCopy } from './window';
 
+/** Waits until what earlier changes have set off has ended. */
+async function quiet(): Promise<void> {
+  for (let before = -1, now = await runsOf('status'); now !== before;) {
+    before = now;
+    await new Promise((resolve) => setTimeout(resolve, 1500));
+    now = await runsOf('status');
+  }
+}
+
+/** The programs that run now, each by the file that it was started from. */
+function runningPrograms(): string[] {
+  return readdirSync('/proc').flatMap((name) => {
+    try {
+      return /^\d+$/.test(name) ? readlinkSync(`/proc/${name}/exe`) : [];
+    } catch {
+      return []; // It has ended, or is somebody else's.
+    }
+  });
+}
+
 export const viewTests: readonly HostTest[] = [
+  [
+    'the server that runs is the one in the package',
+    async () => {
+      await workingCopy();
+      const packaged = vscode.extensions.getExtension('quen.quen-subversion')?.extensionPath ?? '';
+      assert.equal(
+        runningPrograms().filter((program) => program === `${packaged}/server/bin/quen`).length,
+        1,
+      );
+    },
+  ],
   [
     'the demonstration lies in its groups',
     async () => {
@@ -68,6 +100,7 @@ export const viewTests: readonly HostTest[] = [
   [
     'opening twenty comparisons runs no status',
     async () => {
+      await quiet();
       const before = await runsOf('status');
       for (let turn = 0; turn < 20; turn += 1) {
         const name = ['src/station.c', 'docs/roof.md'][turn % 2] ?? '';

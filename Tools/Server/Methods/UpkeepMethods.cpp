@@ -87,6 +87,45 @@ OrderedJson relocate(const Services& services, Call& call, const RelocateParams&
     return json;
 }
 
+/// A branch, or what it changed between two revisions.
+struct RecordParams {
+    std::string root;
+    std::string url;
+    std::string from;
+    std::string to;
+};
+
+RecordParams decodeRecord(const JsonInput& params) {
+    params.requireObject({"workingCopy", "url", "from", "to"});
+    RecordParams record{readWorkingCopy(params), readURL(params.member("url")),
+                        readRevision(params, "from"), readRevision(params, "to")};
+    if (record.from.empty() != record.to.empty()) {
+        params.fail("expected both \"from\" and \"to\", or neither");
+    }
+    return record;
+}
+
+/// Later merges leave out what is recorded as merged.
+OrderedJson recordMerge(const Services& services, Call& call, const RecordParams& params) {
+    std::vector<std::string> words{"merge", "--record-only"};
+    if (!params.from.empty()) {
+        words.insert(words.end(), {"-r", std::string(params.from).append(":").append(params.to)});
+    }
+    ChangeFacts facts;
+    const Ran ran = runChange(
+        services, call, {"Recording the merge", params.root, {}}, facts,
+        [&](const RunOptions& options) {
+            return services.runs.run(
+                [&] {
+                    return ClientCommand::make(words, {params.url, params.root}, RequestTypeMerge);
+                },
+                options);
+        });
+    OrderedJson json{{"items", itemsJson(facts, params.root)}};
+    addOutcome(json, ran);
+    return json;
+}
+
 struct MessageParams {
     std::string location;
     std::string revision;
@@ -132,6 +171,10 @@ void addUpkeepMethods(Server& server, const Services& services) {
                                [services](Call& call, const RelocateParams& params) {
                                    return relocate(services, call, params);
                                }));
+    server.dispatcher().add(change<RecordParams>(
+        "branch/recordMerge", decodeRecord, [services](Call& call, const RecordParams& params) {
+            return recordMerge(services, call, params);
+        }));
     server.dispatcher().add(
         query<MessageParams>("history/setMessage", decodeMessage,
                              [services](const Call& call, const MessageParams& params) {

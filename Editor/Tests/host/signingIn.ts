@@ -1,0 +1,102 @@
+import assert from 'node:assert/strict';
+import { askTrust } from '../../Source/signIn/certificates';
+import { makeSignIn } from '../../Source/signIn/questions';
+import { answering, row } from './answers';
+import type { HostTest } from './runner';
+import { extension } from './window';
+
+const realm = '<svn://host> Weather station';
+const first = { realm, url: 'svn://host', user: null, reason: 'first' } as const;
+const refused = { ...first, reason: 'refused' } as const;
+
+const certificate = {
+  url: 'https://host/repository',
+  hostname: 'host',
+  validity: 'from 2026 to 2027',
+  issuer: 'Somebody',
+  fingerprint: 'AA:BB',
+  failures: ['The certificate is not issued by a trusted authority.'],
+};
+
+export const signingInTests: readonly HostTest[] = [
+  [
+    'a kept password answers without a question; a refused one is asked again',
+    async () => {
+      const { services } = await extension();
+      const signIn = makeSignIn(services.context);
+      const typed = (password: string) => ({
+        showInputBox: ['ann', password],
+        showQuickPick: [row('secret storage')],
+      });
+      const asked = await answering(typed('one'), async () => {
+        const answer = await signIn.ask('credentials/get', first);
+        assert.deepEqual(answer, { user: 'ann', password: 'one', keep: 'process' });
+      });
+      assert.match(JSON.stringify(asked[0]?.arguments), /Sign in to .*Weather station/);
+      // A box that stays while the person fetches the password from elsewhere.
+      for (const {
+        arguments: [options],
+      } of asked) {
+        assert.equal((options as { ignoreFocusOut?: boolean }).ignoreFocusOut ?? true, true);
+      }
+      const again = await answering({}, async () => {
+        assert.equal((await signIn.ask('credentials/get', first))?.password, 'one');
+      });
+      assert.deepEqual(again, []);
+      const other = await answering(typed('two'), async () => {
+        assert.equal((await signIn.ask('credentials/get', refused))?.password, 'two');
+      });
+      assert.match(JSON.stringify(other[0]?.arguments), /refused/);
+      await signIn.forgetAll();
+      signIn.dispose();
+    },
+  ],
+  [
+    'a dismissed question is not asked again until the person acts',
+    async () => {
+      const { services } = await extension();
+      const signIn = makeSignIn(services.context);
+      const ask = () => signIn.ask('credentials/get', first);
+      const asked = await answering({ showInputBox: [undefined] }, async () => {
+        assert.deepEqual(await Promise.all([ask(), ask(), ask()]), [null, null, null]);
+      });
+      assert.equal(asked.length, 1);
+      signIn.reset();
+      assert.equal((await answering({ showInputBox: [undefined] }, ask)).length, 1);
+      signIn.dispose();
+    },
+  ],
+  [
+    'a certificate is shown with what the client says of it, and trusted only when chosen',
+    async () => {
+      for (const [chosen, answer] of [
+        ['Trust Once', 'once'],
+        ['Trust Always', 'always'],
+        [undefined, 'reject'],
+      ] as const) {
+        const asked = await answering({ showWarningMessage: [chosen] }, async () => {
+          assert.equal(await askTrust(certificate), answer);
+        });
+        assert.match(JSON.stringify(asked[0]?.arguments), /AA:BB/);
+        assert.match(JSON.stringify(asked[0]?.arguments), /not issued by a trusted authority/);
+      }
+    },
+  ],
+  [
+    'a question of the secure shell is put in its own words; a secret one hides what is typed',
+    async () => {
+      const { services } = await extension();
+      const signIn = makeSignIn(services.context);
+      const prompt = "Enter passphrase for key '/home/ann/.ssh/id':";
+      const asked = await answering({ showInputBox: ['phrase'] }, async () => {
+        assert.equal(await signIn.ask('ssh/ask', { prompt, secret: true }), 'phrase');
+      });
+      const [options] = asked[0]?.arguments ?? [];
+      assert.deepEqual(
+        [(options as { prompt: string }).prompt, (options as { password: boolean }).password],
+        [prompt, true],
+      );
+      signIn.dispose();
+    },
+  ],
+];
