@@ -34,7 +34,7 @@ export function makeLifecycle(
       return located?.command ?? null;
     },
     options: () => optionsOf(context),
-    ask: (question, params) => signIn.ask(question, params),
+    ask: (question, params, token) => signIn.ask(question, params, token),
     listen: ((name: string, params: never) => {
       listen(name, params, copies, log);
     }) as ServerSetup['listen'],

@@ -80,8 +80,10 @@ export async function startWorkbench(options: WorkbenchOptions): Promise<Workben
   return { address: `http://${host}`, host, process: child, stop: () => stop(child) };
 }
 
+/** Of a folder, or of a file that names several: `.code-workspace`. */
 export function folderAddress(workbench: Workbench, folder: string): string {
-  return `${workbench.address}/?folder=${encodeURIComponent(folder)}`;
+  const kind = folder.endsWith('.code-workspace') ? 'workspace' : 'folder';
+  return `${workbench.address}/?${kind}=${encodeURIComponent(folder)}`;
 }
 
 async function ready(address: string, child: ChildProcess): Promise<void> {

@@ -43,6 +43,7 @@ export function registerEdits(services: Services, controls: SourceControls): vsc
       const copy = await copyFrom(services, controls, args);
       if (!copy) return;
       await services.copies.refresh(copy);
+      await services.copies.open(copy.path); // Working copies inside it may have come.
       await services.copies.refreshIncoming(copy);
     }),
   );

@@ -1,10 +1,12 @@
-// Revert says what would be lost, and keeps it until the next revert.
+// Revert says what would be lost. The server keeps the contents; what was added, removed and set as a
+// property is kept here, so that an undo brings all of it back.
 
 import * as vscode from 'vscode';
 import { command } from '../commands';
 import type { WorkingCopy } from '../model/workingCopy';
 import { propertiesOf, setProperty } from '../attributes/propertyFiles';
-import type { Item, Property } from '../server/protocol';
+import { ResponseError } from 'vscode-jsonrpc/node';
+import type { Item, Property, UndoResult } from '../server/protocol';
 import type { Services } from '../services';
 import { byCopy, copyFrom, pathsOf, urisFrom, type Argument } from '../targets';
 import type { SourceControls } from '../view/sourceControls';
@@ -15,12 +17,9 @@ import { planOf } from './plans';
 interface Kept {
   readonly copy: WorkingCopy;
   readonly items: readonly Item[];
-  readonly texts: ReadonlyMap<string, Uint8Array>;
   /** Of those whose properties were changed: what they were set to. */
   readonly properties: ReadonlyMap<string, readonly Property[]>;
 }
-
-const mostKeptBytes = 64 * 1024 * 1024;
 
 export function registerRevert(services: Services, controls: SourceControls): vscode.Disposable {
   let kept: Kept[] = [];
@@ -42,13 +41,13 @@ export function registerRevert(services: Services, controls: SourceControls): vs
       const copy = await copyFrom(services, controls, args);
       if (copy) await revertThese([{ copy, uris: [copy.uri] }]);
     }),
-    command('quen.undoRevert', async () => {
-      if (kept.length === 0) {
-        void vscode.window.showInformationMessage(vscode.l10n.t('There is no revert to undo.'));
-        return;
-      }
-      for (const one of kept) await undoRevert(services, one);
+    command('quen.undoRevert', async (...args: Argument[]) => {
+      const [first] = kept;
+      const copy = first?.copy ?? (await copyFrom(services, controls, args));
+      const states: readonly Kept[] =
+        kept.length > 0 ? kept : copy ? [{ copy, items: [], properties: new Map() }] : [];
       kept = [];
+      for (const state of states) await undoRevert(services, state);
     }),
   );
 }
@@ -64,13 +63,37 @@ async function revert(
     void vscode.window.showInformationMessage(vscode.l10n.t('There is nothing to revert.'));
     return undefined;
   }
-  const texts = await readAll(plan.lost);
-  if (!(await agrees(affected, plan.lost, texts !== undefined))) return undefined;
+  if (!(await agrees(affected, plan.lost))) return undefined;
   const items = affected.flatMap((path) => copy.items.get(path) ?? []);
   const properties = await readProperties(services, items);
   const work = { title: vscode.l10n.t('Reverting'), copy, isLong: false };
-  await perform(services, work, 'change/revert', { paths });
-  return texts && { copy, items, texts, properties };
+  try {
+    await perform(services, work, 'change/revert', { paths });
+  } catch (error) {
+    if (!(await agreesToKeepNothing(error))) throw error;
+    await perform(services, work, 'change/revert', { paths, notKept: true });
+  }
+  return { copy, items, properties };
+}
+
+/** Where the server refuses, because something cannot be kept: asks whether it may go for good. */
+async function agreesToKeepNothing(error: unknown): Promise<boolean> {
+  if (!(error instanceof ResponseError)) return false;
+  const { notKept } = (error.data ?? {}) as { notKept?: readonly { path: string }[] };
+  if (!notKept) return false;
+  const yes = vscode.l10n.t('Revert for Good');
+  const answer = await vscode.window.showWarningMessage(
+    vscode.l10n.t('Not everything can be kept for an undo.'),
+    {
+      modal: true,
+      detail: list(
+        '',
+        notKept.map(({ path }) => path),
+      ),
+    },
+    yes,
+  );
+  return answer === yes;
 }
 
 async function readProperties(
@@ -101,42 +124,12 @@ async function restoreProperties(
   }
 }
 
-/** The bytes of files that are there; undefined where they are too many to keep. */
-async function readAll(paths: readonly string[]): Promise<Map<string, Uint8Array> | undefined> {
-  const texts = new Map<string, Uint8Array>();
-  let total = 0;
-  for (const path of paths) {
-    const uri = vscode.Uri.file(path);
-    const size = await sizeOf(uri);
-    if (size === undefined) continue; // A directory, or already gone: it has no text to lose.
-    total += size;
-    if (total > mostKeptBytes) return undefined;
-    texts.set(path, await vscode.workspace.fs.readFile(uri));
-  }
-  return texts;
-}
-
-async function sizeOf(uri: vscode.Uri): Promise<number | undefined> {
-  try {
-    const stat = await vscode.workspace.fs.stat(uri);
-    return stat.type === vscode.FileType.File ? stat.size : undefined;
-  } catch {
-    return undefined;
-  }
-}
-
-async function agrees(
-  affected: readonly string[],
-  lost: readonly string[],
-  canUndo: boolean,
-): Promise<boolean> {
+async function agrees(affected: readonly string[], lost: readonly string[]): Promise<boolean> {
   const yes = vscode.l10n.t('Revert');
   const detail = [
     lost.length < affected.length ? list(vscode.l10n.t('Reverted:'), affected) : '',
     list(vscode.l10n.t('Changes that are lost:'), lost),
-    canUndo
-      ? vscode.l10n.t('“Undo Revert” brings them back, as long as this window is open.')
-      : vscode.l10n.t('They are too big to be kept: this cannot be undone.'),
+    vscode.l10n.t('“Undo Revert” brings them back.'),
   ];
   const answer = await vscode.window.showWarningMessage(
     affected.length === 1 && affected[0] !== undefined
@@ -158,19 +151,36 @@ async function offerUndo(kept: readonly Kept[]): Promise<void> {
   if (answer === undo) await vscode.commands.executeCommand('quen.undoRevert');
 }
 
-async function undoRevert(
-  services: Services,
-  { copy, items, texts, properties }: Kept,
-): Promise<void> {
+async function undoRevert(services: Services, { copy, items, properties }: Kept): Promise<void> {
   const pathsWith = (status: Item['status']) =>
     items.filter((item) => item.status === status).map((item) => item.path);
-  for (const [path, bytes] of texts)
-    await vscode.workspace.fs.writeFile(vscode.Uri.file(path), bytes);
   const work = { title: vscode.l10n.t('Undoing the revert'), copy, isLong: false };
+  const undone = await perform(services, work, 'change/undo', { workingCopy: copy.path });
   const added = pathsWith('added');
   if (added.length > 0) await perform(services, work, 'change/add', { paths: added });
   const deleted = pathsWith('deleted');
   if (deleted.length > 0) await perform(services, work, 'change/remove', { paths: deleted });
   for (const [path, wanted] of properties) await restoreProperties(services, path, wanted);
-  await services.server.notify('workingCopy/didChange', { paths: [...texts.keys()] });
+  tellUndone(undone, items.length > 0);
+}
+
+/** What came back only in part, or not at all. */
+function tellUndone({ step, items, notRestored, notes }: UndoResult, knowsMore: boolean): void {
+  if (step === null && !knowsMore) {
+    void vscode.window.showInformationMessage(vscode.l10n.t('There is nothing to undo.'));
+  } else if (notRestored.length > 0) {
+    const lines = notRestored.map(({ path, reason, beside }) =>
+      beside === null ? `${path}: ${reason}` : `${path}: ${reason} (${beside})`,
+    );
+    void vscode.window.showWarningMessage(
+      vscode.l10n.t('Not everything could be put back: {0}', lines.join('; ')),
+    );
+  } else if (!knowsMore && notes.length > 0) {
+    void vscode.window.showWarningMessage(
+      vscode.l10n.t('The texts are back. Properties are not: {0}', notes.join('; ')),
+    );
+  } else {
+    const done = vscode.l10n.t('Put back: {0}', items.length);
+    vscode.window.setStatusBarMessage(`$(check) ${done}`, 10_000);
+  }
 }

@@ -102,13 +102,10 @@ export class WorkingCopies implements vscode.Disposable {
   }
 
   /** Asks the repository what is newer there. */
-  async refreshIncoming(copy: WorkingCopy, token?: vscode.CancellationToken): Promise<void> {
+  async refreshIncoming(copy: WorkingCopy, background = false): Promise<void> {
     try {
-      const answer = await this.server.request(
-        'workingCopy/incoming',
-        { workingCopy: copy.path },
-        { token },
-      );
+      const params = { workingCopy: copy.path, background };
+      const answer = await this.server.request('workingCopy/incoming', params);
       copy.incoming = withoutContainers(succeeded(answer).items);
       copy.needsSignIn = false;
     } catch (error) {

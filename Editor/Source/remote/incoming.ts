@@ -10,7 +10,7 @@ export function registerIncoming(services: Services): vscode.Disposable {
   const ask = () => {
     if (!vscode.window.state.focused) return; // Nobody looks; the next turn asks again.
     for (const copy of services.copies.all) {
-      if (!copy.needsSignIn) services.copies.refreshIncoming(copy).catch(reportQuietly);
+      if (!copy.needsSignIn) services.copies.refreshIncoming(copy, true).catch(reportQuietly);
     }
   };
   const arrange = () => {

@@ -149,7 +149,7 @@ export async function settle(
   const updated = new Set(result.items.map(({ path }) => path));
   copy.incoming = copy.incoming.filter(({ path }) => !updated.has(path));
   await services.copies.refreshFacts(copy);
-  void services.copies.refreshIncoming(copy).catch(() => undefined); // `update` has just told of it.
+  void services.copies.refreshIncoming(copy, true).catch(() => undefined); // `update` has just told of it.
   tell(services, copy, result);
 }
 

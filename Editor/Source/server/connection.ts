@@ -50,6 +50,8 @@ export interface Ending {
 export type Asker = <Q extends Question>(
   question: Q,
   params: ServerQuestions[Q]['params'],
+  /** Cancelled where the answer is no longer wanted. */
+  token: CancellationToken,
 ) => Promise<ServerQuestions[Q]['result']>;
 
 export type Listener = <N extends keyof ServerNotifications>(
@@ -184,8 +186,8 @@ function connect(
   );
   messages.onError(() => undefined);
   for (const question of questions) {
-    messages.onRequest(question, (params: ServerQuestions[typeof question]['params']) =>
-      ask(question, params),
+    messages.onRequest(question, (params: ServerQuestions[typeof question]['params'], token: CancellationToken) =>
+      ask(question, params, token),
     );
   }
   for (const notification of notifications) {

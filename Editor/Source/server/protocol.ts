@@ -19,6 +19,7 @@ import type {
   Property,
   RepositoryEntry,
   Revision,
+  UndoResult,
   UpdateResult,
   WorkingCopyFacts,
 } from './records';
@@ -36,6 +37,8 @@ export interface InitializeResult {
 
 interface Tokens {
   readonly workDoneToken?: string;
+  /** No person asked for it: it never raises a question. */
+  readonly background?: boolean;
 }
 
 interface Call<P, R> {
@@ -111,7 +114,8 @@ export interface Requests {
   >;
   'change/add': Call<Paths, ItemsResult>;
   'change/remove': Call<Paths, ItemsResult>;
-  'change/revert': Call<Paths, ItemsResult>;
+  'change/revert': Call<Paths & { readonly notKept?: boolean }, ItemsResult>;
+  'change/undo': Call<AtRoot, UndoResult>;
   'change/resolve': Call<
     Paths & { readonly accept: 'working' | 'mine' | 'theirs' | 'base' },
     ItemsResult
@@ -182,7 +186,7 @@ export interface ServerQuestions {
   'credentials/get': {
     readonly params: {
       readonly realm: string;
-      readonly url: string;
+      readonly url: string | null;
       readonly user: string | null;
       readonly reason: 'first' | 'refused';
     };

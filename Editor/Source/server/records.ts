@@ -207,3 +207,18 @@ export interface Info {
   readonly revision: number | null;
   readonly conflicts: readonly ConflictSides[];
 }
+
+/** A file that could not be brought back, and where its content was put instead. */
+export interface NotRestored {
+  readonly path: string;
+  readonly reason: string;
+  readonly beside: string | null;
+}
+
+export interface UndoResult extends ItemsResult {
+  /** What was undone; null where nothing was kept. */
+  readonly step: string | null;
+  readonly notRestored: readonly NotRestored[];
+  /** What the person has to see to, such as properties. */
+  readonly notes: readonly string[];
+}

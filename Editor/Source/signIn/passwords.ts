@@ -14,36 +14,24 @@ interface Stored {
 const realmsKey = 'quen.realms';
 
 export class Passwords {
-  /** Realms whose question was dismissed: not asked again until the person acts. */
-  private readonly dismissed = new Set<string>();
-
   constructor(
     private readonly secrets: vscode.SecretStorage,
     private readonly memory: vscode.Memento,
   ) {}
 
-  async get(params: Params): Promise<Answer> {
-    if (this.dismissed.has(params.realm)) return null;
+  async get(params: Params, token?: vscode.CancellationToken): Promise<Answer> {
     const stored = params.reason === 'first' ? await this.stored(params.realm) : undefined;
     if (stored) return { ...stored, keep: 'process' };
-    const typed = await askPerson(params);
-    if (!typed) {
-      this.dismissed.add(params.realm);
-      return null;
-    }
+    const typed = await askPerson(params, token);
+    if (!typed) return null;
     const { keep, ...answer } = typed;
     if (keep) await this.store(params.realm, answer);
     else await this.forget(params.realm);
     return { ...answer, keep: 'process' };
   }
 
-  reset(): void {
-    this.dismissed.clear();
-  }
-
   async forgetAll(): Promise<void> {
     for (const realm of this.realms()) await this.forget(realm);
-    this.reset();
   }
 
   private realms(): string[] {
@@ -77,24 +65,28 @@ interface Typed extends Stored {
   readonly keep: boolean;
 }
 
-async function askPerson({ realm, user, reason }: Params): Promise<Typed | undefined> {
+async function askPerson(
+  { realm, user, reason }: Params,
+  token?: vscode.CancellationToken,
+): Promise<Typed | undefined> {
   const title =
     reason === 'refused'
       ? vscode.l10n.t('{0} refused that name or password', realm)
       : vscode.l10n.t('Sign in to {0}', realm);
-  const name = await vscode.window.showInputBox({
-    title,
-    prompt: vscode.l10n.t('Name'),
-    value: user ?? '',
-    ignoreFocusOut: true,
-  });
+  const name = await vscode.window.showInputBox(
+    { title, prompt: vscode.l10n.t('Name'), value: user ?? '', ignoreFocusOut: true },
+    token,
+  );
   if (name === undefined) return undefined;
-  const password = await vscode.window.showInputBox({
-    title,
-    prompt: vscode.l10n.t('Password of {0}', name),
-    password: true,
-    ignoreFocusOut: true,
-  });
+  const password = await vscode.window.showInputBox(
+    {
+      title,
+      prompt: vscode.l10n.t('Password of {0}', name),
+      password: true,
+      ignoreFocusOut: true,
+    },
+    token,
+  );
   if (password === undefined) return undefined;
   const keep = await askKeep();
   return keep === undefined ? undefined : { user: name, password, keep };

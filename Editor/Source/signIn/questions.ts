@@ -1,5 +1,5 @@
-// The server's questions, put to the person: one at a time, and a dismissed one is not asked again
-// until the person acts.
+// The server's questions, put to the person one at a time. How often there is one is the server's
+// matter: once for each realm, and never for work that no person asked for.
 
 import * as vscode from 'vscode';
 import type { Question, ServerQuestions } from '../server/protocol';
@@ -10,11 +10,9 @@ export interface SignIn {
   ask<Q extends Question>(
     question: Q,
     params: ServerQuestions[Q]['params'],
+    token?: vscode.CancellationToken,
   ): Promise<ServerQuestions[Q]['result']>;
-  /** The person wants to be asked again. */
-  reset(): void;
   forgetAll(): Promise<void>;
-  dispose(): void;
 }
 
 export function makeSignIn(context: vscode.ExtensionContext): SignIn {
@@ -26,35 +24,43 @@ export function makeSignIn(context: vscode.ExtensionContext): SignIn {
     last = turn.catch(() => undefined); // Told to whoever asked; the next one goes on.
     return turn;
   };
-  const answer = (question: Question, params: unknown): Promise<unknown> => {
+  const answer = (
+    question: Question,
+    params: unknown,
+    token?: vscode.CancellationToken,
+  ): Promise<unknown> => {
+    if (token?.isCancellationRequested) return Promise.resolve(null);
     switch (question) {
       case 'credentials/get':
-        return passwords.get(params as ServerQuestions['credentials/get']['params']);
+        return passwords.get(params as ServerQuestions['credentials/get']['params'], token);
       case 'certificate/confirm':
         return askTrust(params as ServerQuestions['certificate/confirm']['params']);
       case 'ssh/ask':
-        return askSsh(params as ServerQuestions['ssh/ask']['params']);
+        return askSsh(params as ServerQuestions['ssh/ask']['params'], token);
     }
   };
   return {
-    ask: <Q extends Question>(question: Q, params: ServerQuestions[Q]['params']) =>
-      inTurn(() => answer(question, params)) as Promise<ServerQuestions[Q]['result']>,
-    reset: () => {
-      passwords.reset();
-    },
+    ask: <Q extends Question>(
+      question: Q,
+      params: ServerQuestions[Q]['params'],
+      token?: vscode.CancellationToken,
+    ) => inTurn(() => answer(question, params, token)) as Promise<ServerQuestions[Q]['result']>,
     forgetAll: () => passwords.forgetAll(),
-    dispose: () => {
-      passwords.reset();
-    },
   };
 }
 
-async function askSsh(params: ServerQuestions['ssh/ask']['params']): Promise<string | null> {
-  const typed = await vscode.window.showInputBox({
-    title: 'ssh',
-    prompt: params.prompt,
-    password: params.secret,
-    ignoreFocusOut: true,
-  });
+async function askSsh(
+  params: ServerQuestions['ssh/ask']['params'],
+  token?: vscode.CancellationToken,
+): Promise<string | null> {
+  const typed = await vscode.window.showInputBox(
+    {
+      title: 'ssh',
+      prompt: params.prompt,
+      password: params.secret,
+      ignoreFocusOut: true,
+    },
+    token,
+  );
   return typed ?? null;
 }

@@ -11,9 +11,7 @@ export function registerSignIn(
   signIn: SignIn,
 ): vscode.Disposable {
   return vscode.Disposable.from(
-    signIn,
     command('quen.signIn', async (...args: Argument[]) => {
-      signIn.reset();
       const copy = await copyFrom(services, controls, args);
       // Asking the repository something is what raises the question.
       if (copy) await services.copies.refreshIncoming(copy);

@@ -2,8 +2,14 @@
 // people; those in the README are among them.
 
 import assert from 'node:assert/strict';
+import { randomUUID } from 'node:crypto';
+import { readdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
 import { after, before, test } from 'node:test';
 import type { Browser } from 'playwright-core';
+import type { Demonstration } from '../../Workbench/demonstration';
+import { PasswordServer } from '../../Workbench/passwordServer';
+import type { Sandbox } from '../../Workbench/repository';
 import { launch, type Theme } from './driver';
 import { onStage } from './stage';
 
@@ -43,6 +49,13 @@ for (const theme of ['light', 'dark'] as const satisfies readonly Theme[]) {
         return spans.some((span) => getComputedStyle(span, '::before').content.includes(words));
       }, 'not\u00a0committed');
       await editor.picture(`blame-${theme}`);
+      await page.locator('.statusbar-item', { hasText: 'trunk' }).first().waitFor();
+
+      await page.keyboard.press('Control+Shift+E');
+      const changed = page.locator('.explorer-folders-view .monaco-list-row[aria-label*="README"]');
+      await changed.first().waitFor();
+      assert.match((await changed.first().getAttribute('aria-label')) ?? '', /properties modified/);
+      await editor.picture(`explorer-${theme}`);
     });
   });
 }
@@ -121,5 +134,68 @@ test('a folder that is no working copy offers a checkout', bound, async () => {
       .first()
       .waitFor();
     await editor.picture('not-a-working-copy-light');
+  });
+});
+
+test(
+  'a password is asked for once, stays while one looks elsewhere, and is kept nowhere',
+  bound,
+  async () => {
+    let passwords: PasswordServer | undefined;
+    const folder = async (sandbox: Sandbox) => {
+      passwords = await PasswordServer.start(sandbox, 'repository', `s3cr3t-${randomUUID()}`);
+      return passwords.checkOut('protected').root;
+    };
+    await onStage(browser, { folder }, async ({ editor, sandbox }) => {
+      const { page } = editor;
+      const secret = passwords?.password ?? '';
+      const box = page.locator('.quick-input-widget .quick-input-box input');
+      await page.locator('.statusbar-item', { hasText: 'trunk' }).first().waitFor();
+      await editor.command('Subversion: Check for Incoming Changes');
+      await page.locator('.quick-input-widget', { hasText: 'Weather station' }).waitFor();
+      await editor.picture('sign-in-light');
+      await box.fill('ann');
+      await page.keyboard.press('Enter');
+      await page.locator('.quick-input-widget', { hasText: 'Password of ann' }).waitFor();
+      await page.locator('.part.editor').click();
+      await box.fill(secret);
+      await page.keyboard.press('Enter');
+      await page
+        .locator('.quick-input-list .monaco-list-row', { hasText: 'until the editor' })
+        .click();
+      await page.locator('.quick-input-widget').waitFor({ state: 'hidden' });
+      await editor.command('Subversion: Update');
+      await page
+        .locator('.statusbar-item', { hasText: /Revision \d+/ })
+        .first()
+        .waitFor();
+      assert.equal(await page.locator('.quick-input-widget').isVisible(), false);
+      assert.deepEqual(filesWith(sandbox.path('home'), secret), []);
+      assert.deepEqual(filesWith(sandbox.path('editor'), secret), []);
+    }).finally(() => passwords?.stop());
+  },
+);
+
+function filesWith(directory: string, text: string): string[] {
+  return readdirSync(directory, { recursive: true, withFileTypes: true })
+    .filter((entry) => entry.isFile())
+    .map((entry) => join(entry.parentPath, entry.name))
+    .filter((path) => readFileSync(path).includes(text));
+}
+
+test('several folders are several source controls', bound, async () => {
+  const folder = (sandbox: Sandbox, { copy, other }: Demonstration) => {
+    const path = sandbox.path('both.code-workspace');
+    const folders = [copy, other].map(({ root }) => ({ path: root }));
+    writeFileSync(path, JSON.stringify({ folders }));
+    return path;
+  };
+  await onStage(browser, { folder }, async ({ editor, other }) => {
+    await editor.waitForBadge(7);
+    other.write({ 'README.md': 'theirs\n' });
+    await editor.waitForBadge(8);
+    await editor.showSourceControl();
+    for (const name of ['weather-station', 'colleague']) await editor.row(name).waitFor();
+    await editor.picture('several-light');
   });
 });

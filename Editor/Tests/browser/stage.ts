@@ -19,7 +19,7 @@ export interface StageOptions {
   readonly settings?: Readonly<Record<string, unknown>>;
   readonly environment?: NodeJS.ProcessEnv;
   /** The folder to open; without it, the demonstration's working copy. */
-  readonly folder?: (sandbox: Sandbox, demonstration: Demonstration) => string;
+  readonly folder?: (sandbox: Sandbox, demonstration: Demonstration) => string | Promise<string>;
 }
 
 export const pictures = resolve(process.env.QUEN_EDITOR_PICTURES ?? 'out/pictures');
@@ -32,8 +32,9 @@ export async function onStage(
 ): Promise<void> {
   const sandbox = new Sandbox();
   const demonstration = makeDemonstration(sandbox);
-  const folder = options.folder?.(sandbox, demonstration) ?? demonstration.copy.root;
+  const folder = (await options.folder?.(sandbox, demonstration)) ?? demonstration.copy.root;
   mkdirSync(sandbox.path('editor'));
+  mkdirSync(sandbox.path('home'));
   const workbench = await startWorkbench({
     node: process.execPath,
     modules: process.env.QUEN_EDITOR_MODULES ?? '',
@@ -43,7 +44,8 @@ export async function onStage(
       'workbench.colorTheme': themes[options.theme ?? 'light'],
       ...options.settings,
     },
-    environment: { ...process.env, ...options.environment },
+    // Whoever runs the tests has a client of their own: nothing is kept there.
+    environment: { ...process.env, HOME: sandbox.path('home'), ...options.environment },
   });
   try {
     const editor = await Editor.open(browser, folderAddress(workbench, folder), pictures);

@@ -46,13 +46,15 @@ export const bringingInTests: readonly HostTest[] = [
     'an update to a revision goes back, and forth again',
     async () => {
       const copy = await workingCopy();
+      const wanted = copy.facts.revision;
       svn('propset', '--quiet', 'p', 'v', 'in1.txt');
       svn('commit', '--quiet', '-m', 'A property', 'in1.txt');
-      await answering({ showQuickPick: [row('Another revision')], showInputBox: ['7'] }, () =>
-        run('quen.updateToRevision', folder()),
+      await answering(
+        { showQuickPick: [row('Another revision')], showInputBox: [String(wanted)] },
+        () => run('quen.updateToRevision', folder()),
       );
       const gone = copy.facts.revision;
-      assert.equal(gone, 7);
+      assert.equal(gone, wanted);
       await run('quen.update', folder());
       assert.notEqual(copy.facts.revision, gone);
     },

@@ -105,8 +105,6 @@ export const upkeepTests: readonly HostTest[] = [
       assert.match(external.facts.url, /\/imported$/);
       await text(file('shared/new.txt'), 'changed\n');
       await until(() => external.items.get(file('shared/new.txt').path));
-      const copy = await workingCopy();
-      await until(() => !copy.items.has(file('shared/new.txt').path));
       svn('revert', '--quiet', '.');
       svn('cleanup', '--quiet', '--include-externals');
       await services.copies.close(external);
@@ -148,6 +146,7 @@ export const upkeepTests: readonly HostTest[] = [
       const { services } = await extension();
       const { facts } = await workingCopy();
       svn('checkout', '--quiet', `${facts.repositoryRoot}/imported`, 'nested');
+      await run('quen.refresh', folder());
       const nested = await until(() => services.copies.get(file('nested').path));
       assert.equal(services.copies.of(file('nested/new.txt')), nested);
       assert.equal(services.copies.of(file('README.md')), await workingCopy());
