@@ -52,9 +52,11 @@ for (const theme of ['light', 'dark'] as const satisfies readonly Theme[]) {
       await page.locator('.statusbar-item', { hasText: 'trunk' }).first().waitFor();
 
       await page.keyboard.press('Control+Shift+E');
-      const changed = page.locator('.explorer-folders-view .monaco-list-row[aria-label*="README"]');
-      await changed.first().waitFor();
-      assert.match((await changed.first().getAttribute('aria-label')) ?? '', /properties modified/);
+      await page.waitForFunction(() => {
+        const row = '.explorer-folders-view .monaco-list-row[aria-label*="README"]';
+        const parts = [...document.querySelectorAll(`${row}, ${row} *`)];
+        return parts.some((part) => getComputedStyle(part, '::after').content === '"P"');
+      });
       await editor.picture(`explorer-${theme}`);
     });
   });
