@@ -112,7 +112,7 @@ export class SourceControls implements vscode.Disposable {
 }
 
 function placeholder(copy: WorkingCopy): string {
-  return vscode.l10n.t('Message ({0} commits to {1})', '{0}', branchName(copy.facts.branch, copy));
+  return vscode.l10n.t('Message for {1} ({0})', '{0}', branchName(copy.facts.branch, copy));
 }
 
 function statusBarCommands(copy: WorkingCopy, control: vscode.SourceControl): vscode.Command[] {
