@@ -175,11 +175,26 @@ TEST_F(HostileTextTest, NothingOfItReachesATerminal) {
                                       {"diff", missing},
                                       {"log", "-r", missing},
                                       {missing},
-                                      {"request", missing}};
+                                      {"request", missing},
+                                      {"status", missing},
+                                      {"status", "-u"},
+                                      {"branch", "delete", "--yes", missing, "-m", "M"},
+                                      {"commit", "-m", "M"}};
     for (const Words& words : commands) {
         SCOPED_TRACE(testing::PrintToString(words));
         const Ran ran = sandbox_.quen(words);
         EXPECT_TRUE(isHarmless(ran.out)) << testing::PrintToString(ran.out);
+        EXPECT_TRUE(isHarmless(ran.err)) << testing::PrintToString(ran.err);
+    }
+}
+
+/// A settings file comes with the working copy.
+TEST_F(HostileTextTest, NorOfASettingsFile) {
+    sandbox_.write(".quen", std::string(hostile) + " = x\n");
+    for (const Words& words : {Words{"status"}, Words{"branch"}, Words{"commit", "-m", "M"}}) {
+        const Ran ran = sandbox_.quen(words);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_THAT(ran.err, HasSubstr("is not a setting"));
         EXPECT_TRUE(isHarmless(ran.err)) << testing::PrintToString(ran.err);
     }
 }
