@@ -3,14 +3,15 @@
 #include "Foundation/PathComponents.h"
 #include "Foundation/PegPath.h"
 #include "Foundation/PercentCoding.h"
-#include "Host/Facts/InfoFacts.h"
 #include "Host/Keeping/FileWriter.h"
 #include "Host/Keeping/FreeName.h"
+#include "Host/Keeping/ItemInfo.h"
 #include "Host/Places/Locations.h"
 
 #include <algorithm>
-#include <map>
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace quen {
@@ -23,11 +24,6 @@ bool holdsSettled(const ConflictFacts& conflict) noexcept {
            conflict.unspecified == settled;
 }
 
-std::string absolutePath(const String& path, const String& directory) {
-    const bool isAbsolute = path.view().starts_with('/');
-    return isAbsolute ? path.str() : appendingPathComponent(directory.view(), path.view()).str();
-}
-
 /// Where the content of a settled file comes from.
 struct Incoming {
     /// As the client takes it, closed.
@@ -37,52 +33,61 @@ struct Incoming {
     std::optional<std::int64_t> number;
 };
 
-/// The answer for one item, with its file written.
-KeptTheirs kept(const ConflictFacts& conflict, const std::string& path, const Incoming& incoming,
-                const QueryRunner& run) {
-    KeptTheirs result{conflict, incoming.number, {}, {}};
-    if (conflict.text != ConflictState::settled) {
-        return result;
+std::string suffixOf(const char* what, const Incoming& incoming) {
+    std::string suffix = what;
+    if (incoming.number) {
+        suffix += ".r" + std::to_string(*incoming.number);
     }
+    return suffix;
+}
+
+Placement placeBeside(const std::string& path, const std::string& suffix, std::string_view bytes) {
+    return atFreeName(path, suffix, [&](const String& beside) {
+        return writeFile(beside, bytes, FileWriter::Options());
+    });
+}
+
+Placement keepText(const std::string& path, const Incoming& incoming, const QueryRunner& run) {
     const auto query =
         ClientQuery::make({"cat", "-r", String(incoming.revision), String(incoming.location)});
     run(*query);
-    result.error = query->error();
-    if (result.error) {
-        return result;
-    }
-    const std::string name =
-        incoming.number ? ".theirs.r" + std::to_string(*incoming.number) : ".theirs";
-    const Placement placement = atFreeName(path, name, [&](const String& beside) {
-        return writeFile(beside, query->output()->bytes(), FileWriter::Options());
-    });
-    result.theirs = placement.path;
-    result.error = placement.error;
-    return result;
+    return query->error()
+               ? Placement{{}, query->error()}
+               : placeBeside(path, suffixOf(".theirs", incoming), query->output()->bytes());
 }
 
-/// The revision that each path rests on; paths that the client cannot tell of are missing.
-std::map<std::string, std::int64_t> baseRevisions(const std::vector<std::string>& paths,
-                                                  const QueryRunner& run) {
-    constexpr std::size_t atOnce = 500; // keeps the argument list within the system's limits
-    std::map<std::string, std::int64_t> revisions;
-    for (std::size_t first = 0; first < paths.size(); first += atOnce) {
-        StringArray arguments{"info", "--xml"};
-        for (std::size_t i = first; i < std::min(paths.size(), first + atOnce); ++i) {
-            arguments.emplace_back(closedClientPath(paths[i]));
-        }
-        const auto query = ClientQuery::make(std::move(arguments));
-        run(*query);
-        InfoFactsReader reader;
-        reader.take(query->output()->bytes());
-        reader.finish(); // an item that is gone ends the report early; the others count
-        for (const InfoEntry& entry : reader.facts().entries) {
-            if (entry.revision) {
-                revisions[entry.path.str()] = *entry.revision;
-            }
-        }
+Placement keepProperties(const std::string& path, const Incoming& incoming,
+                         const QueryRunner& run) {
+    const auto query = ClientQuery::make(
+        {"proplist", "-v", "-r", String(incoming.revision), String(incoming.location)});
+    run(*query);
+    if (query->error()) {
+        return {{}, query->error()};
     }
-    return revisions;
+    // A directory's own name has no place beside it that is surely within the working copy.
+    std::error_code ignored;
+    const bool isDirectory = std::filesystem::is_directory(path, ignored);
+    const std::string_view text = query->output()->bytes();
+    return placeBeside(isDirectory ? path + "/dir" : path,
+                       suffixOf(".theirs-properties", incoming),
+                       text.empty() ? "No properties.\n" : text);
+}
+
+/// The answer for one item, with its files written.
+KeptTheirs kept(const ConflictFacts& conflict, const std::string& path, const Incoming& incoming,
+                const QueryRunner& run) {
+    KeptTheirs result{conflict, incoming.number, {}, {}, {}};
+    if (conflict.text == ConflictState::settled) {
+        const Placement text = keepText(path, incoming, run);
+        result.theirs = text.path;
+        result.error = text.error;
+    }
+    if (conflict.properties == ConflictState::settled) {
+        const Placement properties = keepProperties(path, incoming, run);
+        result.theirsProperties = properties.path;
+        result.error = result.error ? result.error : properties.error;
+    }
+    return result;
 }
 
 /// As a part of a URL: what the client itself leaves as it is, and everything else encoded.
@@ -112,6 +117,17 @@ std::optional<std::int64_t> lastMergedRevision(const ChangeFacts& facts) {
     return range.isReverse ? *range.last - 1 : *range.last;
 }
 
+/// The URL that the client takes `^/NAME` for beside the merge's target; the text itself where the
+/// client cannot tell.
+std::string wholeURL(const String& source, const std::string& target, const QueryRunner& run) {
+    if (!source.hasPrefix("^/")) {
+        return source.str();
+    }
+    const auto known = askItemInfo({target}, run);
+    return known.empty() ? source.str()
+                         : known.begin()->second.repositoryRoot.str() + source.str().substr(1);
+}
+
 } // namespace
 
 std::vector<KeptTheirs> keepTheirsOfUpdate(const ChangeFacts& facts, const String& directory,
@@ -119,19 +135,20 @@ std::vector<KeptTheirs> keepTheirsOfUpdate(const ChangeFacts& facts, const Strin
     std::vector<std::string> paths;
     for (const ConflictFacts& conflict : facts.conflicts) {
         if (holdsSettled(conflict)) {
-            paths.push_back(absolutePath(conflict.path, directory));
+            paths.push_back(absoluteClientPath(conflict.path, directory));
         }
     }
-    const auto revisions = baseRevisions(paths, run);
+    const auto known = askItemInfo(paths, run);
     std::vector<KeptTheirs> answers;
     for (const ConflictFacts& conflict : facts.conflicts) {
         if (!holdsSettled(conflict)) {
             continue;
         }
-        const std::string path = absolutePath(conflict.path, directory);
-        const auto known = revisions.find(path);
-        const auto number =
-            known == revisions.end() ? facts.revision : std::optional(known->second);
+        const std::string path = absoluteClientPath(conflict.path, directory);
+        const auto entry = known.find(path);
+        const auto number = entry != known.end() && entry->second.revision
+                                ? entry->second.revision
+                                : facts.revision;
         answers.push_back(
             kept(conflict, path, Incoming{closedClientPath(path).str(), "BASE", number}, run));
     }
@@ -144,16 +161,21 @@ std::vector<KeptTheirs> keepTheirsOfMerge(const ChangeFacts& facts, const String
     const std::string revision = number ? std::to_string(*number) : "HEAD";
     const std::string target = facts.merges.empty() ? "." : facts.merges.back().into.str();
     std::vector<KeptTheirs> answers;
+    if (!facts.holdsSettled()) {
+        return answers;
+    }
+    const std::string root = wholeURL(source, absoluteClientPath(String(target), directory), run);
     for (const ConflictFacts& conflict : facts.conflicts) {
         if (!holdsSettled(conflict)) {
             continue;
         }
         const std::string_view below = belowTarget(conflict.path.view(), target);
-        std::string url = source.str();
+        std::string url = root;
         url += below.empty() ? "" : "/" + urlEncoded(below);
         // The peg is the revision too: the source may have gone since.
         const Incoming incoming{withPeg(url, revision).str(), revision, number};
-        answers.push_back(kept(conflict, absolutePath(conflict.path, directory), incoming, run));
+        answers.push_back(
+            kept(conflict, absoluteClientPath(conflict.path, directory), incoming, run));
     }
     return answers;
 }

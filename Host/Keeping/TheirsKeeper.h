@@ -18,6 +18,9 @@ struct KeptTheirs {
     /// The file beside that holds what came in, absolute; nil where there is none: nothing but
     /// properties or a tree was settled, or `error` says why.
     String theirs;
+    /// Likewise the file with all properties that came in, as the client lists them
+    /// (`svn proplist -v`); nil where no property was settled.
+    String theirsProperties;
     Error error;
 };
 
@@ -30,12 +33,13 @@ struct KeptTheirs {
 /// `directory` is the one that relative paths of the facts are relative to: the client's working
 /// directory. One answer for each item with something settled, in the order of the facts.
 ///
-/// It runs the client: once for all revisions, and once for each file.
+/// It runs the client: once for all revisions, and once for each file that is written.
 std::vector<KeptTheirs> keepTheirsOfUpdate(const ChangeFacts& facts, const String& directory,
                                            const QueryRunner& run = runHere);
 
-/// Likewise after a merge of `source`, the URL that was merged, without a revision at its end. What
-/// came in is the source's file in the last revision that was merged.
+/// Likewise after a merge of `source`: the URL that was merged, or `^/NAME` as the client takes it,
+/// without a revision at its end and not closed. What came in is the source's file in the last
+/// revision that was merged.
 std::vector<KeptTheirs> keepTheirsOfMerge(const ChangeFacts& facts, const String& directory,
                                           const String& source, const QueryRunner& run = runHere);
 

@@ -143,6 +143,32 @@ String realPath(const String& path) {
     return error ? path : String(real.string());
 }
 
+/// The steps after one of the same working copy, that have not been undone.
+std::vector<UndoManifest> laterSteps(const UndoDirectory& directory, const String& id,
+                                     const String& workingCopy) {
+    const std::vector<String> ids = directory.ids();
+    std::vector<UndoManifest> later;
+    for (auto each = std::find(ids.begin(), ids.end(), id); each != ids.end(); ++each) {
+        auto manifest = *each == id ? std::nullopt : directory.manifest(*each);
+        if (manifest && manifest->workingCopy == workingCopy) {
+            later.push_back(std::move(*manifest));
+        }
+    }
+    return later;
+}
+
+/// What a later step left in the item's place is no newer work: that step has kept what it met.
+void acceptLaterResults(ManifestItem& item, const std::vector<UndoManifest>& later) {
+    const PlaceState now = PlaceState::at(item.item.path.str());
+    for (const UndoManifest& step : later) {
+        for (const ManifestItem& each : step.items) {
+            if (each.item.path == item.item.path && each.left == now) {
+                item.left = now;
+            }
+        }
+    }
+}
+
 } // namespace
 
 String UndoStore::defaultDirectory() {
@@ -176,7 +202,7 @@ UndoStore::Kept UndoStore::keep(const String& workingCopy, const String& step,
     }
     result.refused = std::move(gathering.refused);
     UndoManifest& manifest = gathering.manifest;
-    if (manifest.items.empty()) {
+    if (manifest.items.empty() && notes.empty()) {
         std::error_code ignored;
         fs::remove_all(unfinished, ignored);
         return result;
@@ -231,23 +257,35 @@ std::vector<UndoEntry> UndoStore::entries(const String& workingCopy) const {
     return found;
 }
 
-UndoStore::Restored UndoStore::restoreLast(const String& workingCopy) {
-    Restored result;
-    const std::vector<UndoEntry> known = entries(workingCopy);
-    if (known.empty()) {
-        return result;
-    }
+void UndoStore::forget(const String& id) {
     const UndoDirectory directory(directory_);
-    const auto manifest = directory.error() ? std::nullopt : directory.manifest(known.front().id);
-    if (!manifest) {
-        // Another process was quicker.
-        result.error = directory.error();
+    if (!directory.error() && !id.isNil()) {
+        directory.remove(id);
+    }
+}
+
+UndoStore::Restored UndoStore::restoreLast(const String& workingCopy) {
+    const std::vector<UndoEntry> known = entries(workingCopy);
+    return known.empty() ? Restored() : restore(workingCopy, known.front().id);
+}
+
+UndoStore::Restored UndoStore::restore(const String& workingCopy, const String& id) {
+    Restored result;
+    const UndoDirectory directory(directory_);
+    const auto manifest = directory.error() ? std::nullopt : directory.manifest(id);
+    if (!manifest || manifest->workingCopy != realPath(workingCopy)) {
+        // Perhaps another process was quicker.
+        result.error = directory.error()
+                           ? directory.error()
+                           : fileError(ENOENT, directory.pathOf(id), "could not be read");
         return result;
     }
-    result.entry = known.front();
+    result.entry = manifest->entry(id);
     bool isAllSomewhere = true;
+    const std::vector<UndoManifest> later = laterSteps(directory, id, manifest->workingCopy);
     for (std::size_t i = 0; i < manifest->items.size(); ++i) {
-        const ManifestItem& each = manifest->items[i];
+        ManifestItem each = manifest->items[i];
+        acceptLaterResults(each, later);
         const UndoPlace place(manifest->workingCopy.str(), each);
         const PlacedItem placed = place.put(directory.contentOf(result.entry.id, i));
         if (placed.isInPlace) {

@@ -85,14 +85,17 @@ public:
         Error error;
     };
     /// Keeps what lies at each of `paths` (absolute, below the working copy): a directory with all
-    /// that is in it. Paths at which there is nothing are passed over; where nothing is left, no
-    /// entry is made and its `id` is nil.
+    /// that is in it. Paths at which there is nothing are passed over; where nothing is left and
+    /// there are no notes, no entry is made and its `id` is nil.
     Kept keep(const String& workingCopy, const String& step, const std::vector<String>& paths,
               std::vector<String> notes = {});
 
     /// After the step: takes down what it left at the places of the entry. What differs from that
     /// when the time for undoing comes is newer work. Without this, everything counts as newer.
     Error noteResult(const String& id);
+
+    /// Lets go of what was kept for a step that is not taken after all.
+    void forget(const String& id);
 
     /// The steps that can be undone, the last one first.
     std::vector<UndoEntry> entries(const String& workingCopy) const;
@@ -111,6 +114,10 @@ public:
     /// whatever links stand in the way by then. The entry is gone afterwards, unless something
     /// could be written nowhere.
     Restored restoreLast(const String& workingCopy);
+
+    /// Likewise any step of a working copy, by its id. What a later step left in a place counts as
+    /// nothing newer: that step has kept what was there. `ENOENT` where there is no such step.
+    Restored restore(const String& workingCopy, const String& id);
 
 private:
     const String directory_;

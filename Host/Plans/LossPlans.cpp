@@ -1,6 +1,10 @@
+#include "Host/Facts/InfoFacts.h"
+#include "Host/Facts/ListFacts.h"
+#include "Host/Places/Locations.h"
 #include "Host/Plans/PlanQueries.h"
 #include "Host/Plans/Plans.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <initializer_list>
 #include <system_error>
@@ -81,7 +85,51 @@ LostItem lossByRemoval(const StatusEntry& entry, const CopiedEdits& edits) {
     return item;
 }
 
+/// Kind and last change of each, in the order of the URLs.
+void askRemoved(const std::vector<String>& urls, RemoteRemovePlan& plan, const QueryRunner& run) {
+    StringArray arguments{"info", "--xml"};
+    for (const String& url : urls) {
+        arguments.push_back(closedClientPath(url.str()));
+    }
+    const auto query = ClientQuery::make(std::move(arguments));
+    run(*query);
+    InfoFactsReader reader;
+    reader.take(query->output()->bytes());
+    const Error broken = reader.finish();
+    plan.error = query->error() ? query->error() : broken;
+    const InfoFacts facts = reader.takeFacts();
+    plan.unreadable = facts.unreadable;
+    for (std::size_t i = 0; i < std::min(facts.entries.size(), urls.size()); ++i) {
+        plan.removed.push_back({urls[i], facts.entries[i].kind, facts.entries[i].commit, 0});
+    }
+}
+
+std::size_t askItemsBelow(const String& url, Error& error, const QueryRunner& run) {
+    const auto query = ClientQuery::make({"list", "-R", "--xml", closedClientPath(url.str())});
+    run(*query);
+    ListFactsReader reader;
+    reader.take(query->output()->bytes());
+    const Error broken = reader.finish();
+    const Error failed = query->error() ? query->error() : broken;
+    error = error ? error : failed;
+    return reader.facts().entries.size();
+}
+
 } // namespace
+
+RemoteRemovePlan planRemoteRemove(const std::vector<String>& urls, const QueryRunner& run) {
+    RemoteRemovePlan plan;
+    if (urls.empty()) {
+        return plan;
+    }
+    askRemoved(urls, plan, run);
+    for (RemovedURL& each : plan.removed) {
+        if (!plan.error && each.kind.view() == "dir") {
+            each.itemsBelow = askItemsBelow(each.url, plan.error, run);
+        }
+    }
+    return plan;
+}
 
 std::vector<String> lostContent(const std::vector<LostItem>& lost) {
     std::vector<String> paths;

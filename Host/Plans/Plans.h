@@ -61,6 +61,27 @@ struct RemovePlan {
 /// For the provider's removal of paths, which is forced.
 RemovePlan planRemove(const std::vector<String>& paths, const QueryRunner& run = runHere);
 
+/// An item of the repository that is to be removed there.
+struct RemovedURL {
+    /// As it was given.
+    String url;
+    /// `file` or `dir`.
+    String kind;
+    /// Where it last changed.
+    CommitFacts commit;
+    /// How many items lie in a directory, at any depth.
+    std::size_t itemsBelow = 0;
+};
+
+struct RemoteRemovePlan {
+    std::vector<RemovedURL> removed;
+    std::vector<UnreadableText> unreadable;
+    Error error;
+};
+/// For the removal of URLs, which is a commit at once: nothing is lost, since the revisions before
+/// hold it, and all that lies below is gone for everybody else. Asks the repository.
+RemoteRemovePlan planRemoteRemove(const std::vector<String>& urls, const QueryRunner& run = runHere);
+
 /// Paths of one working copy: a commit of its own.
 struct CommitGroup {
     String workingCopy;
@@ -102,8 +123,22 @@ struct UpdatePlan {
     std::vector<UnreadableText> unreadable;
     Error error;
 };
-/// Asks the repository.
-UpdatePlan planUpdate(const std::vector<String>& paths, const QueryRunner& run = runHere);
+/// Asks the repository. `revision` is that of the client's `-r`, empty for the youngest.
+UpdatePlan planUpdate(const std::vector<String>& paths, const String& revision = {},
+                      const QueryRunner& run = runHere);
+
+/// What a working copy holds that is in no revision.
+struct LocalState {
+    /// Changed and not committed.
+    std::vector<StatusEntry> changes;
+    /// Unversioned and ignored; a directory stands for all that is in it.
+    std::vector<StatusEntry> unversioned;
+    std::vector<UnreadableText> unreadable;
+    Error error;
+};
+/// Without externals. One run that does not ask the repository: enough where a step would meet
+/// nothing here.
+LocalState localStateOf(const std::vector<String>& paths, const QueryRunner& run = runHere);
 
 struct MergePlan {
     /// What the merge would say, as far as it can be told beforehand: `conflicts` are where both

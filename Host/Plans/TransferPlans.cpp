@@ -76,9 +76,29 @@ String restingPlace(const String& path, Error& error, const QueryRunner& run) {
 
 } // namespace
 
-UpdatePlan planUpdate(const std::vector<String>& paths, const QueryRunner& run) {
+LocalState localStateOf(const std::vector<String>& paths, const QueryRunner& run) {
+    LocalState state;
+    StatusAnswer answer = askStatus(paths, {"--no-ignore", "--ignore-externals"}, run);
+    state.error = answer.error;
+    state.unreadable = std::move(answer.facts.unreadable);
+    for (const StatusEntry& entry : answer.facts.entries) {
+        if (isNew(entry)) {
+            state.unversioned.push_back(entry);
+        } else if (isLocallyChanged(entry) && !entry.isFileExternal) {
+            state.changes.push_back(entry);
+        }
+    }
+    return state;
+}
+
+UpdatePlan planUpdate(const std::vector<String>& paths, const String& revision,
+                      const QueryRunner& run) {
     UpdatePlan plan;
-    StatusAnswer answer = askStatus(paths, {"-u", "--no-ignore"}, run);
+    StringArray options{"-u", "--no-ignore"};
+    if (!revision.isEmpty()) {
+        options.insert(options.end(), {"-r", revision});
+    }
+    StatusAnswer answer = askStatus(paths, options, run);
     plan.error = answer.error;
     plan.unreadable = std::move(answer.facts.unreadable);
     plan.revision = answer.facts.against;

@@ -212,7 +212,7 @@ TEST_F(BrowsingTest, ExportWritesAFileToAnotherPlace) {
                 {{"export", "hello.c", "../out/now.c"},
                  "",
                  1,
-                 "quen export: \"../out/now.c\" is there already. --force overwrites it.\n"},
+                 "quen export: \"../out/now.c\" already exists; use --force to overwrite it.\n"},
                 {{"export", "--force", "-r", "BASE", "hello.c", "../out/now.c"},
                  "Exported to ../out/now.c\n"},
                 {{"export", "hello.c", "../no/where"},

@@ -103,8 +103,9 @@ TEST_F(LocalEditCommandsTest, RemoveInTheRepositoryIsACommit) {
     commitFiles({"a@1.c", "b.c"});
 
     expectEach(sandbox_,
-               {{{"remove", sandbox_.url("trunk/a@1.c"), "-m", "No a"}, "Committed revision 3.\n"},
-                {{"remove", sandbox_.url("trunk/b.c")},
+               {{{"remove", "--yes", sandbox_.url("trunk/a@1.c"), "-m", "No a"},
+                 "Committed revision 3.\n"},
+                {{"remove", "--yes", sandbox_.url("trunk/b.c")},
                  "",
                  1,
                  "quen remove: There is no message. Give one with -m or -F, or name your "
@@ -343,8 +344,10 @@ TEST_F(BranchCommandsTest, SwitchAndMergeTakeABranchByName) {
     sandbox_.svn({"add", "-q", "b.c"});
     sandbox_.commit("Work");
     expectEach(sandbox_, {{{"switch", "trunk"}, "Switched to trunk (2 items).\n"},
-                          {{"merge", "a b@1"}, "Merged 2 items from a b@1.\n"},
-                          {{"merge", "a b@1"}, "Nothing to merge from a b@1.\n"}});
+                          {{"merge", "a b@1"},
+                           "Merged 2 items from a b@1.\n"
+                           "To undo the merge before you commit it: `quen revert .`.\n"},
+                          {{"merge", "--yes", "a b@1"}, "Nothing to merge from a b@1.\n"}});
     EXPECT_EQ(sandbox_.svn({"status"}), " M      .\nM       a.c\nA  +    b.c\n");
 }
 
@@ -358,7 +361,9 @@ TEST_F(BranchCommandsTest, MergeTakesARange) {
     sandbox_.svn({"switch", "-q", "^/branches/b"});
 
     expectEach(sandbox_,
-               {{{"merge", "^/trunk", "-r", "4:5"}, "Merged 1 item from ^/trunk.\n"},
+               {{{"merge", "^/trunk", "-r", "4:5"},
+                 "Merged 1 item from ^/trunk.\n"
+                 "To undo the merge before you commit it: `quen revert .`.\n"},
                 {{"merge", "trunk", "-r", "4"},
                  "",
                  2,
@@ -435,7 +440,7 @@ TEST_F(TransferCommandsTest, ImportTakesAFile) {
 
 TEST_F(TransferCommandsTest, UpdateGoesToARevision) {
     commitFiles({"a.c", "b.c"});
-    expectEach(sandbox_, {{{"update"}, "Nothing to update: at revision 2.\n"},
+    expectEach(sandbox_, {{{"update"}, "Already up to date at revision 2.\n"},
                           {{"update", "-r", "1"}, "Updated to revision 1 (2 items).\n"},
                           {{"update"}, "Updated to revision 2 (2 items).\n"},
                           {{"update", "--json", "-r", "1", "a.c"}, "null\n"},
@@ -451,8 +456,12 @@ TEST_F(TransferCommandsTest, UpdateKeepsTheFileWhereBothSidesHaveChangedIt) {
     sandbox_.write("a.c", "mine\n");
 
     expectEach(sandbox_, {{{"update"},
-                           "Updated to revision 3 (2 items).\n"
-                           "Text conflicts: 0 remaining (and 1 already resolved)\n"}});
+                           "Updated to revision 3 (1 item).\n",
+                           3,
+                           "quen update: 1 conflict was decided for your version:\n"
+                           "  a.c  theirs: a.c.theirs.r3\n"
+                           "quen update: Compare both versions, take over what is missing from "
+                           "yours, and delete the file with theirs.\n"}});
 
     EXPECT_EQ(sandbox_.read("a.c"), "mine\n");
 }

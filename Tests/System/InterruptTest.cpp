@@ -91,6 +91,41 @@ TEST_F(InterruptTest, SaysNothingOfLocksWhereNoneIsLeft) {
     EXPECT_TRUE(server_.waitForEndOfAll());
 }
 
+TEST_F(InterruptTest, TellsHowToCleanUpAWorkingCopy) {
+    checkOutFromServer();
+    sandbox_.write("a.c", "one\n");
+    server_.stick();
+    {
+        // Killed at the end of the block, with the working copy locked.
+        const Terminal client(
+            sandbox_.invocation({"svn", "--non-interactive", "update"}, sandbox_.workingCopy()));
+        ASSERT_TRUE(server_.waitForClient());
+    }
+    EXPECT_EQ(sandbox_.neutral(sandbox_.quen({"add", "a.c"}).err).substr(0, 9), "quen add:");
+
+    // An interrupted command looks whether there is a lock.
+    sandbox_.write(sandbox_.root() / "bin/svn", "#!/bin/sh\n"
+                                                "[ $1 = update ] || exec /usr/bin/svn \"$@\"\n"
+                                                "echo \"Updating '.':\"\n"
+                                                "while :; do sleep 1; done\n");
+    std::filesystem::permissions(sandbox_.root() / "bin/svn", std::filesystem::perms::owner_all);
+    Terminal update(sandbox_.invocation(
+        {Sandbox::program(), "update"}, sandbox_.workingCopy(),
+        {"PATH=" + (sandbox_.root() / "bin").string() + ":/usr/bin:/bin"}));
+    ASSERT_TRUE(update.waitFor("0 items  0:0")) << update.shown();
+    update.type("\x03");
+    EXPECT_EQ(update.waitForEnd(), 130);
+    EXPECT_THAT(sandbox_.neutral(update.shown()),
+                HasSubstr("quen update: The working copy is locked; run: quen cleanup\r\n"));
+
+    const Ran cleaned = sandbox_.quen({"cleanup"});
+    EXPECT_EQ(sandbox_.neutral(cleaned.out), "Cleaned up SANDBOX/wc.\n");
+    EXPECT_EQ(cleaned.status, 0);
+    EXPECT_EQ(sandbox_.quen({"add", "a.c"}).status, 0);
+    EXPECT_EQ(sandbox_.quen({"cleanup", ".."}).status, 1);
+    EXPECT_EQ(sandbox_.quen({"cleanup", "--json"}).out, "null\n");
+}
+
 TEST_F(InterruptTest, AQueryIsInterruptedToo) {
     server_.stick();
     Going log(sandbox_, {"log", server_.url("trunk")});
@@ -145,15 +180,18 @@ INSTANTIATE_TEST_SUITE_P(
                     Sandbox::Words{"branch", "delete", "new", "--yes", "-m", "M"},
                     Sandbox::Words{"branches", "SERVER/trunk"}, Sandbox::Words{"commit", "-m", "M"},
                     Sandbox::Words{"remove", "SERVER/trunk", "-m", "M"},
+                    Sandbox::Words{"update", "--preview"},
                     Sandbox::Words{"copy", "SERVER/trunk", "copy"},
                     Sandbox::Words{"mkdir", "SERVER/trunk/new", "-m", "M"},
-                    Sandbox::Words{"merge", "SERVER/branches"},
+                    Sandbox::Words{"merge", "--yes", "SERVER/branches"},
+                    Sandbox::Words{"merge", "--preview", "SERVER/branches"},
                     Sandbox::Words{"checkout", "SERVER/trunk", "new"},
                     Sandbox::Words{"import", "a.c", "SERVER/b.c", "-m", "M"},
-                    Sandbox::Words{"switch", "SERVER/branches"}, Sandbox::Words{"update"}),
+                    Sandbox::Words{"switch", "SERVER/branches"},
+                    Sandbox::Words{"switch", "--yes", "SERVER/branches"}, Sandbox::Words{"update"}),
     [](const auto& each) {
         const Sandbox::Words& words = each.param;
-        return words.front() + (words.front() == "branch" ? std::to_string(each.index) : "");
+        return words.front() + std::to_string(each.index);
     });
 
 TEST_F(InterruptTest, ARequestTakesItsClientAlong) {
@@ -239,8 +277,9 @@ TEST_F(QuestionTest, RevertAsksAndHeedsTheAnswer) {
           Case{"\x04", 1, "two\n"}, Case{"YES\n", 0, "one\n"}}) {
         SCOPED_TRACE(answer);
         Terminal terminal(invocation({"revert", "."}));
-        ASSERT_TRUE(terminal.waitFor("revert all the same? [y/N]")) << terminal.shown();
-        EXPECT_THAT(terminal.shown(), HasSubstr("modified  a.c\r\n"));
+        ASSERT_TRUE(terminal.waitFor("Revert 1 item? [y/N]")) << terminal.shown();
+        EXPECT_THAT(terminal.shown(), HasSubstr("quen revert: These changes will be lost:\r\n"
+                                                "  modified  a.c\r\n"));
 
         terminal.type(answer);
 
@@ -251,7 +290,7 @@ TEST_F(QuestionTest, RevertAsksAndHeedsTheAnswer) {
 
 TEST_F(QuestionTest, AnInterruptIsNotAnAnswer) {
     Terminal terminal(invocation({"revert", "."}));
-    ASSERT_TRUE(terminal.waitFor("revert all the same? [y/N]")) << terminal.shown();
+    ASSERT_TRUE(terminal.waitFor("Revert 1 item? [y/N]")) << terminal.shown();
 
     terminal.type("\x03");
 
@@ -279,8 +318,8 @@ TEST_F(QuestionTest, WhereNobodyCanBeAskedNothingIsLost) {
         std::string shown;
     };
     for (const auto& [words, shown] :
-         {Case{{"revert", "."}, "modified  a.c\n"},
-          Case{{"remove", "a.c", "new.c"}, "modified     a.c\nunversioned  new.c\n"}}) {
+         {Case{{"revert", "."}, "  modified  a.c\n"},
+          Case{{"remove", "a.c", "new.c"}, "  modified     a.c\n  unversioned  new.c\n"}}) {
         const Ran ran = sandbox_.quen(words);
         EXPECT_EQ(ran.status, 1);
         EXPECT_THAT(ran.err, HasSubstr(shown));
@@ -316,8 +355,8 @@ TEST_F(QuestionTest, NoMoreIsShownThanAScreenHolds) {
 
     const Ran ran = sandbox_.quen({"remove", "new"});
 
-    EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 22) << ran.err;
-    EXPECT_THAT(ran.err, HasSubstr("\n... and 5 more items\n"));
+    EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 23) << ran.err;
+    EXPECT_THAT(ran.err, HasSubstr("\n  ... and 5 more items\n"));
     EXPECT_EQ(ran.status, 1);
 }
 
@@ -340,8 +379,11 @@ TEST_F(QuestionTest, PropertiesAreNamed) {
                 HasSubstr("modified, properties modified  a.c\n"));
     EXPECT_EQ(sandbox_.quen({"revert", "--yes", "a.c"}).status, 0);
     const Ran ran = sandbox_.quen({"undo"});
-    EXPECT_EQ(sandbox_.neutral(ran.err),
-              "quen undo: Not brought back: changed properties of SANDBOX/wc/a.c.\n");
+    EXPECT_THAT(sandbox_.neutral(ran.err),
+                HasSubstr("quen undo: Not brought back; make these changes again where you want "
+                          "them:\n"));
+    EXPECT_THAT(ran.err, HasSubstr("\n  Added: color\n"));
+    EXPECT_THAT(ran.err, HasSubstr("\n  +red\n"));
     EXPECT_EQ(ran.status, 0);
     EXPECT_EQ(sandbox_.svn({"status"}), "M       a.c\n");
 }
@@ -368,7 +410,7 @@ TEST_F(QuestionTest, WhatIsPrintedAsJsonIsUndoneAsWell) {
 
 TEST_F(QuestionTest, RemoveAsksForWhatIsOnTheDiskAlone) {
     Terminal terminal(invocation({"remove", "a.c"}));
-    ASSERT_TRUE(terminal.waitFor("remove all the same? [y/N]")) << terminal.shown();
+    ASSERT_TRUE(terminal.waitFor("Remove 1 item? [y/N]")) << terminal.shown();
     terminal.type("y\n");
     EXPECT_EQ(terminal.waitForEnd(), 0);
     EXPECT_EQ(sandbox_.svn({"status"}), "D       a.c\n");

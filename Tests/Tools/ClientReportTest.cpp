@@ -74,8 +74,6 @@ TEST(ClientReport, CountsItemsAndKeepsWhatThereIsToSay) {
 
     EXPECT_EQ(report.items(), 4U);
     EXPECT_EQ(report.revision(), "8");
-    EXPECT_EQ(report.conflicts(), "Text conflicts: 0 remaining (and 1 resolved)\n"
-                                  "Skipped paths: 1\n");
     EXPECT_EQ(report.lastLine(), "  Skipped paths: 1");
 }
 
@@ -96,7 +94,6 @@ TEST(ClientReport, KeepsOnlyFinishedLines) {
 
     EXPECT_EQ(report.lastLine(), "Adding         a.c");
     EXPECT_EQ(report.revision(), "");
-    EXPECT_EQ(report.conflicts(), "");
 }
 
 struct RevisionCase {

@@ -70,7 +70,7 @@ int place(const Session& session, const FetchedFile& file, const Options& option
     std::error_code ignored;
     if (!options.overwrites &&
         fs::symlink_status(target, ignored).type() != fs::file_type::not_found) {
-        session.tell(shown + " is there already. --force overwrites it.");
+        session.tell(shown + " already exists; use --force to overwrite it.");
         return ExitFailure;
     }
     if (const std::error_code error = put(file.path, target, options.overwrites)) {

@@ -1,11 +1,18 @@
+#include "Foundation/ShellWord.h"
 #include "Host/Places/Locations.h"
-#include "Tools/Commands/Changes/Change.h"
+#include "Host/Plans/Plans.h"
+#include "Tools/Commands/Changes/LocalEdit.h"
+#include "Tools/Commands/Changes/Losses.h"
+#include "Tools/Commands/Changes/Transfer.h"
+#include "Tools/Commands/Changes/TransferPreview.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/BranchLocation.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/Records.h"
 
 #include <memory>
+#include <utility>
 
 namespace quen::tools {
 
@@ -15,15 +22,108 @@ struct Options {
     CommonOptions common;
     LayoutOptions layout;
     RevisionRange revisions;
+    bool isSure = false;
+    bool isPreview = false;
+    bool dropsTheirs = false;
     std::string branch;
     std::string path = ".";
 };
 
-std::string mergeSummary(const ClientReport& report, const Options& options) {
+/// A branch as the client takes it beside a revision, without the `@` that closes a name.
+std::string opened(const String& location) {
+    return location.hasSuffix("@") ? location.str().substr(0, location.length() - 1)
+                                   : location.str();
+}
+
+/// As the client's `-r` takes it; empty for all that is missing.
+String rangeOf(const RevisionRange& revisions) {
+    return revisions.isRange() ? String(revisions.start + ":" + revisions.end) : String();
+}
+
+std::vector<TransferPreview::Item> conflictItems(const ChangeFacts& facts) {
+    std::vector<TransferPreview::Item> items;
+    for (const ConflictFacts& conflict : facts.conflicts) {
+        const bool isTree = conflict.tree != ConflictState::none;
+        items.push_back({isTree                                 ? "tree conflict"
+                         : conflict.text == ConflictState::none ? "properties"
+                                                                : "text",
+                         absolutePaths({conflict.path.str()}).front()});
+    }
+    return items;
+}
+
+int previewMerge(const Session& session, const Options& options, const String& branch) {
+    const MergePlan plan = planMerge(branch, absolutePaths({options.path}).front(),
+                                     rangeOf(options.revisions), Losses::run);
+    if (plan.error) {
+        return Losses::explain(session, plan.error).status;
+    }
+    return tellPreview(session, {"Would merge from " + printable(options.branch),
+                                 itemCountOf(plan.facts),
+                                 conflictItems(plan.facts),
+                                 {},
+                                 previewItems(plan.localChanges)});
+}
+
+/// What is changed and not committed would be mixed with what is merged.
+Outcome<Losses> mixedWith(const Session& session, const Options& options) {
+    const RevertPlan plan = planRevert(absolutePaths({options.path}), Losses::run);
+    if (plan.error) {
+        return Losses::explain(session, plan.error);
+    }
+    Confirmation confirmation(
+        "These changes are not committed, and would be mixed with what is merged:",
+        "Merge into a working copy with " + counted(plan.touched.size(), "local change") + "?");
+    for (const StatusEntry& entry : plan.touched) {
+        confirmation.add(wordsForItem(entry), shownPath(entry.path.view()));
+    }
+    return Losses("merge", std::move(confirmation), plan.lost);
+}
+
+/// How to take it back, as long as it is not committed.
+std::string wayBack(const Options& options, const Losses& before) {
+    const std::string revert = "quen revert " + shellWord(options.path);
+    return before.isKept()
+               ? "To undo the merge before you commit it: `" + revert +
+                     "`, which also reverts your own changes, then `" + before.undoCommand() +
+                     " --step 2`, which brings those back as they were."
+               : "To undo the merge before you commit it: `" + revert + "`.";
+}
+
+std::string mergeSummary(const ChangeFacts& facts, const Options& options, const Losses& before) {
     const std::string branch = printable(options.branch);
-    return report.items() == 0
-               ? "Nothing to merge from " + branch + "."
-               : "Merged " + counted(report.items(), "item") + " from " + branch + ".";
+    return itemCountOf(facts) == 0 ? "Nothing to merge from " + branch + "."
+                                   : "Merged " + counted(itemCountOf(facts), "item") + " from " +
+                                         branch + ".\n" + wayBack(options, before);
+}
+
+int merge(Session& session, const Options& options, const SourceTree& source,
+          const String& branch) {
+    auto before = mixedWith(session, options);
+    if (!before) {
+        return before.status();
+    }
+    if (const int status = before->confirm(session, options.isSure); status != ExitSuccess) {
+        return status;
+    }
+    if (const int status = before->keep(session, {options.path}, options.isSure);
+        status != ExitSuccess) {
+        return status;
+    }
+    const auto request = makeRequest(RequestTypeMerge, source, {clientPath(options.path)});
+    request->setDestination(branch);
+    request->setStartingRevision(startingRevisionFor(options.revisions.start));
+    request->setEndingRevision(options.revisions.isRange() ? String(options.revisions.end)
+                                                           : String());
+    Transfer transfer{{request, options.path}, [&](const ChangeFacts& facts) {
+                          return mergeSummary(facts, options, *before);
+                      }};
+    if (!options.dropsTheirs) {
+        transfer.keepTheirs = [&](const ChangeFacts& facts) {
+            return keepTheirsOfMerge(facts, workingDirectory(), opened(branch));
+        };
+    }
+    return before->conclude(session, makeTransfer(session, transfer));
 }
 
 int runMergeCommand(Session& session, const Options& options) {
@@ -41,14 +141,8 @@ int runMergeCommand(Session& session, const Options& options) {
     if (!branch) {
         return branch.status();
     }
-    const auto request = makeRequest(RequestTypeMerge, *source, {clientPath(options.path)});
-    request->setDestination(*branch);
-    request->setStartingRevision(startingRevisionFor(revisions.start));
-    request->setEndingRevision(revisions.isRange() ? String(revisions.end) : String());
-    return makeChange(session, {request, options.path},
-                      [&](const Value& /*result*/, const ClientReport& report) {
-                          return mergeSummary(report, options);
-                      });
+    return options.isPreview ? previewMerge(session, options, *branch)
+                             : merge(session, options, *source, *branch);
 }
 
 } // namespace
@@ -60,6 +154,9 @@ void addMergeCommand(CommandLine& line) {
                       "Merge only the changes made after START, up to END (START:END)");
     command.argument("BRANCH", options->branch, "Branch name, trunk, URL or ^/PATH").required();
     command.argument("PATH", options->path, "Working copy to merge into (default: .)");
+    addPreviewOption(command, options->isPreview);
+    addTheirsOption(command, options->dropsTheirs);
+    addYesOption(command, options->isSure);
     options->layout.addTo(command);
     runInSession<Options>(command, options, runMergeCommand);
 }

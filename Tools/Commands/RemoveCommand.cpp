@@ -1,8 +1,10 @@
 #include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
+#include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
 #include <memory>
+#include <utility>
 
 namespace quen::tools {
 
@@ -12,8 +14,28 @@ Outcome<Losses> losses(const Session& session, const std::vector<String>& paths)
     return Losses::ofPlan(session, "remove", planRemove(paths, Losses::run));
 }
 
+std::string wordsFor(const RemovedURL& removed) {
+    return removed.kind.view() == "dir" ? "directory, " + counted(removed.itemsBelow, "item")
+                                        : "file";
+}
+
+/// Nothing is lost that the repository does not hold; but it goes for everybody, and at once.
+Outcome<Losses> remoteLosses(const Session& session, const std::vector<std::string>& urls) {
+    const RemoteRemovePlan plan =
+        planRemoteRemove(std::vector<String>(urls.begin(), urls.end()), Losses::run);
+    if (plan.error) {
+        return Losses::explain(session, plan.error);
+    }
+    Confirmation confirmation("This will be removed from the repository at once, for everybody:",
+                              "Remove " + counted(plan.removed.size(), "URL") + "?");
+    for (const RemovedURL& each : plan.removed) {
+        confirmation.add(wordsFor(each), printable(each.url.view()));
+    }
+    return Losses("remove", std::move(confirmation), {});
+}
+
 int runRemoveCommand(Session& session, const LocalEditOptions& options) {
-    const LocalEdit edit{RequestTypeRemove, "Removed", "remove", "item", losses};
+    const LocalEdit edit{RequestTypeRemove, "Removed", "remove", "item", losses, remoteLosses};
     return runLocalEdit(session, edit, options);
 }
 

@@ -1,10 +1,16 @@
 #include "Host/Places/Locations.h"
-#include "Tools/Commands/Changes/Change.h"
+#include "Host/Plans/Plans.h"
+#include "Tools/Commands/Changes/LocalEdit.h"
+#include "Tools/Commands/Changes/Losses.h"
+#include "Tools/Commands/Changes/Transfer.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/BranchLocation.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/Records.h"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace quen::tools {
 
@@ -13,9 +19,41 @@ namespace {
 struct Options {
     CommonOptions common;
     LayoutOptions layout;
+    bool isSure = false;
     std::string branch;
     std::string path = ".";
 };
+
+bool holds(const std::vector<StatusEntry>& entries, const String& path) {
+    return std::any_of(entries.begin(), entries.end(),
+                       [&](const StatusEntry& entry) { return entry.path == path; });
+}
+
+/// What is changed here goes along to the branch, and may meet what is there.
+Outcome<Confirmation> concerns(const Session& session, const Options& options,
+                               const String& branch) {
+    const std::vector<String> paths = absolutePaths({options.path});
+    Confirmation confirmation("These are in no revision, and would be taken along to " +
+                                  printable(options.branch) + ":",
+                              "Switch all the same?");
+    const LocalState state = localStateOf(paths, Losses::run);
+    if (!state.error && state.changes.empty() && state.unversioned.empty()) {
+        return confirmation;
+    }
+    const SwitchPlan plan = planSwitch(paths.front(), branch, Losses::run);
+    if (const Error error = state.error ? state.error : plan.error) {
+        return Losses::explain(session, error);
+    }
+    for (const StatusEntry& entry : plan.localChanges) {
+        const bool isChangedThere = holds(plan.changedOnBothSides, entry.path);
+        confirmation.add(wordsForItem(entry) + (isChangedThere ? ", different there" : ""),
+                         shownPath(entry.path.view()));
+    }
+    for (const StatusEntry& entry : plan.inTheWay) {
+        confirmation.add(wordsForItem(entry) + ", in the way", shownPath(entry.path.view()));
+    }
+    return confirmation;
+}
 
 int runSwitchCommand(Session& session, const Options& options) {
     const auto source = findSource(session, options.path);
@@ -26,12 +64,19 @@ int runSwitchCommand(Session& session, const Options& options) {
     if (!branch) {
         return branch.status();
     }
+    const auto confirmation = concerns(session, options, *branch);
+    if (!confirmation) {
+        return confirmation.status();
+    }
+    if (const int status = confirmation->obtain(session, options.isSure); status != ExitSuccess) {
+        return status;
+    }
     const auto request = makeRequest(RequestTypeSwitch, *source, {clientPath(options.path)});
     request->setDestination(*branch);
-    return makeChange(session, {request, options.path},
-                      [&](const Value& /*result*/, const ClientReport& report) {
-                          return "Switched to " + printable(options.branch) + itemsIn(report) + ".";
-                      });
+    return makeTransfer(session, {{request, options.path}, [&](const ChangeFacts& facts) {
+                                      return "Switched to " + printable(options.branch) +
+                                             itemsIn(facts) + ".";
+                                  }});
 }
 
 } // namespace
@@ -41,6 +86,7 @@ void addSwitchCommand(CommandLine& line) {
     Subcommand command = line.add("switch", "Switch a working copy to another branch");
     command.argument("BRANCH", options->branch, "Branch name, trunk, URL or ^/PATH").required();
     command.argument("PATH", options->path, "Working copy to switch (default: .)");
+    addYesOption(command, options->isSure);
     options->layout.addTo(command);
     runInSession<Options>(command, options, runSwitchCommand);
 }

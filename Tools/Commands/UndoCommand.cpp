@@ -1,3 +1,4 @@
+#include "Foundation/Lines.h"
 #include "Host/Keeping/UndoStore.h"
 #include "Host/Places/SettingsFile.h"
 #include "MarlFoundation/MarlFilePath.h"
@@ -7,7 +8,11 @@
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/Session.h"
 #include "Tools/Terminal/SafeText.h"
+#include "Tools/Terminal/Table.h"
+#include "Tools/Terminal/Times.h"
 
+#include <algorithm>
+#include <chrono>
 #include <iostream>
 #include <memory>
 
@@ -17,7 +22,10 @@ namespace {
 
 struct Options {
     CommonOptions common;
-    std::string path = ".";
+    bool onlyLists = false;
+    /// The last step is 1.
+    std::uint32_t step = 1;
+    std::vector<std::string> paths{"."};
 };
 
 void printForPeople(const UndoStore::Restored& restored) {
@@ -28,13 +36,21 @@ void printForPeople(const UndoStore::Restored& restored) {
               << printable(restored.entry.step.view()) << ".\n";
 }
 
-void printAsJson(const UndoStore::Restored& restored) {
-    Array records;
+void appendRecords(Array& records, const UndoStore::Restored& restored) {
     for (const String& path : restored.restored) {
         records.append(Dictionary{
             {QuenSourceControlOperationPathKey, MarlFilePath::filePathForPathString(path)}});
     }
-    printJson(records);
+}
+
+/// What is for the person to do again, such as changed properties with their values.
+void tellNotes(const Session& session, const UndoEntry& entry) {
+    for (const String& note : entry.notes) {
+        session.tell("Not brought back; make these changes again where you want them:");
+        for (const std::string_view line : linesOf(note.view())) {
+            std::cerr << "  " << printableLine(line) << '\n';
+        }
+    }
 }
 
 void tellWhatIsMissing(const Session& session, const UndoStore::Restored& restored) {
@@ -45,31 +61,94 @@ void tellWhatIsMissing(const Session& session, const UndoStore::Restored& restor
                           ? ""
                           : " What was kept is in \"" + shownPath(refusal.beside.view()) + "\"."));
     }
-    for (const String& note : restored.entry.notes) {
-        session.tell("Not brought back: " + printable(note.view()) + ".");
-    }
+    tellNotes(session, restored.entry);
 }
 
-int runUndoCommand(Session& session, const Options& options) {
-    const std::filesystem::path top = topDirectoryOf(options.path);
-    if (top.empty()) {
-        return session.fail("\"" + printable(options.path) + "\" does not lie in a working copy.")
-            .status;
+std::string complaintAboutStep(const std::string& word) {
+    const bool isNumber = !word.empty() && word.size() < 7 &&
+                          word.find_first_not_of("0123456789") == std::string::npos &&
+                          word.find_first_not_of('0') != std::string::npos;
+    return isNumber ? "" : "\"" + printable(word) + "\" is not the number of a step (at least 1).";
+}
+
+/// Undoes one step of one working copy.
+int undo(const Session& session, const std::string& top, std::uint32_t step, Array& records) {
+    UndoStore store;
+    const std::vector<UndoEntry> entries = store.entries(top);
+    if (step > entries.size()) {
+        if (!session.options().json) {
+            std::cout << "Nothing to undo.\n";
+        }
+        return ExitSuccess;
     }
-    const auto restored = UndoStore().restoreLast(top.string());
+    const auto restored = store.restore(top, entries[step - 1].id);
     if (restored.error) {
         session.tell(restored.error);
         return ExitFailure;
     }
-    if (options.common.json) {
-        printAsJson(restored);
-    } else if (restored.entry.id.isNil()) {
-        std::cout << "Nothing to undo.\n";
-    } else {
+    appendRecords(records, restored);
+    if (!session.options().json) {
         printForPeople(restored);
+        std::cout.flush();
     }
     tellWhatIsMissing(session, restored);
     return restored.refused.empty() ? ExitSuccess : ExitFailure;
+}
+
+void list(const std::string& top, const Palette& palette) {
+    Table table;
+    std::size_t number = 0;
+    for (const UndoEntry& entry : UndoStore().entries(top)) {
+        const auto time = std::chrono::time_point_cast<std::chrono::microseconds>(entry.time);
+        const std::string first =
+            entry.items.empty() ? "" : shownPath(entry.items.front().path.view());
+        table.add({{std::to_string(++number), Style::warning, true},
+                   {printable(entry.step.view())},
+                   {localDateText(time), Style::faint},
+                   {counted(entry.items.size(), "item")},
+                   {first + (entry.items.size() > 1 ? ", .." : "")}});
+    }
+    table.print(std::cout, palette);
+    if (table.isEmpty()) {
+        std::cout << "Nothing to undo.\n";
+    }
+}
+
+/// The top of each working copy, once.
+Outcome<std::vector<std::string>> topsOf(const Session& session,
+                                         const std::vector<std::string>& paths) {
+    std::vector<std::string> tops;
+    for (const std::string& path : paths) {
+        const std::string top = topDirectoryOf(path).string();
+        if (top.empty()) {
+            return session.fail("\"" + printable(path) + "\" is not in a working copy.");
+        }
+        if (std::find(tops.begin(), tops.end(), top) == tops.end()) {
+            tops.push_back(top);
+        }
+    }
+    return tops;
+}
+
+int runUndoCommand(Session& session, const Options& options) {
+    const auto tops = topsOf(session, options.paths);
+    if (!tops) {
+        return tops.status();
+    }
+    int status = ExitSuccess;
+    Array records;
+    for (const std::string& top : *tops) {
+        if (options.onlyLists) {
+            list(top, options.common.palette());
+        } else {
+            const int each = undo(session, top, std::max(options.step, 1U), records);
+            status = status == ExitSuccess ? each : status;
+        }
+    }
+    if (options.common.json && !options.onlyLists) {
+        printJson(records.count() == 0 ? Value() : Value(records));
+    }
+    return status;
 }
 
 } // namespace
@@ -77,8 +156,12 @@ int runUndoCommand(Session& session, const Options& options) {
 void addUndoCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
     Subcommand command =
-        line.add("undo", "Restore the files that the last revert or remove took from disk");
-    command.argument("PATH", options->path, "Path in the working copy (default: .)");
+        line.add("undo", "Bring back the files that the last revert, remove, merge or resolve "
+                         "took or changed");
+    command.flag("--list", options->onlyLists, "List the steps that can be undone");
+    command.option("--step", options->step, "Undo the Nth last step (default: 1)")
+        .checked(complaintAboutStep, "N");
+    command.arguments("PATH", options->paths, "Paths in working copies (default: .)");
     runInSession<Options>(command, options, runUndoCommand);
 }
 

@@ -1,10 +1,16 @@
 #include "Host/Places/Locations.h"
-#include "Tools/Commands/Changes/Change.h"
+#include "Host/Plans/Plans.h"
+#include "Tools/Commands/Changes/Losses.h"
+#include "Tools/Commands/Changes/Transfer.h"
+#include "Tools/Commands/Changes/TransferPreview.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace quen::tools {
 
@@ -13,22 +19,55 @@ namespace {
 struct Options {
     CommonOptions common;
     RevisionRange revision;
+    bool isPreview = false;
+    bool dropsTheirs = false;
     std::vector<std::string> paths{"."};
 };
 
-std::string updateSummary(const Value& /*result*/, const ClientReport& report) {
-    return report.items() == 0 ? "Nothing to update: at" + revisionIn(report) + "."
-                               : "Updated to" + revisionIn(report) + itemsIn(report) + ".";
+std::string updateSummary(const ChangeFacts& facts) {
+    return itemCountOf(facts) == 0 ? "Already up to date at" + revisionIn(facts) + "."
+                                   : "Updated to" + revisionIn(facts) + itemsIn(facts) + ".";
+}
+
+/// The client calls a directory modified where only something in it is.
+bool isIncomingItself(const StatusEntry& entry) {
+    std::error_code ignored;
+    return entry.incomingItem.view() != "modified" || entry.incomingProperties.view() != "none" ||
+           !std::filesystem::is_directory(entry.path.str(), ignored);
+}
+
+int previewUpdate(const Session& session, const Options& options) {
+    const UpdatePlan plan =
+        planUpdate(absolutePaths(options.paths), options.revision.start, Losses::run);
+    if (plan.error) {
+        return Losses::explain(session, plan.error).status;
+    }
+    const std::string revision = plan.revision ? std::to_string(*plan.revision) : "HEAD";
+    const auto incoming =
+        std::count_if(plan.incoming.begin(), plan.incoming.end(), isIncomingItself);
+    return tellPreview(session, {"Would update to revision " + revision,
+                                 static_cast<std::size_t>(incoming),
+                                 previewItems(plan.changedOnBothSides), previewItems(plan.inTheWay),
+                                 {}});
 }
 
 int runUpdateCommand(Session& session, const Options& options) {
+    if (options.isPreview) {
+        return previewUpdate(session, options);
+    }
     const auto source = findSource(session, options.paths.front());
     if (!source) {
         return source.status();
     }
     const auto request = makeRequest(RequestTypeUpdate, *source, clientPaths(options.paths));
     request->setStartingRevision(startingRevisionFor(options.revision.start));
-    return makeChange(session, {request, options.paths.front()}, updateSummary);
+    Transfer transfer{{request, options.paths.front()}, updateSummary, {}, "quen cat"};
+    if (!options.dropsTheirs) {
+        transfer.keepTheirs = [](const ChangeFacts& facts) {
+            return keepTheirsOfUpdate(facts, workingDirectory());
+        };
+    }
+    return makeTransfer(session, transfer);
 }
 
 } // namespace
@@ -38,6 +77,8 @@ void addUpdateCommand(CommandLine& line) {
     Subcommand command =
         line.add("update", "Update a working copy; conflicting lines keep your version");
     addRevisionOption(command, options->revision, false, "Revision to update to (default: HEAD)");
+    addPreviewOption(command, options->isPreview);
+    addTheirsOption(command, options->dropsTheirs);
     command.arguments("PATH", options->paths, "Files or directories (default: .)");
     runInSession<Options>(command, options, runUpdateCommand);
 }

@@ -98,6 +98,8 @@ TEST(InfoFactsTest, DescribeTreeConflictsAsTheClientDoes) {
     // As in Tests/Data/Facts/change/status-after-update.txt.
     EXPECT_EQ(described("file", "edit", "file", "delete", "update"),
               "local file edit, incoming file delete or move upon update");
+    EXPECT_EQ(described("file", "edit", "none", "delete", "update"),
+              "local file edit, incoming file delete or move upon update");
     EXPECT_EQ(described("dir", "moved-away", "dir", "edit", "update"),
               "local dir moved away, incoming dir edit upon update");
     EXPECT_EQ(described("dir", "unversioned", "file", "add", "switch"),

@@ -71,6 +71,29 @@ TEST(TheirsKeeperTest, WhatAnUpdateDecidedAgainstLiesBeside) {
     EXPECT_EQ(people.read(people.ours(), name + ".theirs.r3"), "1\ntheirs\n3\n");
     EXPECT_EQ(people.read(people.ours(), "keywords.theirs.r3"), "$Rev: 3 $\ntheirs\n");
     EXPECT_EQ(people.read(people.ours(), "binary.theirs.r3"), std::string("\0\2theirs\r\n", 10));
+    for (const char* const each : {"p", "both"}) {
+        EXPECT_NE(people.read(people.ours(), std::string(each) + ".theirs-properties.r3")
+                      .find("\n  colour\n    red\n"),
+                  std::string::npos);
+    }
+}
+
+TEST(TheirsKeeperTest, PropertiesOfADirectoryLieWithinIt) {
+    const TwoPeople people;
+    people.svn(people.ours(), {"propset", "-q", "colour", "blue", "."});
+    people.commitOurs("The beginning");
+    people.svn(people.ours(), {"update", "-q"});
+    people.updateTheirs();
+    people.svn(people.theirs(), {"propdel", "-q", "colour", "."});
+    people.commitTheirs("Theirs");
+    people.svn(people.ours(), {"propset", "-q", "colour", "green", "."});
+
+    const Told told = people.update();
+    const auto kept = keepTheirsOfUpdate(told.facts, people.sandbox().root().string());
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_FALSE(kept[0].error) << kept[0].error.description().str();
+    EXPECT_EQ(kept[0].theirsProperties, String((people.ours() / "dir.theirs-properties.r3").string()));
+    EXPECT_EQ(people.read(people.ours(), "dir.theirs-properties.r3"), "No properties.\n");
 }
 
 TEST(TheirsKeeperTest, ATreeConflictHidesNothingOfWhatWasSettled) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -115,6 +116,47 @@ TEST_F(UndoStoreTest, NeverOverwritesNewerWork) {
     EXPECT_EQ(read("b.c"), "newer too");
     EXPECT_EQ(read("b.c.undone"), "taken");
     EXPECT_EQ(read("b.c.undone.2"), "before");
+}
+
+TEST_F(UndoStoreTest, AnEarlierStepIsUndoneByItsId) {
+    write("a.c", "first");
+    write("b.c", "first");
+    const auto first = keeping({pathOf("a.c"), pathOf("b.c")}, [&] {
+        write("a.c", "mixed");
+        write("b.c", "mixed");
+    });
+    keeping({pathOf("a.c")}, [&] { write("a.c", "base"); });
+    write("b.c", "newer work");
+    UndoStore undo(store());
+    const auto restored = undo.restore(top(), first.entry.id);
+    // The second step has kept what it took: what it left is nobody's newer work.
+    EXPECT_EQ(restored.restored, std::vector<String>{pathOf("a.c")});
+    EXPECT_EQ(read("a.c"), "first");
+    ASSERT_EQ(restored.refused.size(), 1U);
+    EXPECT_EQ(read("b.c"), "newer work");
+    EXPECT_EQ(read("b.c.undone"), "first");
+    EXPECT_EQ(undo.entries(top()).size(), 1U);
+    EXPECT_EQ(undo.restore(top(), first.entry.id).error.code(), ENOENT);
+    EXPECT_EQ(undo.restore(top() + "/other", undo.entries(top())[0].id).error.code(), ENOENT);
+}
+
+TEST_F(UndoStoreTest, AStepThatIsNotTakenIsForgotten) {
+    write("a.c", "before");
+    UndoStore undo(store());
+    const auto kept = undo.keep(top(), "revert", {pathOf("a.c")});
+    undo.forget(kept.entry.id);
+    undo.forget(String());
+    EXPECT_TRUE(undo.entries(top()).empty());
+    EXPECT_FALSE(fs::exists((store().str() + "/" + kept.entry.id.str())));
+}
+
+TEST_F(UndoStoreTest, NotesAloneAreKept) {
+    UndoStore undo(store());
+    EXPECT_FALSE(undo.keep(top(), "revert", {}, {"colour of a.c"}).entry.id.isNil());
+    EXPECT_TRUE(undo.keep(top(), "revert", {}).entry.id.isNil());
+    const auto restored = undo.restoreLast(top());
+    EXPECT_EQ(restored.entry.notes, std::vector<String>{"colour of a.c"});
+    EXPECT_TRUE(undo.entries(top()).empty());
 }
 
 TEST_F(UndoStoreTest, WithoutANoteEverythingOnTheDiskIsNewer) {

@@ -346,11 +346,39 @@ TEST_F(PlansTest, ACheckoutPlanNamesWhatLiesInItsPlace) {
     EXPECT_EQ(plan(place / "a").inTheWay, std::vector<String>{(place / "a").string()});
 }
 
+TEST_F(PlansTest, ARemoteRemovePlanTellsHowMuchLiesThere) {
+    begin({"a@1", "dir/b", "dir/deep/c"});
+    const String directory = people_.url("trunk/dir");
+    const String file = people_.url("trunk/a@1");
+    const RemoteRemovePlan plan = planRemoteRemove({directory, file});
+    EXPECT_FALSE(plan.error) << plan.error.description().str();
+    ASSERT_EQ(plan.removed.size(), 2U);
+    EXPECT_EQ(plan.removed[0].url, directory);
+    EXPECT_EQ(plan.removed[0].kind, "dir");
+    EXPECT_EQ(plan.removed[0].itemsBelow, 3U);
+    EXPECT_EQ(plan.removed[0].commit.revision, 2);
+    EXPECT_EQ(plan.removed[1].kind, "file");
+    EXPECT_EQ(plan.removed[1].itemsBelow, 0U);
+    EXPECT_TRUE(planRemoteRemove({people_.url("trunk/none")}).error);
+    EXPECT_TRUE(planRemoteRemove({}).removed.empty());
+}
+
+TEST_F(PlansTest, TheLocalStateIsWhatNoRevisionHolds) {
+    begin({"edited", "same"});
+    write("edited", "mine\n");
+    write("new", "mine\n");
+    const LocalState state = localStateOf(pathsOf({"."}));
+    EXPECT_FALSE(state.error);
+    EXPECT_EQ(namesOf(state.changes), Names{"edited"});
+    EXPECT_EQ(namesOf(state.unversioned), Names{"new"});
+}
+
 // Failures
 
 TEST_F(PlansTest, AClientThatFailsMakesNoPlan) {
     const String nowhere = people_.sandbox().root().string() + "/home";
     EXPECT_TRUE(planUpdate({nowhere}).error);
+    EXPECT_TRUE(localStateOf({nowhere}).error);
     EXPECT_TRUE(planMerge(people_.url("none"), people_.ours().string()).error);
     EXPECT_TRUE(planSwitch(people_.ours().string(), people_.url("none")).error);
     EXPECT_TRUE(planCommit({}).sent.empty());

@@ -2,8 +2,6 @@
 
 #include "Foundation/Lines.h"
 #include "Tools/Commands/Session/CleanupAdvice.h"
-#include "Tools/Commands/Session/Records.h"
-#include "Tools/Terminal/Style.h"
 
 #include <filesystem>
 #include <iostream>
@@ -11,13 +9,6 @@
 namespace quen::tools {
 
 namespace {
-
-void printForPeople(const std::string& summary, const ClientReport& report) {
-    std::cout << summary << '\n';
-    for (const std::string_view line : linesOf(report.conflicts())) {
-        std::cout << printable(line) << '\n';
-    }
-}
 
 /// Empty where nothing can have been left locked.
 std::string cleanupCommandOf(const Change& change) {
@@ -70,7 +61,7 @@ int finishChange(const Session& session, const Outcome<QuenSourceControlOperatio
     if (session.options().json) {
         printJson(performed.result());
     } else if (!performed.error() && !session.wasStopped(performed)) {
-        printForPeople(summary(performed.result(), session.report()), session.report());
+        std::cout << summary(performed.result(), session.report()) << '\n';
     }
     const int status = session.finish(performed);
     if (session.wasStopped(performed)) {

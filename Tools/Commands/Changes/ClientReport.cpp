@@ -56,10 +56,6 @@ void ClientReport::takeLine(std::string_view line) {
     }
     if (line.starts_with("--- ")) {
         isRecordingMerge_ = line.starts_with("--- Recording") || line.starts_with("--- Eliding");
-    } else if (line == "Summary of conflicts:") {
-        isListingConflicts_ = true;
-    } else if (isListingConflicts_ && line.starts_with("  ")) {
-        conflicts_ += std::string(line.substr(2)) + '\n';
     } else if (tellsOfItem(line)) {
         items_ += isRecordingMerge_ ? 0 : 1;
     }

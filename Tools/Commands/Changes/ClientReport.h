@@ -27,8 +27,6 @@ public:
     /// The number in the last sentence about a revision (`Updated to revision 12.`); empty where
     /// there was none.
     const std::string& revision() const noexcept { return revision_; }
-    /// What follows `Summary of conflicts:`, a line each; empty where there were none.
-    const std::string& conflicts() const noexcept { return conflicts_; }
     /// What a commit's hooks said after it, a line each: the client warns of it, and all is well
     /// for it. Empty where there was nothing.
     const std::string& warning() const noexcept { return warning_; }
@@ -52,12 +50,10 @@ private:
     LineAssembler lines_{longestLine};
     std::string lastLine_;
     std::string revision_;
-    std::string conflicts_;
     std::size_t items_ = 0;
     std::string warning_;
     Commit commit_ = Commit::notBegun;
     bool isRecordingMerge_ = false;
-    bool isListingConflicts_ = false;
 };
 
 } // namespace quen::tools

@@ -6,7 +6,6 @@
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
 #include <algorithm>
-#include <filesystem>
 
 namespace quen::tools {
 
@@ -16,20 +15,12 @@ bool anyIsRemote(const std::vector<std::string>& paths) {
     return std::any_of(paths.begin(), paths.end(), isRepositoryURL);
 }
 
-std::vector<String> absolutePaths(const std::vector<std::string>& paths) {
-    std::vector<String> absolute;
-    absolute.reserve(paths.size());
-    for (const std::string& path : paths) {
-        absolute.emplace_back(std::filesystem::absolute(path).lexically_normal().string());
-    }
-    return absolute;
-}
-
 Outcome<Losses> lossesOf(const Session& session, const LocalEdit& edit,
                          const LocalEditOptions& options) {
-    return edit.losses && !anyIsRemote(options.paths)
-               ? edit.losses(session, absolutePaths(options.paths))
-               : Losses(edit.toDo, {});
+    if (anyIsRemote(options.paths)) {
+        return edit.remoteLosses ? edit.remoteLosses(session, options.paths) : Losses(edit.toDo);
+    }
+    return edit.losses ? edit.losses(session, absolutePaths(options.paths)) : Losses(edit.toDo);
 }
 
 int makeEdit(Session& session, const SourceTree& source, const LocalEdit& edit,
@@ -37,7 +28,10 @@ int makeEdit(Session& session, const SourceTree& source, const LocalEdit& edit,
     const bool isRemote = anyIsRemote(options.paths);
     const auto request =
         makeRequest(edit.type, source, clientPaths(options.paths), std::move(requestOptions));
-    losses.keep(session, options.paths.front());
+    if (const int status = losses.keep(session, options.paths, options.isSure);
+        status != ExitSuccess) {
+        return status;
+    }
     const int status = makeChange(session, {request, isRemote ? "" : options.paths.front()},
                                   [&](const Value& result, const ClientReport& report) {
                                       if (isRemote) {
@@ -59,7 +53,7 @@ void LocalEditOptions::addTo(Subcommand& command) {
 }
 
 void addYesOption(Subcommand& command, bool& isSure) {
-    command.flag("-y,--yes", isSure, "Do not ask before changes are lost");
+    command.flag("-y,--yes", isSure, "Go ahead without a question");
 }
 
 int runLocalEdit(Session& session, const LocalEdit& edit, const LocalEditOptions& options) {
@@ -71,9 +65,8 @@ int runLocalEdit(Session& session, const LocalEdit& edit, const LocalEditOptions
     if (!losses) {
         return losses.status();
     }
-    const auto mayGo = losses->mayGo(session, options.isSure);
-    if (!mayGo || !*mayGo) {
-        return mayGo ? ExitFailure : mayGo.status();
+    if (const int status = losses->confirm(session, options.isSure); status != ExitSuccess) {
+        return status;
     }
     // Only what goes to the repository at once has a message.
     if (!anyIsRemote(options.paths) && options.message.needsEditor()) {

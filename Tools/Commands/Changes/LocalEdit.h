@@ -21,7 +21,7 @@ struct LocalEditOptions {
     void addTo(Subcommand& command);
 };
 
-/// `-y`, for those that may lose changes.
+/// `-y`, for commands that ask before they take or touch something.
 void addYesOption(Subcommand& command, bool& isSure);
 
 /// What such a sub-command does.
@@ -34,6 +34,9 @@ struct LocalEdit {
     /// What it would take from the disk, of absolute paths; empty for nothing. A person is asked
     /// before.
     std::function<Outcome<Losses>(const Session&, const std::vector<String>&)> losses = {};
+    /// Likewise in the repository, of URLs as they were typed.
+    std::function<Outcome<Losses>(const Session&, const std::vector<std::string>&)> remoteLosses =
+        {};
 };
 
 /// Does it and tells how it went. The exit status.

@@ -1,46 +1,66 @@
 #include "Tools/Commands/Changes/Losses.h"
 
+#include "Foundation/ShellWord.h"
 #include "Host/Keeping/UndoStore.h"
 #include "Host/Places/SettingsFile.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/InterruptWatch.h"
-#include "Tools/Terminal/Question.h"
-#include "Tools/Terminal/SafeText.h"
-#include "Tools/Terminal/Table.h"
 
-#include <algorithm>
+#include <cctype>
 #include <filesystem>
-#include <iostream>
+#include <map>
 
 namespace quen::tools {
 
 namespace {
 
-/// No more than a screen holds.
-constexpr std::size_t shownItems = 20;
-
-std::string wordsFor(const LostItem& item) {
-    const std::string word = item.status.item.str();
-    const bool isNormal = word == "normal" || word == "none";
-    if (!item.losesProperties || word == "unversioned" || word == "ignored") {
-        return word;
+std::string capitalised(std::string text) {
+    if (!text.empty()) {
+        text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
     }
-    return isNormal ? "properties modified" : word + ", properties modified";
+    return text;
 }
 
-/// What `quen undo` will not bring back.
-std::vector<String> notesOn(const std::vector<LostItem>& lost) {
-    std::vector<String> notes;
-    for (const LostItem& item : lost) {
-        if (item.losesProperties) {
-            notes.emplace_back("changed properties of " + item.path.str());
+/// The top of the working copy that a lost item is kept with: that of the path of the command that
+/// it lies at or below. What lies in an external goes with the working copy around it.
+std::string topFor(const String& lost, const std::vector<String>& paths) {
+    String longest;
+    for (const String& path : paths) {
+        const bool isAbove = lost == path || lost.hasPrefix(path.str() + "/") || path == "/";
+        if (isAbove && path.length() >= longest.length()) {
+            longest = path;
         }
     }
-    return notes;
+    return topDirectoryOf((longest.isNil() ? lost : longest).str()).string();
 }
 
 } // namespace
+
+std::string wordsForItem(const StatusEntry& entry) {
+    const std::string word = printable(entry.item.view());
+    const bool isNew = word == "unversioned" || word == "ignored";
+    const bool hasProperties =
+        entry.properties.view() == "modified" || entry.properties.view() == "conflicted";
+    if (isNew || !hasProperties) {
+        return entry.isTreeConflict ? "tree conflict" : word;
+    }
+    const std::string properties = "properties " + printable(entry.properties.view());
+    return word == "normal" || word == "none" ? properties : word + ", " + properties;
+}
+
+std::vector<String> absolutePaths(const std::vector<std::string>& paths) {
+    std::vector<String> absolute;
+    absolute.reserve(paths.size());
+    for (const std::string& path : paths) {
+        std::string plain = std::filesystem::absolute(path).lexically_normal().string();
+        while (plain.size() > 1 && plain.ends_with('/')) {
+            plain.pop_back();
+        }
+        absolute.emplace_back(plain);
+    }
+    return absolute;
+}
 
 void Losses::run(QuenSourceControlTaskOperation& query) {
     const InterruptWatch::Action action([&query] { query.cancel(); });
@@ -55,60 +75,89 @@ Explained Losses::explain(const Session& session, const Error& error) {
     return {ExitFailure};
 }
 
-void Losses::show() const {
-    Table table;
-    for (std::size_t i = 0; i < std::min(lost_.size(), shownItems); ++i) {
-        table.add({{wordsFor(lost_[i])}, {shownPath(lost_[i].path.str())}});
+Losses Losses::lostBy(const std::string& step, const std::vector<LostItem>& lost) {
+    Confirmation confirmation("These changes will be lost:",
+                              capitalised(step) + " " + counted(lost.size(), "item") + "?");
+    for (const LostItem& item : lost) {
+        StatusEntry entry = item.status;
+        entry.properties = item.losesProperties ? String("modified") : String("none");
+        confirmation.add(wordsForItem(entry), shownPath(item.path.str()));
     }
-    table.print(std::cerr, Palette(Palette::Use::never));
-    if (lost_.size() > shownItems) {
-        std::cerr << "... and " << counted(lost_.size() - shownItems, "more item") << '\n';
-    }
+    return {step, std::move(confirmation), lost};
 }
 
-Outcome<bool> Losses::mayGo(const Session& session, bool isSure) const {
-    if (isEmpty() || isSure) {
-        return true;
-    }
-    show();
-    if (!canAsk()) {
-        return session.fail("These changes are in no revision and would be lost, so nothing was "
-                            "done. With --yes it is done without asking.");
-    }
-    return ask("These changes are in no revision: " + step_ + " all the same?");
-}
-
-void Losses::keep(const Session& session, const std::string& place) {
-    const std::vector<String> paths = lostContent(lost_);
-    const std::filesystem::path top = topDirectoryOf(place);
-    if (paths.empty() || top.empty()) {
-        return;
-    }
-    const auto kept = UndoStore().keep(top.string(), step_, paths, notesOn(lost_));
+void Losses::keepOf(const Session& session, const std::string& workingCopy,
+                    const std::vector<LostItem>& lost, Confirmation& unkept) {
+    const std::vector<String> paths = lostContent(lost);
+    const auto kept =
+        UndoStore().keep(workingCopy, step_, paths, lostPropertyNotes(lost, Losses::run));
     if (kept.error) {
-        session.tell("Nothing can be kept for `quen undo`:");
         session.tell(kept.error);
+        for (const LostItem& item : lost) {
+            unkept.add(wordsForItem(item.status), shownPath(item.path.str()));
+        }
     }
     for (const UndoRefusal& refusal : kept.refused) {
-        session.tell("\"" + shownPath(refusal.path.str()) + "\" cannot be kept for `quen undo`: " +
-                     printable(refusal.reason.view()) + ".");
+        unkept.add(printable(refusal.reason.view()), shownPath(refusal.path.str()));
     }
-    keptAs_ = kept.entry.id;
+    if (!kept.entry.id.isNil()) {
+        kept_.push_back({workingCopy, kept.entry.id});
+    }
+}
+
+int Losses::keep(const Session& session, const std::vector<std::string>& paths, bool isSure) {
+    const std::vector<String> places = absolutePaths(paths);
+    std::map<std::string, std::vector<LostItem>> groups;
+    for (const LostItem& item : lost_) {
+        if (const std::string top = topFor(item.path, places); !top.empty()) {
+            groups[top].push_back(item);
+        }
+    }
+    Confirmation unkept("`quen undo` cannot bring these back:",
+                        capitalised(step_) + " all the same?");
+    for (const auto& [top, lost] : groups) {
+        keepOf(session, top, lost, unkept);
+    }
+    if (!unkept.isEmpty() && isSure) {
+        unkept.show(session);
+    }
+    const int status = unkept.obtain(session, isSure);
+    if (status != ExitSuccess) {
+        forget();
+    }
+    return status;
+}
+
+void Losses::forget() {
+    for (const Kept& kept : kept_) {
+        UndoStore().forget(kept.id);
+    }
+    kept_.clear();
+}
+
+std::string Losses::undoCommand() const {
+    const std::string here = topDirectoryOf(".").string();
+    std::string places;
+    for (const Kept& kept : kept_) {
+        places += " " + shellWord(shownPath(kept.workingCopy));
+    }
+    const bool isHere = kept_.size() == 1 && kept_.front().workingCopy == here;
+    return isHere ? "quen undo" : "quen undo" + places;
 }
 
 std::string Losses::advice() const {
-    return keptAs_.isNil() ? "" : " `quen undo` brings back what the files held.";
+    return kept_.empty() ? "" : " `" + undoCommand() + "` brings back what the files held.";
 }
 
 int Losses::conclude(const Session& session, int status) const {
-    if (keptAs_.isNil()) {
-        return status;
+    for (const Kept& kept : kept_) {
+        if (const Error error = UndoStore().noteResult(kept.id)) {
+            session.tell(error);
+        }
     }
-    if (const Error error = UndoStore().noteResult(keptAs_)) {
-        session.tell(error);
-    }
-    if (status != ExitSuccess) {
-        session.tell("What the files held is kept: `quen undo` brings back what is gone.");
+    if (!kept_.empty() && status != ExitSuccess && status != ExitConflicts) {
+        session.tell("What the files held is kept: `" + undoCommand() +
+                     "` brings back what is gone.");
     }
     return status;
 }

@@ -11,12 +11,4 @@ std::string committedSummary(const Value& /*result*/, const ClientReport& report
                                      : "Committed revision " + report.revision() + ".";
 }
 
-std::string itemsIn(const ClientReport& report) {
-    return report.items() == 0 ? "" : " (" + counted(report.items(), "item") + ")";
-}
-
-std::string revisionIn(const ClientReport& report) {
-    return report.revision().empty() ? "" : " revision " + report.revision();
-}
-
 } // namespace quen::tools

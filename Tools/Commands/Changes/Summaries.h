@@ -14,10 +14,4 @@ std::string counted(std::size_t count, const std::string& noun);
 /// `Committed revision 12.`; nothing to commit where the client named no revision.
 std::string committedSummary(const Value& result, const ClientReport& report);
 
-/// ` (3 items)`; nothing for none.
-std::string itemsIn(const ClientReport& report);
-
-/// ` revision 12`; nothing where the client named none.
-std::string revisionIn(const ClientReport& report);
-
 } // namespace quen::tools

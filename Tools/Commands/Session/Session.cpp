@@ -105,8 +105,13 @@ RunContext Session::contextFor(Follow follow) {
     if (follow == Follow::nothing) {
         return RunContext::current();
     }
+    // Who set a watcher of its own goes on seeing the bytes.
     return RunContext::current().withOutputWatcher(
-        [this](const QuenSourceControlOperation& /*operation*/, std::string_view piece) {
+        [this, outer = RunContext::current().outputWatcher()](
+            const QuenSourceControlOperation& operation, std::string_view piece) {
+            if (outer) {
+                outer(operation, piece);
+            }
             report_.take(piece);
             if (progress_) {
                 progress_->show(report_.lastLine(), report_.items());

@@ -28,10 +28,11 @@ const char* wordOf(ItemAction action) {
     return "none";
 }
 
-void addConflict(OrderedJson& json, const std::string& path, const char* kind, ConflictState is,
-                 ConflictState wanted) {
-    if (is == wanted) {
-        json.push_back({{"path", toJson(String(path))}, {"kind", kind}});
+const char* wordOf(ConflictOutcome::Kind kind) {
+    switch (kind) {
+    case ConflictOutcome::Kind::property: return "property";
+    case ConflictOutcome::Kind::tree: return "tree";
+    default: return "text";
     }
 }
 
@@ -74,15 +75,26 @@ OrderedJson itemsJson(const ChangeFacts& facts, const std::string& directory) {
     return json;
 }
 
-OrderedJson conflictsJson(const ChangeFacts& facts, const std::string& directory,
-                          ConflictState state) {
+OrderedJson conflictsJson(const std::vector<ConflictOutcome>& outcomes) {
     OrderedJson json = OrderedJson::array();
-    for (const ConflictFacts& conflict : facts.conflicts) {
-        const std::string path = absolutePath(conflict.path, directory);
-        addConflict(json, path, "text", conflict.text, state);
-        addConflict(json, path, "property", conflict.properties, state);
-        addConflict(json, path, "tree", conflict.tree, state);
-        addConflict(json, path, "text", conflict.unspecified, state);
+    for (const ConflictOutcome& each : outcomes) {
+        if (each.state == ConflictState::left) {
+            json.push_back({{"path", toJson(each.path)}, {"kind", wordOf(each.kind)}});
+        }
+    }
+    return json;
+}
+
+OrderedJson settledJson(const std::vector<ConflictOutcome>& outcomes) {
+    OrderedJson json = OrderedJson::array();
+    for (const ConflictOutcome& each : outcomes) {
+        if (each.state == ConflictState::settled) {
+            const bool hasText =
+                each.kind == ConflictOutcome::Kind::text && !each.theirs.isNil();
+            json.push_back({{"path", toJson(each.path)},
+                            {"kind", wordOf(each.kind)},
+                            {"theirs", hasText ? toJson(each.theirs) : OrderedJson()}});
+        }
     }
     return json;
 }

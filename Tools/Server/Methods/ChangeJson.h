@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Host/Facts/ChangeFacts.h"
+#include "Host/Keeping/ConflictOutcome.h"
 #include "Tools/Server/Methods/Services.h"
 
 #include <functional>
@@ -11,10 +12,11 @@ namespace quen::tools::server {
 
 /// `[{path, action}]` of what the client did. Its relative paths begin in `directory`.
 OrderedJson itemsJson(const ChangeFacts& facts, const std::string& directory);
-/// `[{path, kind}]` of the conflicts that wait for a person, or of those that the client settled;
-/// `kind` is `text`, `property` or `tree`.
-OrderedJson conflictsJson(const ChangeFacts& facts, const std::string& directory,
-                          ConflictState state);
+/// `[{path, kind}]` of the conflicts that wait for a person; `kind` is `text`, `property` or `tree`.
+OrderedJson conflictsJson(const std::vector<ConflictOutcome>& outcomes);
+/// `[{path, kind, theirs}]` of those that the client settled; `theirs` is the file that holds the
+/// text that came in, null where there is none.
+OrderedJson settledJson(const std::vector<ConflictOutcome>& outcomes);
 
 /// A change of a working copy as a method makes it.
 struct WorkingCopyChange {

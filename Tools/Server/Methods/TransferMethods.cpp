@@ -1,4 +1,3 @@
-#include "Host/Keeping/TheirsKeeper.h"
 #include "Host/Places/Locations.h"
 #include "Tools/Server/Methods/ChangeJson.h"
 #include "Tools/Server/Methods/Params.h"
@@ -10,45 +9,28 @@ namespace quen::tools::server {
 
 namespace {
 
-void addSettled(OrderedJson& json, const std::string& root, const KeptTheirs& kept) {
-    const auto add = [&](const char* kind, ConflictState state, bool isText) {
-        if (state == ConflictState::settled) {
-            const bool isKept = isText && !kept.theirs.isNil();
-            json.push_back({{"path", toJson(String(absolutePath(kept.conflict.path, root)))},
-                            {"kind", kind},
-                            {"theirs", isKept ? toJson(String(absolutePath(kept.theirs, root)))
-                                              : OrderedJson()}});
-        }
-    };
-    add("text", kept.conflict.text, true);
-    add("text", kept.conflict.unspecified, true);
-    add("property", kept.conflict.properties, false);
-    add("tree", kept.conflict.tree, false);
-}
-
 /// Keeps what came in and was decided against, beside what was here.
 using KeepTheirs = std::function<std::vector<KeptTheirs>(const ChangeFacts& facts)>;
 
 OrderedJson transfer(const Services& services, Call& call, WorkingCopyChange change,
                      const QuenSourceControlRequestPtr& request, const KeepTheirs& keep = {}) {
-    OrderedJson settled = OrderedJson::array();
+    std::vector<KeptTheirs> kept;
     if (keep) {
         change.afterRun = [&](const ChangeFacts& facts) {
             // Not to be cancelled: the text is nowhere else on the disk.
             const RunContext::Scope scope(services.runs.context());
-            for (const KeptTheirs& kept : keep(facts)) {
-                addSettled(settled, change.root, kept);
-            }
+            kept = keep(facts);
         };
     }
     ChangeFacts facts;
     const Ran ran = runChange(services, call, change, facts, [&](const RunOptions& options) {
         return services.runs.perform(request, options);
     });
+    const std::vector<ConflictOutcome> outcomes = conflictOutcomes(facts, kept, change.root);
     OrderedJson json{{"revision", numberJson(facts.revision)},
                      {"items", itemsJson(facts, change.root)},
-                     {"settled", std::move(settled)},
-                     {"conflicts", conflictsJson(facts, change.root, ConflictState::left)}};
+                     {"settled", settledJson(outcomes)},
+                     {"conflicts", conflictsJson(outcomes)}};
     addOutcome(json, ran);
     return json;
 }

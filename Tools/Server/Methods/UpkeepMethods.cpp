@@ -53,7 +53,7 @@ OrderedJson applyPatch(const Services& services, Call& call, const PatchParams& 
                   });
     takeNamesFromTheirColumn(facts);
     OrderedJson json{{"items", itemsJson(facts, params.root)},
-                     {"conflicts", conflictsJson(facts, params.root, ConflictState::left)}};
+                     {"conflicts", conflictsJson(conflictOutcomes(facts, {}, params.root))}};
     addOutcome(json, ran);
     return json;
 }

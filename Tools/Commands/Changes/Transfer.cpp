@@ -1,0 +1,96 @@
+#include "Tools/Commands/Changes/Transfer.h"
+
+#include "Host/Keeping/ConflictOutcome.h"
+#include "Tools/Commands/Changes/TransferNews.h"
+
+#include <filesystem>
+#include <iostream>
+#include <set>
+#include <string>
+#include <system_error>
+
+namespace quen::tools {
+
+namespace {
+
+/// Performs the change with a reader of its own at the client's output.
+Outcome<QuenSourceControlOperationPtr> perform(Session& session, const Change& change,
+                                               ChangeFacts& facts) {
+    ChangeFactsReader reader;
+    const RunContext::Scope scope(RunContext::current().withOutputWatcher(
+        [&reader](const QuenSourceControlOperation& /*operation*/, std::string_view piece) {
+            reader.take(piece);
+        }));
+    auto operation = session.perform(change.request, change.follow);
+    facts = reader.takeFacts();
+    return operation;
+}
+
+std::vector<ConflictOutcome> outcomesOf(const Transfer& transfer, const ChangeFacts& facts) {
+    const bool keeps = transfer.keepTheirs && facts.holdsSettled();
+    auto outcomes = conflictOutcomes(
+        facts, keeps ? transfer.keepTheirs(facts) : std::vector<KeptTheirs>(), workingDirectory());
+    explainLeft(outcomes);
+    return outcomes;
+}
+
+/// Where conflicts are left the client fails at the very end: all else was done.
+int tellDone(const Session& session, const QuenSourceControlOperation& operation,
+             const std::string& summary) {
+    if (session.options().json) {
+        printJson(operation.result());
+    } else {
+        std::cout << summary << '\n';
+    }
+    return ExitSuccess;
+}
+
+} // namespace
+
+int makeTransfer(Session& session, const Transfer& transfer) {
+    ChangeFacts facts;
+    const auto operation = perform(session, transfer.change, facts);
+    if (!operation) {
+        return operation.status();
+    }
+    const auto outcomes = outcomesOf(transfer, facts);
+    const bool isDone = saysOnlyConflictsLeft((**operation).error());
+    const int status =
+        isDone ? tellDone(session, **operation, transfer.summary(facts))
+               : finishChange(session, operation, transfer.change,
+                              [&](const Value& /*result*/, const ClientReport& /*report*/) {
+                                  return transfer.summary(facts);
+                              });
+    tellOutcomes(session, outcomes, facts.skipped, transfer.showTheirs);
+    const bool isToBeSeen = facts.holdsSettled() || facts.holdsLeft();
+    return status == ExitSuccess && isToBeSeen ? ExitConflicts : status;
+}
+
+void addTheirsOption(Subcommand& command, bool& dropsTheirs) {
+    command.flag("--no-theirs", dropsTheirs,
+                 "Do not save their version beside a file where yours was kept");
+}
+
+String workingDirectory() {
+    std::error_code ignored;
+    return std::filesystem::current_path(ignored).string();
+}
+
+std::size_t itemCountOf(const ChangeFacts& facts) {
+    std::set<std::string> paths;
+    for (const ChangedItem& item : facts.items) {
+        paths.insert(item.path.str());
+    }
+    return paths.size();
+}
+
+std::string itemsIn(const ChangeFacts& facts) {
+    const std::size_t count = itemCountOf(facts);
+    return count == 0 ? "" : " (" + counted(count, "item") + ")";
+}
+
+std::string revisionIn(const ChangeFacts& facts) {
+    return facts.revision ? " revision " + std::to_string(*facts.revision) : "";
+}
+
+} // namespace quen::tools
