@@ -43,10 +43,10 @@ void appendOutcomes(std::vector<ConflictOutcome>& outcomes, const ConflictFacts&
                     const KeptByPath& kept) {
     const auto found = kept.find(conflict.path.str());
     const KeptTheirs* const theirs = found == kept.end() ? nullptr : found->second;
-    for (const auto& [kind, state] : {std::pair(Kind::text, conflict.text),
-                                      std::pair(Kind::property, conflict.properties),
-                                      std::pair(Kind::tree, conflict.tree),
-                                      std::pair(Kind::unspecified, conflict.unspecified)}) {
+    for (const auto& [kind, state] :
+         {std::pair(Kind::text, conflict.text), std::pair(Kind::property, conflict.properties),
+          std::pair(Kind::tree, conflict.tree),
+          std::pair(Kind::unspecified, conflict.unspecified)}) {
         if (state != ConflictState::none) {
             outcomes.push_back(outcomeOf(conflict, kind, state, theirs));
         }

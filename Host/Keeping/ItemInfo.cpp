@@ -47,9 +47,8 @@ std::string absoluteClientPath(const String& path, const String& directory) {
     if (path.hasPrefix("/") || directory.isEmpty() || isRepositoryURL(path.view())) {
         return path.str();
     }
-    return path == "."
-               ? directory.str()
-               : std::string(appendingPathComponent(directory.view(), path.view()).view());
+    return path == "." ? directory.str()
+                       : std::string(appendingPathComponent(directory.view(), path.view()).view());
 }
 
 } // namespace quen

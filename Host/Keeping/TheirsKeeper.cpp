@@ -68,8 +68,7 @@ Placement keepProperties(const std::string& path, const Incoming& incoming,
     std::error_code ignored;
     const bool isDirectory = std::filesystem::is_directory(path, ignored);
     const std::string_view text = query->output()->bytes();
-    return placeBeside(isDirectory ? path + "/dir" : path,
-                       suffixOf(".theirs-properties", incoming),
+    return placeBeside(isDirectory ? path + "/dir" : path, suffixOf(".theirs-properties", incoming),
                        text.empty() ? "No properties.\n" : text);
 }
 
@@ -146,9 +145,8 @@ std::vector<KeptTheirs> keepTheirsOfUpdate(const ChangeFacts& facts, const Strin
         }
         const std::string path = absoluteClientPath(conflict.path, directory);
         const auto entry = known.find(path);
-        const auto number = entry != known.end() && entry->second.revision
-                                ? entry->second.revision
-                                : facts.revision;
+        const auto number = entry != known.end() && entry->second.revision ? entry->second.revision
+                                                                           : facts.revision;
         answers.push_back(
             kept(conflict, path, Incoming{closedClientPath(path).str(), "BASE", number}, run));
     }

@@ -9,6 +9,18 @@
 
 namespace quen {
 
+namespace {
+
+/// The client drops these before it looks for a revision behind an `@`: `d@/.` is `d@` to it.
+std::string withoutEmptyEnd(std::string path) {
+    while (path.size() > 1 && (path.ends_with('/') || path.ends_with("/."))) {
+        path.pop_back();
+    }
+    return path;
+}
+
+} // namespace
+
 bool isRepositoryURL(std::string_view location) {
     const auto colon = location.find("://");
     const std::string_view scheme = location.substr(0, colon);
@@ -25,7 +37,11 @@ std::string directoryNameFor(const std::string& url) {
 
 String clientPath(const std::string& path) {
     // As it is seen by whoever looks for an `@` in what the client is given.
-    return path.starts_with('-') ? "./" + path : isRepositoryURL(path) ? withPlainAt(path) : path;
+    if (isRepositoryURL(path)) {
+        return withPlainAt(path);
+    }
+    const std::string plain = path.find('@') == std::string::npos ? path : withoutEmptyEnd(path);
+    return plain.starts_with('-') ? "./" + plain : plain;
 }
 
 StringArray clientPaths(const std::vector<std::string>& paths) {

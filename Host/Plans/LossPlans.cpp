@@ -60,8 +60,9 @@ bool holdsOwnContent(const StatusEntry& entry, const CopiedEdits& edits) {
     if (isOneOf(entry.item, {"modified", "conflicted", "obstructed"})) {
         return true;
     }
-    const bool standsThere =
-        entry.item.view() == "replaced" || (entry.isTreeConflict && entry.item.view() != "added");
+    // Something else may stand where an item is deleted: a revert puts the item in its place.
+    const bool standsThere = isOneOf(entry.item, {"replaced", "deleted"}) ||
+                             (entry.isTreeConflict && entry.item.view() != "added");
     return standsThere && isOnDisk(entry) && !isDirectory(entry);
 }
 

@@ -80,7 +80,8 @@ struct RemoteRemovePlan {
 };
 /// For the removal of URLs, which is a commit at once: nothing is lost, since the revisions before
 /// hold it, and all that lies below is gone for everybody else. Asks the repository.
-RemoteRemovePlan planRemoteRemove(const std::vector<String>& urls, const QueryRunner& run = runHere);
+RemoteRemovePlan planRemoteRemove(const std::vector<String>& urls,
+                                  const QueryRunner& run = runHere);
 
 /// Paths of one working copy: a commit of its own.
 struct CommitGroup {

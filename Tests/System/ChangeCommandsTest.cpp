@@ -102,14 +102,13 @@ TEST_F(LocalEditCommandsTest, RemoveTakesNamesAsTheyAre) {
 TEST_F(LocalEditCommandsTest, RemoveInTheRepositoryIsACommit) {
     commitFiles({"a@1.c", "b.c"});
 
-    expectEach(sandbox_,
-               {{{"remove", "--yes", sandbox_.url("trunk/a@1.c"), "-m", "No a"},
-                 "Committed revision 3.\n"},
-                {{"remove", "--yes", sandbox_.url("trunk/b.c")},
-                 "",
-                 1,
-                 "quen remove: There is no message. Give one with -m or -F, or name your "
-                 "editor in SVN_EDITOR, VISUAL or EDITOR.\n"}});
+    expectEach(sandbox_, {{{"remove", "--yes", sandbox_.url("trunk/a@1.c"), "-m", "No a"},
+                           "Committed revision 3.\n"},
+                          {{"remove", "--yes", sandbox_.url("trunk/b.c")},
+                           "",
+                           1,
+                           "quen remove: There is no message. Give one with -m or -F, or name your "
+                           "editor in SVN_EDITOR, VISUAL or EDITOR.\n"}});
 
     EXPECT_EQ(sandbox_.svn({"list", sandbox_.url("trunk")}), "b.c\n");
     EXPECT_THAT(sandbox_.svn({"log", "-r3", sandbox_.url()}), HasSubstr("No a"));

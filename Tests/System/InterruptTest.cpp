@@ -109,9 +109,9 @@ TEST_F(InterruptTest, TellsHowToCleanUpAWorkingCopy) {
                                                 "echo \"Updating '.':\"\n"
                                                 "while :; do sleep 1; done\n");
     std::filesystem::permissions(sandbox_.root() / "bin/svn", std::filesystem::perms::owner_all);
-    Terminal update(sandbox_.invocation(
-        {Sandbox::program(), "update"}, sandbox_.workingCopy(),
-        {"PATH=" + (sandbox_.root() / "bin").string() + ":/usr/bin:/bin"}));
+    Terminal update(
+        sandbox_.invocation({Sandbox::program(), "update"}, sandbox_.workingCopy(),
+                            {"PATH=" + (sandbox_.root() / "bin").string() + ":/usr/bin:/bin"}));
     ASSERT_TRUE(update.waitFor("0 items  0:0")) << update.shown();
     update.type("\x03");
     EXPECT_EQ(update.waitForEnd(), 130);

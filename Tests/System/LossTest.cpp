@@ -91,8 +91,7 @@ TEST_F(LossTest, SeveralWorkingCopies) {
     people_.write("a.c", "two\n");
     people_.writeTheirs("b.c", "two\n");
 
-    const Ran ran =
-        sandbox_.quen({"revert", "--yes", "wc/a.c", "theirs/b.c"}, sandbox_.root());
+    const Ran ran = sandbox_.quen({"revert", "--yes", "wc/a.c", "theirs/b.c"}, sandbox_.root());
     EXPECT_EQ(ran.out,
               "Reverted 2 items. `quen undo theirs wc` brings back what the files held.\n");
     EXPECT_EQ(sandbox_.quen({"undo", "theirs", "wc"}, sandbox_.root()).out,
@@ -156,8 +155,8 @@ TEST_F(LossTest, AnExportWithoutRoomLeavesWhatWasThere) {
     for (const Sandbox::Words& words :
          {Sandbox::Words{"--force", "big", "../out/old"}, {"big", "../out/new"}}) {
         const Ran ran = exported(words);
-        EXPECT_EQ(ran.err, "quen export: \"" + words.back() +
-                               "\" cannot be written: File too large.\n");
+        EXPECT_EQ(ran.err,
+                  "quen export: \"" + words.back() + "\" cannot be written: File too large.\n");
         EXPECT_EQ(ran.status, 1);
     }
     EXPECT_EQ(sandbox_.read(sandbox_.root() / "out/old"), "old\n");
@@ -177,43 +176,42 @@ TEST_F(LossTest, AnExportNeverFollowsALink) {
 TEST_F(LossTest, EditsInsideOfCopiesAndMovesAreNamedAndKept) {
     people_.write("dir/deep", "one\n");
     people_.commitOurs();
-    sandbox_.svn({"copy", "-q", "a.c", "copy.c"});
-    sandbox_.svn({"move", "-q", "b.c", "moved.c"});
-    sandbox_.svn({"copy", "-q", "dir", "dir2"});
-    sandbox_.svn({"copy", "-q", "a.c", "same.c"});
-    for (const char* const name : {"copy.c", "moved.c", "dir2/deep"}) {
-        people_.write(name, std::string("edited ") + name + "\n");
-    }
+    const Sandbox::Words edited{"copy.c", "moved.c", "dir2/deep"};
     for (const char* const step : {"revert", "remove"}) {
         SCOPED_TRACE(step);
-        const Sandbox::Words paths{"copy.c", "moved.c", "dir2", "same.c"};
-        Sandbox::Words words{step};
-        words.insert(words.end(), paths.begin(), paths.end());
-        const Ran refused = sandbox_.quen(words);
-        for (const char* const name : {" copy.c\n", " moved.c\n", " dir2/deep\n"}) {
-            EXPECT_THAT(refused.err, HasSubstr(name));
-        }
-        EXPECT_THAT(refused.err, Not(HasSubstr("same.c")));
-        words.insert(words.begin() + 1, "--yes");
-        EXPECT_EQ(sandbox_.quen(words).status, 0);
-        EXPECT_FALSE(people_.exists("copy.c"));
-        EXPECT_EQ(sandbox_.quen({"undo"}).status, 0);
-        for (const char* const name : {"copy.c", "moved.c", "dir2/deep"}) {
-            EXPECT_EQ(sandbox_.read(name), std::string("edited ") + name + "\n");
-        }
-        // As before, for the next step.
-        std::filesystem::rename(sandbox_.workingCopy() / "dir2/deep", sandbox_.root() / "deep");
-        for (const char* const name : {"copy.c", "moved.c", "dir2"}) {
+        for (const char* const name : {"copy.c", "moved.c", "dir2", "same.c"}) {
             std::filesystem::remove_all(sandbox_.workingCopy() / name);
         }
         sandbox_.svn({"revert", "-q", "-R", "."});
         sandbox_.svn({"copy", "-q", "a.c", "copy.c"});
         sandbox_.svn({"move", "-q", "b.c", "moved.c"});
         sandbox_.svn({"copy", "-q", "dir", "dir2"});
-        for (const char* const name : {"copy.c", "moved.c", "dir2/deep"}) {
-            people_.write(name, std::string("edited ") + name + "\n");
+        sandbox_.svn({"copy", "-q", "a.c", "same.c"});
+        for (const std::string& name : edited) {
+            people_.write(name, "edited " + name + "\n");
+        }
+
+        const Ran refused = sandbox_.quen({step, "copy.c", "moved.c", "dir2", "same.c"});
+        for (const std::string& name : edited) {
+            EXPECT_THAT(refused.err, HasSubstr(" " + name + "\n"));
+        }
+        EXPECT_THAT(refused.err, Not(HasSubstr("same.c")));
+        EXPECT_EQ(sandbox_.quen({step, "--yes", "copy.c", "moved.c", "dir2", "same.c"}).status, 0);
+        EXPECT_FALSE(people_.exists("copy.c"));
+        EXPECT_EQ(sandbox_.quen({"undo"}).status, 0);
+        for (const std::string& name : edited) {
+            EXPECT_EQ(sandbox_.read(name), "edited " + name + "\n");
         }
     }
+}
+
+TEST_F(LossTest, WhatStandsInADeletedItemsPlaceIsKept) {
+    sandbox_.svn({"remove", "-q", "a.c"});
+    people_.write("a.c", "something else\n");
+    EXPECT_THAT(sandbox_.quen({"revert", "a.c"}).err, HasSubstr("  deleted  a.c\n"));
+    EXPECT_EQ(sandbox_.quen({"revert", "--yes", "a.c"}).status, 0);
+    EXPECT_EQ(sandbox_.quen({"undo"}).status, 0);
+    EXPECT_EQ(sandbox_.read("a.c"), "something else\n");
 }
 
 } // namespace

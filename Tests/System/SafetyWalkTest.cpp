@@ -21,7 +21,7 @@ using Names = std::vector<std::string>;
 /// Two people at work on one repository, through all ways to lose work with this client, by the
 /// command line. Every line that either ever writes differs from every other and is taken down, and
 /// so is every value of a property. At the end each is in the repository, in a working copy, in a
-/// file beside, or was named in a question that was answered with yes.
+/// file beside, kept for an undo, or was named in a question that was answered with yes.
 class SafetyWalk : public testing::Test {
 protected:
     std::string freshLine(const std::string& about) {
@@ -112,6 +112,11 @@ protected:
         std::set<std::string> found;
         collectBelow(sandbox_.workingCopy(), found);
         collectBelow(people_.theirs(), found);
+        // What `quen undo` would bring back.
+        const fs::path kept = sandbox_.root() / "home/.local/state/quen/undo";
+        if (fs::exists(kept)) {
+            collectBelow(kept, found);
+        }
         collect(sandbox_.svn({"log", "-q", "--diff", sandbox_.url()}), found);
         collect(sandbox_.svn({"proplist", "-v", "-R", "."}), found);
         collect(people_.svnTheirs({"proplist", "-v", "-R", "."}), found);
@@ -173,17 +178,14 @@ void SafetyWalk::updateOverEdits() {
 
     EXPECT_THAT(quen({"update", "--preview"}, 3), HasSubstr("  modified             text\n"));
     const std::string said = quen({"update"}, 3);
-    for (const char* const named :
-         {"  text ", "  dir/a@2 ", "  props (", "  gone here (tree)", "  gone there (tree)",
-          "  new (tree)"}) {
+    for (const char* const named : {"  text ", "  dir/a@2 ", "  props (", "  gone here (tree)",
+                                    "  gone there (tree)", "  new (tree)"}) {
         EXPECT_THAT(said, HasSubstr(named));
     }
     quen({"resolve", "gone here", "gone there", "new"});
     // "new" was ours alone, and theirs is in the repository.
     EXPECT_THAT(sandbox_.read("new"), HasSubstr("line"));
-    for (const char* const name : {"gone here", "gone there", "new"}) {
-        sandbox_.svn({"revert", "-q", name + std::string("@")});
-    }
+    quen({"revert", "--yes", "gone here", "gone there", "new"});
 }
 
 void SafetyWalk::commitIsOutOfDate() {
@@ -214,7 +216,7 @@ void SafetyWalk::mergeIntoLocalChanges() {
 }
 
 void SafetyWalk::switchWithEdits() {
-    sandbox_.svn({"revert", "-q", "props", "text"});
+    quen({"revert", "--yes", "props", "text"});
     write("text");
     write("dir/only there");
     const std::string said =
@@ -222,7 +224,7 @@ void SafetyWalk::switchWithEdits() {
     EXPECT_THAT(said, HasSubstr("text.mine"));
     quen({"resolve", "--accept", "working", "text"});
     quen({"resolve", "dir/only there"});
-    sandbox_.svn({"revert", "-q", "dir/only there"});
+    quen({"revert", "--yes", "dir/only there"});
 }
 
 void SafetyWalk::checkoutOverThings() {
@@ -232,13 +234,13 @@ void SafetyWalk::checkoutOverThings() {
 }
 
 void SafetyWalk::revertAndUndo() {
-    sandbox_.svn({"revert", "-q", "-R", "text", "props", "dir"});
+    quen({"revert", "--yes", "text", "props", "dir"});
     for (const char* const name : {"edited", "source", "listed", "replaced", "d/a", "d@/a"}) {
         write(name);
     }
     sandbox_.svn({"add", "-q", "edited", "source", "listed", "replaced", "d", "d@@"});
-    sandbox_.svn({"commit", "-q", "-m", "More", "edited", "source", "listed", "replaced", "d",
-                  "d@@"});
+    sandbox_.svn(
+        {"commit", "-q", "-m", "More", "edited", "source", "listed", "replaced", "d", "d@@"});
     for (const char* const name : {"edited", "listed", "d/a", "d@/a"}) {
         write(name);
     }
@@ -277,8 +279,7 @@ void SafetyWalk::removeAndUndo() {
     sandbox_.svn({"propset", "-q", "svn:ignore", "*.o", "tree"});
     write("tree/edited");
     sandbox_.svn({"add", "-q", "tree/added"});
-    quenAsking({"remove", "tree"},
-               {"tree/edited", "tree/added", "tree/deep", "tree/ignored.o"});
+    quenAsking({"remove", "tree"}, {"tree/edited", "tree/added", "tree/deep", "tree/ignored.o"});
     EXPECT_FALSE(people_.exists("tree/edited"));
     quen({"undo"});
     EXPECT_TRUE(people_.exists("tree/deep/unversioned"));
@@ -298,7 +299,7 @@ void SafetyWalk::exportOverAFile() {
 void SafetyWalk::resolveForTheirs() {
     write("text");
     quen({"switch", "--yes", "trunk"}, 3);
-    write("text");
+    people_.write("text", sandbox_.read("text") + freshLine("text") + "\n");
     quen({"resolve", "--accept", "theirs", "text"});
     quen({"undo"});
 }

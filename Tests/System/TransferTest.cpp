@@ -370,8 +370,7 @@ TEST_F(TransferTest, ResolveTakesAVersionAndKeepsTheOther) {
         people_.write("text", "half resolved\n");
 
         const Ran ran = sandbox_.quen({"resolve", "--accept", accept, "text"});
-        EXPECT_EQ(ran.out,
-                  "Resolved 1 conflict. `quen undo` brings back what the files held.\n");
+        EXPECT_EQ(ran.out, "Resolved 1 conflict. `quen undo` brings back what the files held.\n");
         EXPECT_EQ(ran.status, 0) << ran.err;
         EXPECT_EQ(sandbox_.read("text"), content);
         EXPECT_EQ(sandbox_.quen({"undo"}).status, 0);

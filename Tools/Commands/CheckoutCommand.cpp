@@ -1,6 +1,6 @@
 #include "Host/Places/Locations.h"
-#include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Host/Plans/Plans.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/Changes/Losses.h"
 #include "Tools/Commands/Changes/Transfer.h"
@@ -60,8 +60,7 @@ int runCheckoutCommand(Session& session, const Options& options) {
     }
     const std::string directory =
         options.directory.empty() ? directoryNameFor(options.url) : options.directory;
-    const int confirmed =
-        concerns(options, directory).obtain(session, options.isSure);
+    const int confirmed = concerns(options, directory).obtain(session, options.isSure);
     if (confirmed != ExitSuccess) {
         return confirmed;
     }

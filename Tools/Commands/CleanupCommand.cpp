@@ -37,8 +37,8 @@ int cleanUp(const Session& session, const std::string& path) {
 int runCleanupCommand(Session& session, const Options& options) {
     int status = ExitSuccess;
     for (const std::string& path : options.paths) {
-        const int each = InterruptWatch::wasInterrupted() ? ExitInterrupted
-                                                          : cleanUp(session, path);
+        const int each =
+            InterruptWatch::wasInterrupted() ? ExitInterrupted : cleanUp(session, path);
         status = status == ExitSuccess ? each : status;
     }
     if (session.options().json) {

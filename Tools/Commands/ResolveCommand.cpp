@@ -61,10 +61,9 @@ int acceptVersion(Session& session, const Options& options) {
     ChangeFacts facts;
     const QuenSourceControlOperationPtr operation = runResolve(options, facts);
     const auto summary = [&](const Value& /*result*/, const ClientReport& /*report*/) {
-        return facts.conflicts.empty()
-                   ? "Nothing to resolve."
-                   : "Resolved " + counted(facts.conflicts.size(), "conflict") + "." +
-                         replaced->advice();
+        return facts.conflicts.empty() ? "Nothing to resolve."
+                                       : "Resolved " + counted(facts.conflicts.size(), "conflict") +
+                                             "." + replaced->advice();
     };
     return replaced->conclude(
         session, finishChange(session, operation, {nullptr, options.edit.paths.front()}, summary));

@@ -47,7 +47,8 @@ int previewUpdate(const Session& session, const Options& options) {
         std::count_if(plan.incoming.begin(), plan.incoming.end(), isIncomingItself);
     return tellPreview(session, {"Would update to revision " + revision,
                                  static_cast<std::size_t>(incoming),
-                                 previewItems(plan.changedOnBothSides), previewItems(plan.inTheWay),
+                                 previewItems(plan.changedOnBothSides),
+                                 previewItems(plan.inTheWay),
                                  {}});
 }
 

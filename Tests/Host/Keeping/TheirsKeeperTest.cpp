@@ -92,7 +92,8 @@ TEST(TheirsKeeperTest, PropertiesOfADirectoryLieWithinIt) {
     const auto kept = keepTheirsOfUpdate(told.facts, people.sandbox().root().string());
     ASSERT_EQ(kept.size(), 1U);
     EXPECT_FALSE(kept[0].error) << kept[0].error.description().str();
-    EXPECT_EQ(kept[0].theirsProperties, String((people.ours() / "dir.theirs-properties.r3").string()));
+    EXPECT_EQ(kept[0].theirsProperties,
+              String((people.ours() / "dir.theirs-properties.r3").string()));
     EXPECT_EQ(people.read(people.ours(), "dir.theirs-properties.r3"), "No properties.\n");
 }
 

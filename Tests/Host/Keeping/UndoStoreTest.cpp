@@ -3,8 +3,8 @@
 #include "Tests/Host/ScratchDirectory.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>

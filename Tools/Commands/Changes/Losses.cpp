@@ -49,19 +49,6 @@ std::string wordsForItem(const StatusEntry& entry) {
     return word == "normal" || word == "none" ? properties : word + ", " + properties;
 }
 
-std::vector<String> absolutePaths(const std::vector<std::string>& paths) {
-    std::vector<String> absolute;
-    absolute.reserve(paths.size());
-    for (const std::string& path : paths) {
-        std::string plain = std::filesystem::absolute(path).lexically_normal().string();
-        while (plain.size() > 1 && plain.ends_with('/')) {
-            plain.pop_back();
-        }
-        absolute.emplace_back(plain);
-    }
-    return absolute;
-}
-
 void Losses::run(QuenSourceControlTaskOperation& query) {
     const InterruptWatch::Action action([&query] { query.cancel(); });
     query.run();

@@ -2,6 +2,7 @@
 
 #include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/Confirmation.h"
+#include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Session.h"
 
 #include <string>
@@ -73,8 +74,5 @@ private:
 
 /// What a status says of an item, with its properties: `modified, properties modified`.
 std::string wordsForItem(const StatusEntry& entry);
-
-/// Names typed by a person, absolute and without dots, as plans take them.
-std::vector<String> absolutePaths(const std::vector<std::string>& paths);
 
 } // namespace quen::tools

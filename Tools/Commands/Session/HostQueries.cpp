@@ -16,11 +16,16 @@ void runHostQuery(QuenSourceControlTaskOperation& query) {
 
 std::vector<String> absolutePaths(const std::vector<std::string>& paths) {
     std::vector<String> absolute;
-    std::transform(
-        paths.begin(), paths.end(), std::back_inserter(absolute), [](const std::string& path) {
-            std::error_code ignored;
-            return String(std::filesystem::absolute(path, ignored).lexically_normal().string());
-        });
+    std::transform(paths.begin(), paths.end(), std::back_inserter(absolute),
+                   [](const std::string& path) {
+                       std::error_code ignored;
+                       std::string plain =
+                           std::filesystem::absolute(path, ignored).lexically_normal().string();
+                       while (plain.size() > 1 && plain.ends_with('/')) {
+                           plain.pop_back();
+                       }
+                       return String(plain);
+                   });
     return absolute;
 }
 

@@ -89,8 +89,7 @@ OrderedJson settledJson(const std::vector<ConflictOutcome>& outcomes) {
     OrderedJson json = OrderedJson::array();
     for (const ConflictOutcome& each : outcomes) {
         if (each.state == ConflictState::settled) {
-            const bool hasText =
-                each.kind == ConflictOutcome::Kind::text && !each.theirs.isNil();
+            const bool hasText = each.kind == ConflictOutcome::Kind::text && !each.theirs.isNil();
             json.push_back({{"path", toJson(each.path)},
                             {"kind", wordOf(each.kind)},
                             {"theirs", hasText ? toJson(each.theirs) : OrderedJson()}});

@@ -12,7 +12,8 @@ namespace quen::tools::server {
 
 /// `[{path, action}]` of what the client did. Its relative paths begin in `directory`.
 OrderedJson itemsJson(const ChangeFacts& facts, const std::string& directory);
-/// `[{path, kind}]` of the conflicts that wait for a person; `kind` is `text`, `property` or `tree`.
+/// `[{path, kind}]` of the conflicts that wait for a person; `kind` is `text`, `property` or
+/// `tree`.
 OrderedJson conflictsJson(const std::vector<ConflictOutcome>& outcomes);
 /// `[{path, kind, theirs}]` of those that the client settled; `theirs` is the file that holds the
 /// text that came in, null where there is none.
