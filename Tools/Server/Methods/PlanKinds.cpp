@@ -130,7 +130,7 @@ Error planOfRemove(const Services& /*services*/, const PlanParams& params, const
 
 Error planOfUpdate(const Services& /*services*/, const PlanParams& params, const QueryRunner& run,
                    PlanAnswer& answer) {
-    const UpdatePlan plan = planUpdate(stringsOf(params.paths), run);
+    const UpdatePlan plan = planUpdate(stringsOf(params.paths), String(), run);
     for (const StatusEntry& entry : plan.incoming) {
         addItem(answer, entry.path,
                 saysSomething(entry.incomingItem) ? entry.incomingItem : String("modified"));
