@@ -48,6 +48,11 @@ std::vector<Row> rows() {
          "nobody "
          "can be asked; nothing is done",
          "echo x >> a.c", "$Q revert a.c"},
+        {"1 | `quen merge`, `quen switch`, `quen checkout`, `quen remove` of a URL | local changes "
+         "or "
+         "things in the way are concerned, or something goes for everybody, and the answer is no "
+         "or nobody can be asked; nothing is done",
+         "echo x >> a.c", "$Q merge ^/branches"},
         {"1 | `quen branch delete` | the answer is no or nobody can be asked; nothing is done",
          "svn copy -q -m B ^/trunk ^/branches/b", "$Q branch delete b -m M"},
         {"1 | `quen ignore`, `quen unignore` | one of the names cannot be used; nothing is done",
@@ -62,6 +67,13 @@ std::vector<Row> rows() {
          "$Q serve < /dev/null"},
         {"2 | any | the command line was not understood", "", "$Q status --nonsense"},
         {"2 | `quen request` | its input object was not understood", "", "echo '[' | $Q request"},
+        {"3 | `quen update`, `quen merge`, `quen switch`, `quen checkout` | done, and conflicts "
+         "were "
+         "decided for your version or are left, or items were skipped",
+         "echo theirs > a.c; svn commit -q -m T; svn update -q -r PREV a.c; echo mine > a.c",
+         "$Q update"},
+        {"3 | `quen update --preview`, `quen merge --preview` | both sides have changed something",
+         "svn update -q -r PREV a.c; echo mine > a.c", "$Q update --preview"},
         {"130 | any | interrupted (SIGINT, SIGTERM, SIGHUP), also while no client ran",
          "echo x >> a.c; mkfifo ../fifo",
          "timeout --preserve-status -s TERM 0.5 $Q commit -F - 0<>../fifo"},
