@@ -65,6 +65,7 @@ ToolRun ClientRunner::run(const ToolInvocation& invocation, std::stop_token stop
     ProcessInvocation process = processOf(invocation);
     process.ownSession = !options_.keepsTerminal;
     process.endsWithHost = options_.endsWithHost;
+    process.keepsOutput = options_.keepsOutput;
     ProcessOutcome outcome = runProcess(process, std::move(stop));
     return {.end = outcome.end,
             .exitStatus = outcome.exitStatus,

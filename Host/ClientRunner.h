@@ -15,6 +15,8 @@ public:
         /// The client is asked to end when this process dies, however that happens. For a host that
         /// is a program of its own; a client of a long-lived host ends its work without it.
         bool endsWithHost = false;
+        /// With false a run's output is empty: only the watcher has it.
+        bool keepsOutput = true;
     };
 
     ClientRunner() = default;

@@ -43,6 +43,7 @@ public:
     void take(std::string_view piece);
     Error finish();
     const ListFacts& facts() const noexcept;
+    /// What has been read since the last call, to keep. Reading may go on.
     ListFacts takeFacts();
 
 private:

@@ -45,7 +45,9 @@ std::size_t ChildStream::read() {
         return 0;
     }
     const auto size = static_cast<std::size_t>(count);
-    data_->addFilled(size);
+    if (keeps_) {
+        data_->addFilled(size);
+    }
     if (watcher_) {
         watcher_({room, size});
     }

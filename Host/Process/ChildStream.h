@@ -12,9 +12,10 @@ namespace quen {
 /// One of the child's streams: what came so far, and the pipe where more comes from.
 class ChildStream {
 public:
-    /// `watcher` must outlive this.
-    ChildStream(std::shared_ptr<Data> data, const ProcessInvocation::Watcher& watcher) noexcept
-        : data_(std::move(data)), watcher_(watcher) {}
+    /// `watcher` must outlive this. What it has seen is not added to the data unless `keeps`.
+    ChildStream(std::shared_ptr<Data> data, const ProcessInvocation::Watcher& watcher,
+                bool keeps = true) noexcept
+        : data_(std::move(data)), watcher_(watcher), keeps_(keeps) {}
 
     void open(FileDescriptor readEnd) noexcept { readEnd_ = std::move(readEnd); }
     /// Makes the pipe hold more than usual, where the system allows it.
@@ -35,6 +36,7 @@ public:
 private:
     std::shared_ptr<Data> data_;
     const ProcessInvocation::Watcher& watcher_;
+    bool keeps_;
     FileDescriptor readEnd_;
 };
 

@@ -62,7 +62,7 @@ void run(const ProcessInvocation& invocation, std::stop_token stop, const RunClo
     if (cancel.error() != 0) {
         return refuse(outcome, {-1, cancel.error(), nullptr});
     }
-    ChildStream output(outputData, invocation.outputWatcher);
+    ChildStream output(outputData, invocation.outputWatcher, invocation.keepsOutput);
     ChildStream errors(errorData, invocation.errorWatcher);
     const SpawnResult result = startChild(invocation, output, errors);
     if (result.pid < 0) {

@@ -44,6 +44,10 @@ struct ProcessInvocation {
     /// grows faster than the time. Called on the thread that runs, often. Must not throw.
     std::function<std::chrono::nanoseconds()> uncountedTime;
 
+    /// With false the outcome's output stays empty: the watcher has had all of it, and memory does
+    /// not grow with what the child writes.
+    bool keepsOutput = true;
+
     /// Called with every piece of a stream as it arrives, in order, on the thread that runs; the
     /// outcome holds everything all the same. The bytes live during the call. The run stands still
     /// meanwhile, stop requests and limits included. One that throws ends the run as `outputLost`.

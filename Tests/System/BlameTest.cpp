@@ -63,6 +63,13 @@ TEST_F(BlameTest, ShowsTextOfAnyKindSafely) {
                            "r6  alice  AGE  4  no end\n"}});
 }
 
+TEST_F(BlameTest, GoesBehindARevision) {
+    expectEach(sandbox_, {{{"blame", "--before", "3", "icon@2x.txt"}, "r2  alice  AGE  1  x\n"},
+                          {{"blame", "--jsonl", "--before", "3", "icon@2x.txt"},
+                           "{\"line\":1,\"revision\":2,\"author\":\"alice\",\"date\":"
+                           "\"DATE\",\"text\":\"x\"}\n"}});
+}
+
 TEST_F(BlameTest, GivesScriptsTheRecordsOfTheOperation) {
     expectEach(sandbox_, {{{"blame", "--json", "-r", "2:3", "icon@2x.txt"},
                            "[{\"QuenSourceControlOperationLineNumberKey\":\"1\","
@@ -81,21 +88,14 @@ TEST_F(BlameTest, SaysWhatIsWrong) {
         {{{"blame", "blob"},
           "",
           1,
-          "quen blame: Skipping binary file (use --force to treat as text): 'blob'\n"},
-         {{"blame", "new.c"},
-          "",
-          1,
-          "quen blame: Path 'SANDBOX/wc/new.c' has no committed revision\n"},
+          "quen blame: Skipping binary file (use --force to treat as text): \"blob\"\n"},
+         {{"blame", "new.c"}, "", 1, "quen blame: Path \"new.c\" has no committed revision\n"},
          {{"blame", "-r", "1", "hello.c"},
           "",
           1,
           "quen blame: Unable to find repository location for "
           "'file://SANDBOX/repository/trunk/hello.c' in revision 1\n"},
-         {{"blame", "src"},
-          "",
-          1,
-          "quen blame: warning: '/trunk/src' is not a file in revision 4\n"
-          "quen blame: Could not perform blame on all targets because some targets don't exist\n"},
+         {{"blame", "src"}, "", 1, "quen blame: '/trunk/src' is not a file in revision 4\n"},
          {{"blame"},
           "",
           2,

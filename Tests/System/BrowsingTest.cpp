@@ -52,6 +52,20 @@ TEST_F(BrowsingTest, InfoTellsWhereAnItemLiesAndItsLastChange) {
                  "\"QuenSourceControlOperationDateKey\":\"DATE\"}]\n"}});
 }
 
+TEST_F(BrowsingTest, ListsInDetailDeepAndAsOfARevision) {
+    EXPECT_EQ(sandbox_.quen({"list", "-R", "src"}).out, "main.c\n");
+    EXPECT_EQ(sandbox_.quen({"list", "-r", "2", "src"}).out, "main.c\n");
+    EXPECT_EQ(sandbox_.quen({"list", "-R", sandbox_.url("branches/feature")}).status, 0);
+    expectEach(sandbox_,
+               {{{"list", "-v", "src"}, "     r2  alice       AGE            2  main.c\n"},
+                {{"list", "--jsonl", "src"},
+                 "{\"name\":\"main.c\",\"kind\":\"file\",\"size\":2,\"revision\":2,"
+                 "\"author\":\"alice\",\"date\":\"DATE\"}\n"}});
+    sandbox_.svn({"copy", "-q", "--username", "bob", "-m", "Tag", sandbox_.url("trunk"),
+                  sandbox_.url("tags/v1")});
+    expectEach(sandbox_, {{{"tags"}, "v1  r6  bob  AGE\n"}});
+}
+
 TEST_F(BrowsingTest, ACommandThatDoesNotExistIsAnsweredWithTheNearest) {
     expectEach(sandbox_,
                {{{"stauts"},

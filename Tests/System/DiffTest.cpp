@@ -112,6 +112,18 @@ TEST_F(DiffTest, IsAPatchThatTheClientAppliesWhateverTheEncodings) {
     }
 }
 
+TEST_F(DiffTest, CountsTheLinesAndTakesChangesAsTheClientDoes) {
+    EXPECT_EQ(sandbox_.quen({"diff", "-c", "-3"}).out, sandbox_.svn({"diff", "-c", "-3"}));
+    EXPECT_EQ(sandbox_.quen({"diff", "-c", "2,3"}).out,
+              sandbox_.svn({"diff", "-c", "2"}) + sandbox_.svn({"diff", "-c", "3"}));
+    expectEach(sandbox_, {{{"diff", "-c", "3", "--stat", "icon@2x.txt"},
+                           " icon@2x.txt |   1 +\n"
+                           " 1 file changed, 1 line added, 0 lines removed\n"},
+                          {{"diff", "-c", "3", "--stat", "--json", "icon@2x.txt"},
+                           "[{\"path\":\"icon@2x.txt\",\"added\":1,\"removed\":0,"
+                           "\"isBinary\":false}]\n"}});
+}
+
 TEST_F(DiffTest, SummarisesWhatDiffersBetweenTwoPlaces) {
     const std::string trunk = sandbox_.url("trunk");
     const std::string branch = sandbox_.url("branches/feature");
@@ -159,11 +171,10 @@ TEST_F(DiffTest, SaysWhatIsWrong) {
          {{"diff", "-c", "x"},
           "",
           2,
-          "quen diff: \"x\" is not a revision number. `quen help diff` shows how to use it.\n"},
-         {{"diff", "nowhere"},
-          "",
-          1,
-          "quen diff: The node 'SANDBOX/wc/nowhere' was not found.\n"}});
+          "quen diff: \"x\" is not a valid change. Use a revision number, -N for its reversal, or "
+          "several "
+          "with commas between. `quen help diff` shows how to use it.\n"},
+         {{"diff", "nowhere"}, "", 1, "quen diff: \"nowhere\" does not exist.\n"}});
 }
 
 } // namespace

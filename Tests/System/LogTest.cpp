@@ -56,7 +56,70 @@ TEST_F(LogTest, ShowsTheFilesOfEachRevision) {
                                r4 +
                                "\n"
                                "    deleted  /trunk/greet.c\n"
-                               "    added    /trunk/hello.c\n"}});
+                               "    added    /trunk/hello.c (from /trunk/greet.c@3)\n"}});
+}
+
+TEST_F(LogTest, LeavesOutWhatIsNotAskedFor) {
+    const Ran all = sandbox_.quen({"log", "--oneline"});
+    EXPECT_THAT(all.out, testing::MatchesRegex("r4 .*alice +Rename greet.c\nr3 .*bob +Shout\nr2 "
+                                               ".*alice +Add files\nr1 .*The usual layout\n"));
+    expectEach(sandbox_, {{{"log", "--author", "BO"}, r3},
+                          {{"log", "--search", "greet"}, r4},
+                          {{"log", "--search", "louder", "--author", "alice"}, ""},
+                          {{"log", "--since", "1 hour", "-1"}, r4},
+                          {{"log", "--author", "alice", "--limit", "2"}, r4 + "\n" + r2},
+                          {{"log", "-c", "2,3"}, r2 + "\n" + r3},
+                          {{"log", "-q", "-2"}, "r4  alice  AGE (DATE)\nr3  bob  AGE (DATE)\n"},
+                          {{"log", "--since", "2001-01-01", "-c", "3"}, r3}});
+}
+
+TEST_F(LogTest, OnesOwnCommitIsThereWithoutAnUpdate) {
+    sandbox_.write("hello.c", "mine\n");
+    sandbox_.svn({"commit", "-q", "--username", "alice", "-m", "Mine", "hello.c"});
+    expectEach(sandbox_, {{{"log", "-1"}, "r6  alice  AGE (DATE)\n\n    Mine\n"}});
+    sandbox_.svn({"remove", "-q", "-m", "Gone", sandbox_.url("trunk/hello.c")});
+    expectEach(sandbox_, {{{"log", "-1", "hello.c"}, "r6  alice  AGE (DATE)\n\n    Mine\n"}});
+}
+
+TEST_F(LogTest, OneObjectALineForScripts) {
+    expectEach(sandbox_, {{{"log", "--jsonl", "-2"},
+                           "{\"revision\":4,\"author\":\"alice\",\"date\":\"DATE\",\"message\":"
+                           "\"Rename greet.c\"}\n"
+                           "{\"revision\":3,\"author\":\"bob\",\"date\":\"DATE\",\"message\":"
+                           "\"Shout\\n\\nLouder is clearer.\"}\n"}});
+}
+
+TEST_F(LogTest, ShowsOneRevisionWithItsChanges) {
+    const Ran shown = sandbox_.quen({"show", "3"});
+    EXPECT_THAT(sandbox_.neutral(shown.out),
+                testing::AllOf(testing::StartsWith(r3 + "\n    modified  /trunk/greet.c\n"),
+                               testing::HasSubstr("\n-two\n+TWO\n")));
+    expectEach(
+        sandbox_,
+        {{{"show", "3", "--stat"},
+          r3 + "\n    modified  /trunk/greet.c\n    modified  /trunk/icon@2x.txt\n\n"
+               " trunk/greet.c     |   2 +-\n trunk/icon@2x.txt |   1 +\n"
+               " 2 files changed, 2 lines added, 1 line removed\n"},
+         {{"show", "x"},
+          "",
+          2,
+          "quen show: \"x\" is not a valid revision. Use a number, HEAD or a date in braces; "
+          "`quen log` shows them.\n"}});
+}
+
+TEST_F(LogTest, ShowsWhatOthersHaveCommittedSince) {
+    expectEach(sandbox_, {{{"incoming"}, "Nothing new in the repository since revision 4.\n"}});
+    sandbox_.svn({"mkdir", "-q", "--username", "bob", "-m", "New", sandbox_.url("trunk/new")});
+    EXPECT_THAT(sandbox_.quen({"incoming"}).out,
+                testing::MatchesRegex("r6 .*bob +New\n1 revision to update to; .*\n"));
+}
+
+/// The reader of the output has seen enough: so has the client.
+TEST_F(LogTest, EndsWithItsReader) {
+    const Ran head = sandbox_.run({"sh", "-c", "'" + Sandbox::program() + "' log | head -n 1"},
+                                  sandbox_.workingCopy());
+    EXPECT_EQ(sandbox_.neutral(head.out), "r4  alice  AGE (DATE)\n");
+    EXPECT_EQ(head.err, "");
 }
 
 TEST_F(LogTest, GivesScriptsTheRecordsOfTheOperation) {
@@ -73,8 +136,11 @@ TEST_F(LogTest, GivesScriptsTheRecordsOfTheOperation) {
 TEST_F(LogTest, SaysWhatIsWrong) {
     expectEach(
         sandbox_,
-        {{{"log", "-r", "99"}, "", 1, "quen log: No such revision 99\n"},
-         {{"log", "new.c"}, "", 1, "quen log: Path 'SANDBOX/wc/new.c' has no committed revision\n"},
+        {{{"log", "-r", "99"},
+          "",
+          1,
+          "quen log: No such revision 99\nquen log: `quen log -l 1` shows the newest revision.\n"},
+         {{"log", "new.c"}, "", 1, "quen log: Path \"new.c\" has no committed revision\n"},
          {{"log", "-r", "1", "hello.c"},
           "",
           1,

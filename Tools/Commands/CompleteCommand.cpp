@@ -1,3 +1,4 @@
+#include "Foundation/Lines.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/CommandLine/Completion.h"

@@ -1,16 +1,13 @@
 #include "Host/Places/Locations.h"
 #include "Host/Text.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
-#include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/DiffSummary.h"
-#include "Tools/Commands/Content/DiffText.h"
+#include "Tools/Commands/Content/DifferenceStream.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Console/Base64.h"
-#include "Tools/Terminal/Pager.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iostream>
 #include <memory>
 
@@ -21,8 +18,9 @@ namespace {
 struct Options {
     CommonOptions common;
     DiffTargets targets;
-    std::string change;
+    RevisionChanges changes;
     bool summarizes = false;
+    bool isStat = false;
 };
 
 /// What is wrong with the command line; empty for nothing.
@@ -38,7 +36,7 @@ std::string faultOf(const Options& options) {
         return faultOfSummary(options.targets);
     }
     const bool hasURL = std::any_of(paths.begin(), paths.end(), isRepositoryURL);
-    return hasURL && !revisions.isGiven() && options.change.empty()
+    return hasURL && !revisions.isGiven() && options.changes.numbers.empty()
                ? "A URL has no changes of its own. Compare two revisions of it with -r A:B, or "
                  "show "
                  "what one changed with -c N."
@@ -46,14 +44,15 @@ std::string faultOf(const Options& options) {
 }
 
 /// The operation hands both ends to the client word for word.
-void setRevisions(QuenSourceControlRequest& request, const Options& options) {
+void setRevisions(QuenSourceControlRequest& request, const Options& options,
+                  const std::string& change) {
     const DiffTargets& targets = options.targets;
     if (targets.revisions.isRange()) {
         request.setStartingRevision(targets.revisions.start);
         request.setEndingRevision(targets.revisions.end);
-    } else if (!options.change.empty()) {
-        request.setStartingRevision(options.change + "^");
-        request.setEndingRevision(options.change);
+    } else if (!change.empty()) {
+        request.setStartingRevision(change + "^");
+        request.setEndingRevision(change);
     } else if (!targets.paths.empty()) {
         // A request without revisions is about the whole directory, whatever its files. The change
         // with no number is to the client (seen on 1.14.2) what no revision at all is.
@@ -82,19 +81,13 @@ Value recordsWithBytes(const Value& result, std::string_view bytes) {
     return Array{record};
 }
 
-int showDifference(const Session& session, const QuenSourceControlOperation& operation,
-                   const Palette& palette) {
-    const std::string_view bytes = bytesOf(operation);
-    if (session.options().json) {
-        printJson(recordsWithBytes(operation.result(), bytes));
-    } else if (!bytes.empty() && (outputIsTerminal() || palette.isColoured())) {
-        const String text = quensc_stringFromData(std::make_shared<Data>(bytes));
-        printPaged(shownDifference(text.isNil() ? bytes : text.view(), palette));
-    } else {
-        // What goes to a file or another program may be meant as a patch.
-        std::cout << bytes;
+int printRecords(Session& session, const QuenSourceControlRequestPtr& request) {
+    const auto operation = session.perform(request);
+    if (!operation) {
+        return operation.status();
     }
-    return session.finish(operation);
+    printJson(recordsWithBytes((*operation)->result(), bytesOf(**operation)));
+    return session.finish(**operation);
 }
 
 /// The client finds no local changes of a name that is closed with an `@` (seen on 1.14.2). A name
@@ -103,11 +96,42 @@ StringArray filesFor(const Options& options) {
     StringArray files;
     for (const std::string& path : options.targets.paths) {
         const bool isClosed = closedClientPath(path) != clientPath(path);
-        const bool isLocal = !options.targets.revisions.isGiven() && options.change.empty();
+        const bool isLocal =
+            !options.targets.revisions.isGiven() && options.changes.numbers.empty();
         files.push_back(isClosed && isLocal ? String(clientPath(path).str() + "/.")
                                             : clientPath(path));
     }
     return files;
+}
+
+QuenSourceControlRequestPtr requestFor(const Options& options, const SourceTree& source,
+                                       const std::string& change) {
+    auto request = makeRequest(RequestTypeDiff, source, filesFor(options));
+    setRevisions(*request, options, change);
+    return request;
+}
+
+int showDifferences(Session& session, const SourceTree& source, const Options& options) {
+    std::vector<std::string> changes{""};
+    if (!options.changes.numbers.empty()) {
+        changes.clear();
+        for (const std::int64_t number : options.changes.numbers) {
+            changes.push_back(std::to_string(number));
+        }
+    }
+    if (options.common.json && !options.isStat) {
+        return changes.size() == 1
+                   ? printRecords(session, requestFor(options, source, changes.front()))
+                   : session.fail("--json shows one change at a time.", ExitUsage).status;
+    }
+    DifferenceStream stream(session, options.isStat);
+    int status = ExitSuccess;
+    for (const std::string& change : changes) {
+        const int each = stream.show(requestFor(options, source, change));
+        status = status == ExitSuccess ? each : status;
+    }
+    stream.finish();
+    return status;
 }
 
 int runDiffCommand(Session& session, const Options& options) {
@@ -123,18 +147,7 @@ int runDiffCommand(Session& session, const Options& options) {
     if (options.summarizes) {
         return showSummary(session, *source, options.targets);
     }
-    auto request = makeRequest(RequestTypeDiff, *source, filesFor(options));
-    setRevisions(*request, options);
-    const auto operation = session.perform(request);
-    return operation ? showDifference(session, **operation, options.common.palette())
-                     : operation.status();
-}
-
-std::string checkNumber(const std::string& text) {
-    const bool isNumber =
-        !text.empty() &&
-        std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
-    return isNumber ? "" : "\"" + text + "\" is not a revision number.";
+    return showDifferences(session, *source, options);
 }
 
 } // namespace
@@ -144,15 +157,15 @@ void addDiffCommand(CommandLine& line) {
     Subcommand command = line.add("diff", "Show changes line by line");
     const Parameter revisions =
         addRevisionOption(command, options->targets.revisions, true, "Compare two revisions, A:B");
-    const Parameter change =
-        command.option("-c,--change", options->change, "Show the changes made in revision N")
-            .checked(checkNumber, "N")
-            .excludes(revisions);
+    Parameter change = addChangeOption(command, options->changes,
+                                       "Show what revision N changed; -N reversed; also N,M");
+    change.excludes(revisions);
     command
         .flag("--summarize", options->summarizes,
               "Show only the names of what differs between OLD and NEW, or between two "
               "revisions of one place")
         .excludes(change);
+    command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
     command.arguments("PATH", options->targets.paths,
                       "Paths or URLs (default: .); with --summarize, OLD and NEW");
     runInSession<Options>(command, options, runDiffCommand);

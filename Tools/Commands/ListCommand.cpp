@@ -1,10 +1,15 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Content/ListedEntries.h"
+#include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
-#include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"
+#include "Tools/Console/JsonOutput.h"
+#include "Tools/Terminal/Pager.h"
+#include "Tools/Terminal/Times.h"
 
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -14,17 +19,66 @@ namespace {
 
 struct Options {
     CommonOptions common;
+    RevisionRange revision;
+    bool isDetailed = false;
+    bool isDeep = false;
+    bool isInLines = false;
     std::string path = ".";
 };
 
-void printForPeople(const Array& records, const Options& options) {
-    const Palette palette = options.common.palette();
-    for (const Value& value : records) {
-        const Dictionary& record = *value.dictionary();
-        const std::string name = shownText(record, QuenSourceControlOperationNameKey);
-        const bool isDirectory = !record[QuenSourceControlOperationIsLeafKey].boolValue();
-        std::cout << (isDirectory ? palette.paint(Style::changed, name + "/") : name) << '\n';
+/// What is printed of the entries, as they arrive.
+class View {
+public:
+    explicit View(const Options& options) : options_(options), palette_(options.common.palette()) {}
+
+    bool take(std::string_view piece) {
+        reader_.take(piece);
+        std::string text;
+        for (const ListEntry& entry : reader_.takeFacts().entries) {
+            text += options_.isInLines    ? jsonText(entryRecord(entry))
+                    : options_.isDetailed ? detailedEntry(entry, palette_, now_)
+                                          : nameOfEntry(entry, palette_);
+            text += '\n';
+        }
+        if (options_.isInLines) {
+            return (std::cout << text).flush().good();
+        }
+        return output_.write(text);
     }
+
+    Error finish() {
+        const Error broken = reader_.finish();
+        take("");
+        return broken;
+    }
+
+private:
+    const Options& options_;
+    const Palette palette_;
+    const Date now_ = currentDate();
+    ListFactsReader reader_;
+    PagedOutput output_;
+};
+
+/// The provider lists one directory of the youngest revision; the client does the rest.
+int stream(Session& session, const SourceTree& source, const Options& options,
+           const Session::Taker& take) {
+    if (!options.isDeep && !options.revision.isGiven()) {
+        return session.stream(makeRequest(RequestTypeList, source, {clientPath(options.path)}),
+                              "<lists/>", take);
+    }
+    std::vector<std::string> words{"list", "--xml"};
+    if (options.isDeep) {
+        words.emplace_back("-R");
+    }
+    if (options.revision.isGiven()) {
+        words.insert(words.end(), {"-r", options.revision.start});
+    }
+    const std::string place =
+        isRepositoryURL(options.path)
+            ? options.path
+            : std::filesystem::absolute(options.path).lexically_normal().string();
+    return session.streamClient(words, {place}, take);
 }
 
 int runListCommand(Session& session, const Options& options) {
@@ -32,10 +86,23 @@ int runListCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
-    const auto operation =
-        session.perform(makeRequest(RequestTypeList, *source, {clientPath(options.path)}));
-    return showRecords(session, operation,
-                       [&](const Array& records) { printForPeople(records, options); });
+    if (options.common.json && (options.isDeep || options.revision.isGiven())) {
+        return session.fail("--json lists one directory as it is; use --jsonl.", ExitUsage).status;
+    }
+    if (options.common.json && !options.isInLines) {
+        const auto operation =
+            session.perform(makeRequest(RequestTypeList, *source, {clientPath(options.path)}));
+        return showRecords(session, operation, [](const Array& /*records*/) {});
+    }
+    View view(options);
+    const int status =
+        stream(session, *source, options, [&](std::string_view piece) { return view.take(piece); });
+    const Error broken = view.finish();
+    if (status == ExitSuccess && broken && std::cout) {
+        session.tell(broken);
+        return ExitFailure;
+    }
+    return status;
 }
 
 } // namespace
@@ -43,6 +110,11 @@ int runListCommand(Session& session, const Options& options) {
 void addListCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
     Subcommand command = line.add("list", "List the entries of a directory in the repository");
+    addRevisionOption(command, options->revision, false,
+                      "Revision to list (default: BASE, or HEAD of a URL)");
+    command.flag("-v,--verbose", options->isDetailed, "Also show revision, author, age and size");
+    command.flag("-R,--recursive", options->isDeep, "Also list what the directories hold");
+    command.flag("--jsonl", options->isInLines, "Print one JSON object per entry");
     command.argument("PATH", options->path, "Path or URL (default: .)");
     runInSession<Options>(command, options, runListCommand);
 }

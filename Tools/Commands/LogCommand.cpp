@@ -1,20 +1,15 @@
-#include "Foundation/Lines.h"
-#include "Host/Places/Locations.h"
-#include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
-#include "Tools/Commands/Places/RevisionArguments.h"
-#include "Tools/Commands/Places/SourceTreeFinder.h"
-#include "Tools/Commands/Session/Records.h"
-#include "Tools/Commands/Session/ShowRecords.h"
+#include "Tools/Commands/History/HistoryFormat.h"
+#include "Tools/Commands/History/HistoryQuery.h"
+#include "Tools/Console/JsonOutput.h"
+#include "Tools/Terminal/Columns.h"
 #include "Tools/Terminal/Pager.h"
-#include "Tools/Terminal/StatusWords.h"
-#include "Tools/Terminal/Table.h"
 #include "Tools/Terminal/Times.h"
 
 #include <charconv>
 #include <cstdint>
+#include <iostream>
 #include <memory>
-#include <sstream>
 
 namespace quen::tools {
 
@@ -22,85 +17,96 @@ namespace {
 
 struct Options {
     CommonOptions common;
-    RevisionRange revisions;
-    std::int64_t limit = 0;
-    bool stopsOnCopy = false;
-    bool showsFiles = false;
-    bool pegs = false;
-    std::string path;
+    HistoryQuery query;
+    RevisionChanges changes;
+    bool isOneLine = false;
+    bool isQuiet = false;
+    bool isInLines = false;
 };
 
-Dictionary requestOptions(const Options& options) {
-    Dictionary request = Dictionary::empty();
-    if (options.limit > 0) {
-        request.set(QuenSourceControlRequestOptionLogOutputLimit, options.limit);
-    }
-    request.set(QuenSourceControlRequestOptionLogStopOnBranching, options.stopsOnCopy);
-    request.set(QuenSourceControlRequestOptionLogOutputFilesChanged, options.showsFiles);
-    request.set(QuenSourceControlRequestOptionSupplyDirectRevision, options.pegs);
-    return request;
-}
+class PeoplesView : public HistoryView {
+public:
+    explicit PeoplesView(const Options& options)
+        : options_(options), palette_(options.common.palette()) {}
 
-QuenSourceControlRequestPtr requestFor(const Options& options, const SourceTree& source) {
-    // Without a path the history is that of the directory that the client runs in.
-    const bool isOfAll = options.path.empty();
-    auto request = makeRequest(isOfAll ? RequestTypeLogAll : RequestTypeLog, source,
-                               isOfAll ? StringArray() : StringArray{clientPath(options.path)},
-                               requestOptions(options));
-    request->setStartingRevision(startingRevisionFor(options.revisions.start));
-    if (options.revisions.isRange()) {
-        request->setEndingRevision(options.revisions.end);
+    void show(const HistoryEntry& entry) override {
+        if (options_.isOneLine) {
+            text_ += oneLine(entry, palette_, width_);
+        } else {
+            text_ += isFirst_ ? "" : "\n";
+            text_ += options_.isQuiet ? commitLine(entry.commit, palette_, now_) + "\n"
+                                      : fullText(entry, palette_, now_);
+        }
+        isFirst_ = options_.isQuiet;
     }
-    return request;
-}
 
-void printFiles(std::ostream& out, const Dictionary& files, const Palette& palette) {
-    Table table;
-    for (const Dictionary::Entry& file : files) {
-        const std::int64_t* const status = file.value.integer();
-        const auto words =
-            wordsForStatus(status == nullptr ? 0 : static_cast<std::uint32_t>(*status));
-        const StatusWord word = words.empty() ? StatusWord{"changed"} : words.front();
-        table.add({{"  "}, {word.text, word.style}, {printable(file.key.view())}});
+    bool flush() override {
+        const bool isWatched = output_.write(text_);
+        text_.clear();
+        return isWatched;
     }
-    if (!table.isEmpty()) {
-        out << '\n';
-        table.print(out, palette);
-    }
-}
 
-void printRecord(std::ostream& out, const Dictionary& record, const Palette& palette) {
-    out << changeLine(record, palette, currentDate()) << '\n';
-    const String message = record[QuenSourceControlOperationMessageKey].stringValue();
-    if (!message.isEmpty()) {
-        out << '\n';
-    }
-    for (const std::string_view line : linesOf(message.view())) {
-        out << (line.empty() ? "" : "    ") << printableLine(line) << '\n';
-    }
-    if (const Dictionary* const files = record[QuenSourceControlOperationFilesKey].dictionary()) {
-        printFiles(out, *files, palette);
-    }
-}
+private:
+    const Options& options_;
+    const Palette palette_;
+    const Date now_ = currentDate();
+    const std::size_t width_ = outputIsTerminal() ? outputColumns() : 0;
+    PagedOutput output_;
+    std::string text_;
+    bool isFirst_ = true;
+};
 
-void printForPeople(const Array& records, const Options& options) {
-    const Palette palette = options.common.palette();
-    std::ostringstream out;
-    for (const Value& record : records) {
-        out << (&record == records.begin() ? "" : "\n");
-        printRecord(out, *record.dictionary(), palette);
+/// One array of the contract's records, or one short record a line.
+class ScriptsView : public HistoryView {
+public:
+    explicit ScriptsView(const Options& options) : options_(options) {}
+
+    void show(const HistoryEntry& entry) override {
+        if (options_.isInLines) {
+            std::cout << jsonText(shortRecord(entry, options_.query.wantsPaths)) << '\n';
+            return;
+        }
+        std::cout << (isFirst_ ? "[" : ",") << jsonText(contractRecord(entry));
+        isFirst_ = false;
     }
-    printPaged(out.str());
+
+    bool flush() override { return std::cout.flush().good(); }
+
+    /// Ends the array. What failed before there was anything has no result.
+    void finish(int status) const {
+        if (!options_.isInLines) {
+            std::cout << (!isFirst_ ? "]\n" : status == ExitSuccess ? "[]\n" : "null\n");
+        }
+    }
+
+private:
+    const Options& options_;
+    bool isFirst_ = true;
+};
+
+int showAll(Session& session, const Options& options, HistoryView& view) {
+    if (options.changes.numbers.empty()) {
+        return showHistory(session, options.query, view);
+    }
+    int status = ExitSuccess;
+    for (const std::int64_t number : options.changes.numbers) {
+        HistoryQuery query = options.query;
+        query.revisions.start = std::to_string(number < 0 ? -number : number);
+        const int each = showHistory(session, query, view);
+        status = status == ExitSuccess ? each : status;
+    }
+    return status;
 }
 
 int runLogCommand(Session& session, const Options& options) {
-    const auto source = findSource(session, options.path.empty() ? "." : options.path);
-    if (!source) {
-        return source.status();
+    if (options.common.json || options.isInLines) {
+        ScriptsView view(options);
+        const int status = showAll(session, options, view);
+        view.finish(status);
+        return status;
     }
-    const auto operation = session.perform(requestFor(options, *source));
-    return showRecords(session, operation,
-                       [&](const Array& records) { printForPeople(records, options); });
+    PeoplesView view(options);
+    return showAll(session, options, view);
 }
 
 /// What is wrong with a limit; the empty text where it is good.
@@ -116,18 +122,29 @@ std::string complaintAboutLimit(const std::string& text) {
 
 void addLogCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
+    HistoryQuery& query = options->query;
     Subcommand command = line.add("log", "Show the history of a file or directory");
     const Parameter revision =
-        addRevisionOption(command, options->revisions, true, "Revision, or range of revisions A:B");
-    const Parameter path = command.argument("PATH", options->path, "Path or URL (default: .)");
-    command.option("-l,--limit", options->limit, "Show at most N revisions")
+        addRevisionOption(command, query.revisions, true, "Revision, or range of revisions A:B");
+    addChangeOption(command, options->changes, "Show only revision N; also N,M").excludes(revision);
+    const Parameter path = command.argument("PATH", query.location, "Path or URL (default: .)");
+    command.option("-l,--limit", query.limit, "Show at most N revisions; -N is short for it")
         .checked(complaintAboutLimit);
-    command.flag("--stop-on-copy", options->stopsOnCopy,
+    command.flag("--oneline", options->isOneLine, "Show each revision in one line");
+    command.flag("-q,--quiet", options->isQuiet, "Leave out the messages");
+    command.flag("-v,--verbose,-f,--files", query.wantsPaths,
+                 "Also show the changed files of each revision");
+    query.filter.addTo(command);
+    command.flag("--stop-on-copy", query.stopsOnCopy,
                  "Stop at the revision that created the item by copying");
-    command.flag("-f,--files", options->showsFiles, "Also show the changed files of each revision");
-    command.flag("--peg", options->pegs, "Look the path up in revision REV, to reach deleted items")
+    command.flag("--peg", query.pegs, "Look the path up in revision REV, to reach deleted items")
         .needs(path)
         .needs(revision);
+    command.flag("--jsonl", options->isInLines, "Print one JSON object per line, as they arrive");
+    command.details("Without -r, the history starts at HEAD, so that what others have committed\n"
+                    "since your last update is shown too.\n\n"
+                    "--author, --search and --since are applied to what svn log reports; letter\n"
+                    "case does not matter.");
     runInSession<Options>(command, options, runLogCommand);
 }
 

@@ -85,6 +85,13 @@ std::string fittingText(std::string_view text, std::size_t width) {
     return shown.append(ending(text, width - 1 - front));
 }
 
+std::string startingText(std::string_view text, std::size_t width) {
+    if (terminalWidth(text) <= width) {
+        return std::string(text);
+    }
+    return width == 0 ? std::string() : std::string(beginning(text, width - 1)).append(ellipsis);
+}
+
 std::string progressLine(const ProgressFacts& facts, std::size_t width) {
     const std::string head = std::to_string(facts.items) + (facts.items == 1 ? " item" : " items") +
                              "  " + clockText(facts.elapsed);

@@ -22,6 +22,9 @@ struct ProgressFacts {
 /// the front says what is done, the end which file it is done to.
 std::string fittingText(std::string_view text, std::size_t width);
 
+/// Likewise; of a text that is too long the end is left out.
+std::string startingText(std::string_view text, std::size_t width);
+
 /// `12 items  0:07  A    src/main.c`, in at most `width` cells.
 std::string progressLine(const ProgressFacts& facts, std::size_t width);
 

@@ -44,6 +44,10 @@ Palette Palette::named(std::string_view use) {
     return Palette(use == "always" ? Use::always : use == "never" ? Use::never : Use::automatic);
 }
 
+std::string Palette::paintBold(Style style, std::string_view text) const {
+    return isColoured_ && !text.empty() ? "\x1b[1m" + paint(style, text) : std::string(text);
+}
+
 std::string Palette::paint(Style style, std::string_view text) const {
     if (!isColoured_ || style == Style::plain || text.empty()) {
         return std::string(text);

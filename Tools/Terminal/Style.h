@@ -23,6 +23,8 @@ public:
 
     bool isColoured() const noexcept { return isColoured_; }
     std::string paint(Style style, std::string_view text) const;
+    /// Likewise, in bold.
+    std::string paintBold(Style style, std::string_view text) const;
 
 private:
     bool isColoured_;

@@ -3,6 +3,7 @@
 #include "Tools/Commands/CommandLine/CommandTable.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -83,6 +84,19 @@ std::string aliasesOf(const CommandText& command) {
                : "\nAlso: " + withAliases(command).substr(command.name.size() + 2) + "\n";
 }
 
+/// Paragraphs with empty lines between, each wrapped.
+std::string paragraphs(std::string_view text, std::size_t width) {
+    std::string shown;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find("\n\n"), text.size());
+        std::string paragraph(text.substr(0, end));
+        std::replace(paragraph.begin(), paragraph.end(), '\n', ' ');
+        shown.append("\n").append(wrapped(paragraph, 0, width)).append("\n");
+        text.remove_prefix(std::min(end + 2, text.size()));
+    }
+    return shown;
+}
+
 } // namespace
 
 std::string shownOption(const OptionText& option) {
@@ -108,10 +122,7 @@ std::string helpOf(const CommandText& command, std::size_t width) {
     text += section("Arguments", rows, width);
     text += section("Options", optionRows(command, false), width);
     text += section(generalOptions, optionRows(command, true), width);
-    if (!command.details.empty()) {
-        text.append("\n").append(command.details).append("\n");
-    }
-    return text;
+    return text + paragraphs(command.details, width);
 }
 
 std::string overviewOf(const CommandText& program, std::size_t width) {

@@ -1,11 +1,17 @@
 #include "Tools/Commands/Content/DiffText.h"
 
-#include "Foundation/Lines.h"
-#include "Tools/Commands/Session/Records.h"
+#include "Tools/Terminal/SafeText.h"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
 
 namespace quen::tools {
 
 namespace {
+
+/// Longer changes are shown as they are: nobody compares their lines one by one.
+constexpr std::size_t mostPaired = 200;
 
 /// Hunks of files begin with `@@`, those of properties with `##`.
 bool beginsHunk(std::string_view line) {
@@ -17,32 +23,115 @@ bool continuesHunk(std::string_view line) {
     return !line.empty() && std::string_view(" +-\\").find(line.front()) != std::string_view::npos;
 }
 
-Style styleInHunk(std::string_view line) {
-    switch (line.front()) {
-    case '+': return Style::good;
-    case '-': return Style::bad;
-    case '\\': return Style::faint;
-    default: return Style::plain;
+bool isInWord(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+/// How far two lines are alike from their beginning, in whole words.
+std::size_t commonBeginning(std::string_view one, std::string_view other) {
+    const auto [end, otherEnd] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+    auto size = static_cast<std::size_t>(end - one.begin());
+    const auto cutsWord = [&](std::string_view line) {
+        return size > 0 && size < line.size() && isInWord(line[size - 1]) && isInWord(line[size]);
+    };
+    while (cutsWord(one) || cutsWord(other)) {
+        --size;
     }
+    return size;
+}
+
+std::size_t commonEnd(std::string_view one, std::string_view other) {
+    const auto [end, otherEnd] =
+        std::mismatch(one.rbegin(), one.rend(), other.rbegin(), other.rend());
+    auto size = static_cast<std::size_t>(end - one.rbegin());
+    const auto cutsWord = [&](std::string_view line) {
+        return size > 0 && size < line.size() && isInWord(line[line.size() - size - 1]) &&
+               isInWord(line[line.size() - size]);
+    };
+    while (cutsWord(one) || cutsWord(other)) {
+        --size;
+    }
+    return size;
 }
 
 } // namespace
 
-std::string shownDifference(std::string_view text, const Palette& palette) {
-    std::string shown;
-    bool isInHunk = false;
-    for (const std::string_view line : linesOf(text)) {
-        Style style = Style::heading;
-        if (beginsHunk(line)) {
-            isInHunk = true;
-            style = Style::changed;
-        } else {
-            isInHunk = isInHunk && continuesHunk(line);
-            style = isInHunk ? styleInHunk(line) : style;
-        }
-        shown += palette.paint(style, printableLine(line)) + "\n";
+std::string DifferencePainter::take(std::string_view piece) {
+    lines_.take(piece, [this](std::string_view line) { takeLine(line); });
+    return std::exchange(shown_, {});
+}
+
+std::string DifferencePainter::finish() {
+    if (!lines_.unended().empty()) {
+        takeLine(lines_.unended());
     }
-    return shown;
+    showChange();
+    return std::exchange(shown_, {});
+}
+
+void DifferencePainter::takeLine(std::string_view line) {
+    if (isInHunk_ && line.starts_with('-') && added_.empty()) {
+        removed_.emplace_back(line);
+        return;
+    }
+    if (isInHunk_ && line.starts_with('+')) {
+        added_.emplace_back(line);
+        return;
+    }
+    showChange();
+    if (isInHunk_ && line.starts_with('-')) {
+        removed_.emplace_back(line);
+        return;
+    }
+    if (beginsHunk(line)) {
+        isInHunk_ = true;
+        show(Style::changed, line);
+        return;
+    }
+    isInHunk_ = isInHunk_ && continuesHunk(line);
+    show(!isInHunk_ ? Style::heading : line.front() == '\\' ? Style::faint : Style::plain, line);
+}
+
+/// Lines that were replaced one by one are compared word by word.
+void DifferencePainter::showChange() {
+    const bool isPaired = removed_.size() == added_.size() && removed_.size() <= mostPaired;
+    for (std::size_t i = 0; i < removed_.size(); ++i) {
+        isPaired ? showPair(removed_[i], added_[i], true) : show(Style::bad, removed_[i]);
+    }
+    for (std::size_t i = 0; i < added_.size(); ++i) {
+        isPaired ? showPair(removed_[i], added_[i], false) : show(Style::good, added_[i]);
+    }
+    removed_.clear();
+    added_.clear();
+}
+
+void DifferencePainter::show(Style style, std::string_view line) {
+    shown_ += palette_.paint(style, printableLine(line)) + "\n";
+}
+
+void DifferencePainter::showPair(const std::string& removed, const std::string& added,
+                                 bool isRemoved) {
+    const std::string_view before = std::string_view(removed).substr(1);
+    const std::string_view after = std::string_view(added).substr(1);
+    const std::string_view line = isRemoved ? before : after;
+    const Style style = isRemoved ? Style::bad : Style::good;
+    const std::size_t start = commonBeginning(before, after);
+    const std::size_t end = commonEnd(before.substr(start), after.substr(start));
+    const std::size_t middle = line.size() - start - end;
+    if (!palette_.isColoured() || start + end == 0 || middle == 0) {
+        show(style, isRemoved ? removed : added);
+        return;
+    }
+    shown_ += palette_.paint(style, (isRemoved ? "-" : "+") + printableLine(line.substr(0, start)));
+    shown_ += palette_.paintBold(style, printableLine(line.substr(start, middle)));
+    shown_ += palette_.paint(style, printableLine(line.substr(start + middle))) + "\n";
+}
+
+std::string shownDifference(std::string_view text, const Palette& palette) {
+    DifferencePainter painter(palette);
+    std::string shown = painter.take(text);
+    return shown.append(painter.finish());
 }
 
 } // namespace quen::tools

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <charconv>
 
 namespace quen::tools {
 
@@ -73,6 +74,66 @@ Parameter addRevisionOption(Subcommand& command, RevisionRange& revisions, bool 
                (takesRange ? ", a range is two of them with a colon between." : ".");
     };
     return command.option("-r,--revision", "REV", read, help);
+}
+
+namespace {
+
+/// The longest range of revisions that is taken one by one.
+constexpr std::int64_t longestRange = 1000;
+
+std::optional<std::int64_t> parseNumber(std::string_view text) {
+    text.remove_prefix(text.starts_with('r') ? 1 : 0);
+    std::int64_t number = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isWhole = read.ec == std::errc() && read.ptr == text.data() + text.size();
+    return isWhole && isNumber(text) ? std::optional(number) : std::nullopt;
+}
+
+/// `444`, `-444` or `440-444`, added to the numbers; false for anything else.
+bool appendChange(std::string_view text, std::vector<std::int64_t>& numbers) {
+    const bool isReverse = text.starts_with('-');
+    text.remove_prefix(isReverse ? 1 : 0);
+    const std::size_t dash = text.find('-');
+    const auto first = parseNumber(text.substr(0, dash));
+    const auto last = dash == std::string_view::npos ? first : parseNumber(text.substr(dash + 1));
+    if (!first || !last || *first < 1 || *last < *first || *last - *first > longestRange) {
+        return false;
+    }
+    for (std::int64_t number = *first; number <= *last; ++number) {
+        numbers.push_back(isReverse ? -number : number);
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<RevisionChanges> parseChanges(std::string_view text) {
+    RevisionChanges changes;
+    while (true) {
+        const std::size_t comma = text.find(',');
+        if (!appendChange(text.substr(0, comma), changes.numbers)) {
+            return std::nullopt;
+        }
+        if (comma == std::string_view::npos) {
+            return changes;
+        }
+        text.remove_prefix(comma + 1);
+    }
+}
+
+Parameter addChangeOption(Subcommand& command, RevisionChanges& changes, const std::string& help) {
+    const auto read = [&changes](const std::string& word) -> std::string {
+        const auto parsed = parseChanges(word);
+        if (!parsed) {
+            return "\"" + word +
+                   "\" is not a valid change. Use a revision number, -N for its reversal, or "
+                   "several with commas between.";
+        }
+        changes.numbers.insert(changes.numbers.end(), parsed->numbers.begin(),
+                               parsed->numbers.end());
+        return {};
+    };
+    return command.option("-c,--change", "N[,M]", read, help);
 }
 
 } // namespace quen::tools

@@ -3,9 +3,11 @@
 #include "Foundation/String.h"
 #include "Tools/Commands/CommandLine/Subcommand.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quen::tools {
 
@@ -34,5 +36,16 @@ String startingRevisionFor(const std::string& revision);
 /// sense.
 Parameter addRevisionOption(Subcommand& command, RevisionRange& revisions, bool takesRange,
                             const std::string& help);
+
+/// What `-c` was given: revisions, negative ones for their reversal.
+struct RevisionChanges {
+    std::vector<std::int64_t> numbers;
+};
+
+/// `444`, `-444`, `r444`, `443,444`, `440-444`; nullopt for anything else.
+std::optional<RevisionChanges> parseChanges(std::string_view text);
+
+/// `-c`, checked while the command line is read.
+Parameter addChangeOption(Subcommand& command, RevisionChanges& changes, const std::string& help);
 
 } // namespace quen::tools

@@ -1,8 +1,10 @@
 #include "Tools/Commands/Session/Session.h"
 
+#include "Host/ClientCommand.h"
 #include "Host/ClientRunner.h"
 #include "Host/Credentials/Credentials.h"
 #include "Host/RequestRefusal.h"
+#include "Host/StreamingRunner.h"
 #include "Tools/Commands/Session/ErrorAdvice.h"
 #include "Tools/Commands/Session/TerminalCredentials.h"
 #include "Tools/Console/JsonOutput.h"
@@ -82,6 +84,52 @@ Outcome<std::unique_ptr<Session>> Session::open(const CommonOptions& options, st
 
 Outcome<QuenSourceControlOperationPtr> Session::perform(const QuenSourceControlRequestPtr& request,
                                                         Follow follow) {
+    auto operation = makeOperation(request, contextFor(follow));
+    if (operation && !(*operation)->error()) {
+        run(*operation, follow);
+    }
+    return operation;
+}
+
+namespace {
+
+std::shared_ptr<StreamingRunner> runnerFor(const RunContext& context, const std::string& standIn,
+                                           const Session::Taker& take) {
+    return std::make_shared<StreamingRunner>(context, ClientRunner::Options{.endsWithHost = true},
+                                             take, standIn);
+}
+
+} // namespace
+
+int Session::streamed(const StreamingRunner& runner, const QuenSourceControlOperationPtr& operation,
+                      bool isQuiet) {
+    if (!operation->error()) {
+        run(operation, Follow::nothing);
+    }
+    if (runner.hadEnough()) {
+        return ExitSuccess;
+    }
+    return isQuiet && operation->error() ? static_cast<int>(ExitFailure) : finish(*operation);
+}
+
+int Session::stream(const QuenSourceControlRequestPtr& request, const std::string& standIn,
+                    const Taker& take, bool isQuiet) {
+    const RunContext context = RunContext::current();
+    const auto runner = runnerFor(context, standIn, take);
+    const auto operation = makeOperation(request, runner->contextFor(context));
+    return operation ? streamed(*runner, *operation, isQuiet) : operation.status();
+}
+
+int Session::streamClient(const std::vector<std::string>& words,
+                          const std::vector<std::string>& paths, const Taker& take) {
+    const RunContext context = RunContext::current();
+    const auto runner = runnerFor(context, "", take);
+    const RunContext::Scope scope(runner->contextFor(context));
+    return streamed(*runner, ClientCommand::make(words, paths), false);
+}
+
+Outcome<QuenSourceControlOperationPtr>
+Session::makeOperation(const QuenSourceControlRequestPtr& request, const RunContext& context) {
     if (InterruptWatch::wasInterrupted()) {
         return fail("Interrupted.", ExitInterrupted);
     }
@@ -90,13 +138,10 @@ Outcome<QuenSourceControlOperationPtr> Session::perform(const QuenSourceControlR
         tell(refusal, request.get());
         return Explained{ExitFailure};
     }
-    const RunContext::Scope scope(contextFor(follow));
+    const RunContext::Scope scope(context);
     auto operation = provider_->operationForRequest(request);
     if (operation == nullptr) {
         return fail("The plug-in has no operation for this request.");
-    }
-    if (!operation->error()) {
-        run(operation, follow);
     }
     return operation;
 }

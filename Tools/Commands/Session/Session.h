@@ -13,8 +13,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
+
+namespace quen {
+class StreamingRunner;
+} // namespace quen
 
 namespace quen::tools {
 
@@ -67,6 +72,19 @@ public:
     Outcome<QuenSourceControlOperationPtr> query(const QuenSourceControlRequestPtr& request,
                                                  Follow follow = Follow::nothing);
 
+    using Taker = std::function<bool(std::string_view piece)>;
+
+    /// Likewise, for what is shown while the client writes it: its output goes to `take`, piece by
+    /// piece, and is not kept. The operation reads `standIn` in its place, and has no records.
+    /// `take` answers whether more is wanted; a client that is ended for want of that has done
+    /// well. The exit status; what went wrong is told, unless `isQuiet`.
+    int stream(const QuenSourceControlRequestPtr& request, const std::string& standIn,
+               const Taker& take, bool isQuiet = false);
+    /// Likewise, for what no request of the provider can ask: `svn WORDS.. PATHS..`, which only
+    /// reads. Paths are absolute, or URLs.
+    int streamClient(const std::vector<std::string>& words, const std::vector<std::string>& paths,
+                     const Taker& take);
+
     /// What the client has said in the last run that was followed.
     const ClientReport& report() const { return report_; }
 
@@ -92,6 +110,10 @@ private:
 
     CredentialsPtr credentials();
     RunContext contextFor(Follow follow);
+    int streamed(const StreamingRunner& runner, const QuenSourceControlOperationPtr& operation,
+                 bool isQuiet);
+    Outcome<QuenSourceControlOperationPtr> makeOperation(const QuenSourceControlRequestPtr& request,
+                                                         const RunContext& context);
     void run(const QuenSourceControlOperationPtr& operation, Follow follow);
 
     const CommonOptions& options_;

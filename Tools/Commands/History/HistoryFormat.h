@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Host/Facts/HistoryFacts.h"
+#include "Tools/Terminal/Style.h"
+
+#include <cstddef>
+#include <string>
+
+namespace quen::tools {
+
+/// Who changed something and when: `r12  alice  3 days ago (2024-01-01 10:11:12 +0100)`. What is
+/// not known is left out, but for the author, whose absence is worth a word.
+std::string commitLine(const CommitFacts& commit, const Palette& palette, Date now);
+
+/// A revision with its message and, where there are some, its changed paths.
+std::string fullText(const HistoryEntry& entry, const Palette& palette, Date now);
+
+/// A revision in one line of at most `width` cells; 0 for any width.
+std::string oneLine(const HistoryEntry& entry, const Palette& palette, std::size_t width);
+
+/// The record that the provider makes of a revision.
+Dictionary contractRecord(const HistoryEntry& entry);
+
+/// A revision for a script: revision, author, date, message and, where `hasPaths`, paths.
+Dictionary shortRecord(const HistoryEntry& entry, bool hasPaths);
+
+} // namespace quen::tools
