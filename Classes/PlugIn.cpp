@@ -1,4 +1,5 @@
 #include "Classes/SVNController.h"
+#include "Foundation/Export.h"
 #include "QuenFoundation/QuenSourceControlPlugIn.h"
 
 #include <memory>
@@ -15,6 +16,6 @@ constexpr quen::QuenSourceControlPlugIn plugIn{
 } // namespace
 
 /// The module's one exported name.
-extern "C" const quen::QuenSourceControlPlugIn* quenSourceControlPlugInEntryPoint() {
+extern "C" QUEN_EXPORT const quen::QuenSourceControlPlugIn* quenSourceControlPlugInEntryPoint() {
     return &plugIn;
 }

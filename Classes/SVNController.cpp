@@ -4,6 +4,7 @@
 #include "Classes/SVNDispatch.h"
 #include "Foundation/URL.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 #include <algorithm>
 
@@ -72,9 +73,10 @@ bool SVNController::validateRequest(const QuenSourceControlRequestPtr& request, 
     // Filled whatever the answer, and always about the source tree, also where the repository to
     // authenticate was the one that could not be reached.
     if (error != nullptr) {
-        *error = sourceControlError(-20, formatText("The operation could not be performed because "
-                                                    "the repository \"%@\" could not be reached.",
-                                                    {tree == nullptr ? String() : tree->name()}));
+        *error = sourceControlError(QuenSourceControlErrorUnreachable,
+                                    formatText("The operation could not be performed because "
+                                               "the repository \"%@\" could not be reached.",
+                                               {tree == nullptr ? String() : tree->name()}));
     }
     return valid;
 }

@@ -1,5 +1,6 @@
 #include "Foundation/XMLExpatReader.h"
 
+#include "Foundation/XMLEngineFunctions.h"
 #include "Foundation/XMLLiteral.h"
 
 #include <algorithm>
@@ -35,14 +36,27 @@ bool isAboutForm(XML_Error code) noexcept {
     return std::find(others.begin(), others.end(), code) == others.end();
 }
 
+Error engineMissing() {
+    std::string text = "Reports in XML cannot be read: ";
+    text += XMLEngineFunctions::problem();
+    return Error(XMLParserErrorDomain, XML_ERROR_ABORTED,
+                 {{NSLocalizedDescriptionKey, String(text)}});
+}
+
 } // namespace
 
 XMLExpatReader::XMLExpatReader(XMLRecordPath path, const XMLHandlers& handlers)
-    : handlers_(handlers), parser_(XML_ParserCreate(nullptr)), path_(std::move(path)) {
+    : handlers_(handlers), path_(std::move(path)) {
+    if (XMLEngineFunctions::get() == nullptr) {
+        error_ = engineMissing();
+        hasStopped_ = true;
+        return;
+    }
+    parser_.reset(xmlEngine().parserCreate(nullptr));
     if (parser_ == nullptr) {
         throw std::bad_alloc();
     }
-    XML_SetUserData(parser_.get(), this);
+    xmlEngine().setUserData(parser_.get(), this);
     setElementHandlers();
     setEntityHandlers();
 }
@@ -50,11 +64,14 @@ XMLExpatReader::XMLExpatReader(XMLRecordPath path, const XMLHandlers& handlers)
 /// The engine comes to the same state by way of the open elements alone. It counts bytes and lines
 /// from there, and `here` puts that right.
 void XMLExpatReader::continueAt(const XMLPlace& place, const std::vector<std::string>& open) {
+    if (hasStopped_) {
+        return;
+    }
     std::string head = open.empty() ? "<r/>" : "";
     for (const std::string& name : open) {
         head.append("<").append(name).append(">");
     }
-    XML_SetElementHandler(parser_.get(), nullptr, nullptr);
+    xmlEngine().setElementHandler(parser_.get(), nullptr, nullptr);
     read(head);
     setElementHandlers();
     origin_ = place;
@@ -80,7 +97,7 @@ template <typename Work> void XMLExpatReader::guarded(void* reader, Work work) n
 // Records
 
 void XMLExpatReader::setElementHandlers() noexcept {
-    XML_SetElementHandler(
+    xmlEngine().setElementHandler(
         parser_.get(),
         [](void* reader, const char* name, const char** attributes) {
             guarded(reader, [&](XMLExpatReader& self) { self.start(name, attributes); });
@@ -97,14 +114,14 @@ void XMLExpatReader::listenToText(bool listens) noexcept {
             self.tree_.appendText({text, static_cast<std::size_t>(length)});
         });
     };
-    XML_SetCharacterDataHandler(parser_.get(), listens ? append : nullptr);
+    xmlEngine().setCharacterDataHandler(parser_.get(), listens ? append : nullptr);
 }
 
 /// The bracket of the root's start tag, where the engine is.
 void XMLExpatReader::learnBracket() {
     int offset = 0;
     int size = 0;
-    const char* const input = XML_GetInputContext(parser_.get(), &offset, &size);
+    const char* const input = xmlEngine().getInputContext(parser_.get(), &offset, &size);
     if (input != nullptr && size - offset > 1) {
         const std::string_view bytes(input + offset, 2);
         bracket_ = bytes.find('\0') == std::string_view::npos ? "<" : bytes;
@@ -162,42 +179,43 @@ void XMLExpatReader::end() {
 
 void XMLExpatReader::setEntityHandlers() noexcept {
     // Without a handler the reference to an external entity would just be missing from the text.
-    XML_SetExternalEntityRefHandler(parser_.get(),
-                                    [](XML_Parser, const char*, const char*, const char*,
-                                       const char*) -> int { return XML_STATUS_ERROR; });
+    xmlEngine().setExternalEntityRefHandler(parser_.get(),
+                                            [](XML_Parser, const char*, const char*, const char*,
+                                               const char*) -> int { return XML_STATUS_ERROR; });
     // Once a declaration could stand outside the report, the engine takes an undeclared entity for
     // one declared there and passes over it: with a word in content, without one in attributes.
-    XML_SetSkippedEntityHandler(parser_.get(), [](void* reader, const char*, int) {
+    xmlEngine().setSkippedEntityHandler(parser_.get(), [](void* reader, const char*, int) {
         guarded(reader, [](XMLExpatReader& self) {
             self.fail(self.errorHere(XML_ERROR_UNDEFINED_ENTITY));
         });
     });
-    XML_SetNotStandaloneHandler(parser_.get(), [](void* reader) -> int {
+    xmlEngine().setNotStandaloneHandler(parser_.get(), [](void* reader) -> int {
         static_cast<XMLExpatReader*>(reader)->isDeclaredOutside_ = true;
         return XML_STATUS_OK;
     });
-    XML_SetXmlDeclHandler(parser_.get(), [](void* reader, const char*, const char* encoding, int) {
-        static_cast<XMLExpatReader*>(reader)->isLatin_ =
-            encoding != nullptr && ::strcasecmp(encoding, "ISO-8859-1") == 0;
-    });
-    XML_SetEntityDeclHandler(parser_.get(), [](void* reader, const char* name, int isParameter,
-                                               const char* text, int length, const char*,
-                                               const char*, const char*, const char*) {
-        guarded(reader, [&](XMLExpatReader& self) {
-            if (isParameter == 0 && text != nullptr) {
-                self.entities_.declare(name, {text, static_cast<std::size_t>(length)});
-            }
+    xmlEngine().setXmlDeclHandler(
+        parser_.get(), [](void* reader, const char*, const char* encoding, int) {
+            static_cast<XMLExpatReader*>(reader)->isLatin_ =
+                encoding != nullptr && ::strcasecmp(encoding, "ISO-8859-1") == 0;
         });
-    });
-    XML_SetAttlistDeclHandler(parser_.get(),
-                              [](void* reader, const char* element, const char* attribute,
-                                 const char*, const char* value, int) {
-                                  guarded(reader, [&](XMLExpatReader& self) {
-                                      if (self.isDeclaredOutside_ && value != nullptr) {
-                                          self.declareDefault(element, attribute);
-                                      }
-                                  });
-                              });
+    xmlEngine().setEntityDeclHandler(
+        parser_.get(), [](void* reader, const char* name, int isParameter, const char* text,
+                          int length, const char*, const char*, const char*, const char*) {
+            guarded(reader, [&](XMLExpatReader& self) {
+                if (isParameter == 0 && text != nullptr) {
+                    self.entities_.declare(name, {text, static_cast<std::size_t>(length)});
+                }
+            });
+        });
+    xmlEngine().setAttlistDeclHandler(parser_.get(),
+                                      [](void* reader, const char* element, const char* attribute,
+                                         const char*, const char* value, int) {
+                                          guarded(reader, [&](XMLExpatReader& self) {
+                                              if (self.isDeclaredOutside_ && value != nullptr) {
+                                                  self.declareDefault(element, attribute);
+                                              }
+                                          });
+                                      });
 }
 
 std::string XMLExpatReader::currentMarkup() {
@@ -207,9 +225,9 @@ std::string XMLExpatReader::currentMarkup() {
         });
     };
     markup_.clear();
-    XML_SetDefaultHandlerExpand(parser_.get(), append);
-    XML_DefaultCurrent(parser_.get());
-    XML_SetDefaultHandlerExpand(parser_.get(), nullptr);
+    xmlEngine().setDefaultHandlerExpand(parser_.get(), append);
+    xmlEngine().defaultCurrent(parser_.get());
+    xmlEngine().setDefaultHandlerExpand(parser_.get(), nullptr);
     return std::exchange(markup_, {});
 }
 
@@ -218,7 +236,7 @@ std::string XMLExpatReader::currentMarkup() {
 void XMLExpatReader::declareDefault(const char* element, const char* attribute) {
     int offset = 0;
     int size = 0;
-    const char* const input = XML_GetInputContext(parser_.get(), &offset, &size);
+    const char* const input = xmlEngine().getInputContext(parser_.get(), &offset, &size);
     const bool isSeen = input != nullptr &&
                         entities_.haveAllIn(xmlLiteral(
                             {input + offset, static_cast<std::size_t>(size - offset)}, isLatin_));
@@ -231,7 +249,7 @@ bool XMLExpatReader::hasUnseenDefault(const char* element, const char** attribut
     if (unseenDefaults_.empty()) {
         return false;
     }
-    attributes += XML_GetSpecifiedAttributeCount(parser_.get());
+    attributes += xmlEngine().getSpecifiedAttributeCount(parser_.get());
     for (; *attributes != nullptr; attributes += 2) {
         if (unseenDefaults_.contains({element, *attributes})) {
             return true;
@@ -261,14 +279,15 @@ void XMLExpatReader::enterEpilog() {
 void XMLExpatReader::watchEpilog(const XMLPlace& place) {
     epilogPlace_ = place;
     isInEpilog_ = true;
-    XML_SetDefaultHandlerExpand(parser_.get(), [](void* reader, const char* text, int length) {
-        static_cast<XMLExpatReader*>(reader)->passInEpilog(
-            {text, static_cast<std::size_t>(length)});
-    });
+    xmlEngine().setDefaultHandlerExpand(parser_.get(),
+                                        [](void* reader, const char* text, int length) {
+                                            static_cast<XMLExpatReader*>(reader)->passInEpilog(
+                                                {text, static_cast<std::size_t>(length)});
+                                        });
 }
 
 std::size_t XMLExpatReader::endOfToken() const noexcept {
-    return here().byte + static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
+    return here().byte + static_cast<std::size_t>(xmlEngine().getCurrentByteCount(parser_.get()));
 }
 
 /// The engine counts two lines where a piece ends between a carriage return and its line feed.
@@ -289,7 +308,7 @@ bool XMLExpatReader::isJunkBehindRoot(XML_Error code) const noexcept {
     }
     int offset = 0;
     int size = 0;
-    const char* const input = XML_GetInputContext(parser_.get(), &offset, &size);
+    const char* const input = xmlEngine().getInputContext(parser_.get(), &offset, &size);
     const std::size_t passed = here().byte - epilogPlace_.byte;
     if (input == nullptr || passed > static_cast<std::size_t>(offset)) {
         return code == XML_ERROR_JUNK_AFTER_DOC_ELEMENT;
@@ -303,7 +322,7 @@ bool XMLExpatReader::isJunkBehindRoot(XML_Error code) const noexcept {
 
 void XMLExpatReader::stop() noexcept {
     hasStopped_ = true;
-    XML_StopParser(parser_.get(), XML_FALSE);
+    xmlEngine().stopParser(parser_.get(), XML_FALSE);
 }
 
 void XMLExpatReader::fail(const Error& error) {
@@ -312,13 +331,13 @@ void XMLExpatReader::fail(const Error& error) {
 }
 
 XMLPlace XMLExpatReader::here() const noexcept {
-    const XML_Index reached = XML_GetCurrentByteIndex(parser_.get());
+    const XML_Index reached = xmlEngine().getCurrentByteIndex(parser_.get());
     if (reached < static_cast<XML_Index>(headSize_)) {
         return origin_;
     }
     XMLPlace place;
-    const std::size_t line = XML_GetCurrentLineNumber(parser_.get()) - 1;
-    const std::size_t column = XML_GetCurrentColumnNumber(parser_.get());
+    const std::size_t line = xmlEngine().getCurrentLineNumber(parser_.get()) - 1;
+    const std::size_t column = xmlEngine().getCurrentColumnNumber(parser_.get());
     place.byte = origin_.byte + static_cast<std::size_t>(reached) - headSize_;
     place.line = origin_.line + line - linesTooMany_;
     place.column = line == 0 ? origin_.column + column - headSize_ : column;
@@ -330,7 +349,7 @@ Error XMLExpatReader::errorAt(XML_Error code, const XMLPlace& place) const {
     if (!isEmpty_) {
         text = isAboutForm(code) ? "The report is not well-formed XML: "
                                  : "The report cannot be read as XML: ";
-        text += XML_ErrorString(code);
+        text += xmlEngine().errorString(code);
         text += ", at line " + std::to_string(place.line);
         text += ", column " + std::to_string(place.column + 1);
         text += " (byte " + std::to_string(place.byte) + ").";
@@ -340,18 +359,18 @@ Error XMLExpatReader::errorAt(XML_Error code, const XMLPlace& place) const {
 
 void XMLExpatReader::parse(std::string_view slice, bool isLast) {
     const XML_Status status =
-        XML_Parse(parser_.get(), slice.data(), static_cast<int>(slice.size()), isLast);
+        xmlEngine().parse(parser_.get(), slice.data(), static_cast<int>(slice.size()), isLast);
     if (exception_ != nullptr) {
         std::rethrow_exception(std::exchange(exception_, nullptr));
     }
     if (status != XML_STATUS_OK && !error_) {
         hasStopped_ = true;
-        const XML_Error code = XML_GetErrorCode(parser_.get());
+        const XML_Error code = xmlEngine().getErrorCode(parser_.get());
         error_ = isJunkBehindRoot(code) ? errorAt(XML_ERROR_JUNK_AFTER_DOC_ELEMENT, epilogPlace_)
                                         : errorHere(code);
     }
     given_ += slice.size();
-    const XML_Index reached = XML_GetCurrentByteIndex(parser_.get());
+    const XML_Index reached = xmlEngine().getCurrentByteIndex(parser_.get());
     unended_ = reached < 0 ? 0 : given_ - std::min(given_, static_cast<std::size_t>(reached));
 }
 
@@ -378,6 +397,9 @@ bool XMLExpatReader::read(std::string_view piece) {
 }
 
 Error XMLExpatReader::readAll(std::string_view report) {
+    if (hasStopped_) {
+        return finish();
+    }
     if (report.size() > std::numeric_limits<int>::max()) {
         read(report);
         return finish();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/XMLEngineFunctions.h"
 #include "Foundation/XMLEntities.h"
 #include "Foundation/XMLHandlers.h"
 #include "Foundation/XMLPlace.h"
@@ -42,7 +43,7 @@ public:
 
 private:
     struct Free {
-        void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
+        void operator()(XML_Parser parser) const noexcept { xmlEngine().parserFree(parser); }
     };
 
     void setElementHandlers() noexcept;
@@ -79,7 +80,7 @@ private:
     Error errorAt(XML_Error code, const XMLPlace& place) const;
 
     const XMLHandlers& handlers_;
-    const std::unique_ptr<XML_ParserStruct, Free> parser_;
+    std::unique_ptr<XML_ParserStruct, Free> parser_;
     XMLRecordPath path_;
     XMLTree tree_;
     /// Where the report begins for the engine, and how much it was given in front, in one line.

@@ -1,10 +1,14 @@
 #include "Host/PlugInLoader.h"
 
 #include "Foundation/Format.h"
+#include "Host/MissingSymbols.h"
+#include "Host/OwnLibrary.h"
 
 #include <dlfcn.h>
+#include <string>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace quen {
 
@@ -25,6 +29,28 @@ String pathOfFile(const String& path) {
     return path.contains("/") ? path : String("./" + path.str());
 }
 
+/// Shows the module what the host library exports, where the library came into the process without
+/// being shown to others, as with a host that is a plug-in itself.
+void showHostToModules() {
+    if (const OwnLibrary own = ownLibrary(); !own.isProgram && !own.path.empty()) {
+        ::dlopen(own.path.c_str(), RTLD_NOW | RTLD_NOLOAD | RTLD_GLOBAL);
+    }
+}
+
+/// Why the system could not load the module: its own words name the first missing symbol only.
+String reasonOfFailure(const String& file) {
+    const String first = ::dlerror(); // NOLINT(concurrency-mt-unsafe): it is the thread's own
+    const std::vector<std::string> missing = missingSymbolsOf(file.str());
+    if (missing.empty()) {
+        return first;
+    }
+    std::string text = "this host does not export what the module needs of it:";
+    for (const std::string& name : missing) {
+        text.append("\n  ").append(name);
+    }
+    return text;
+}
+
 } // namespace
 
 QuenSourceControlProtocolPtr loadProvider(const String& path, Error* error) {
@@ -33,10 +59,12 @@ QuenSourceControlProtocolPtr loadProvider(const String& path, Error* error) {
         return fail(error, PlugInErrorMissingFile,
                     formatText("There is no plug-in at \"%@\".", {path}));
     }
+    showHostToModules();
     void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (module == nullptr) {
-        return fail(error, PlugInErrorNotLoadable,
-                    formatText("The plug-in \"%@\" cannot be loaded: %@", {path, dlerror()}));
+        return fail(
+            error, PlugInErrorNotLoadable,
+            formatText("The plug-in \"%@\" cannot be loaded: %@", {path, reasonOfFailure(file)}));
     }
     auto* const entryPoint = reinterpret_cast<QuenSourceControlPlugInEntryPoint*>(
         dlsym(module, QuenSourceControlPlugInEntryPointName));

@@ -32,6 +32,7 @@ quen_needs_check=(
     openssl=openssl
     libsasl2-modules=/usr/lib/x86_64-linux-gnu/sasl2/libdigestmd5.so
     sasl2-bin=saslpasswd2
+    python3=python3
 )
 # shellcheck disable=SC2034
 quen_needs_ci=(
@@ -44,6 +45,8 @@ quen_needs_ci=(
     git=git
     lintian=lintian
     dpkg-dev=dpkg-shlibdeps
+    doxygen=doxygen
+    graphviz=dot
     nodejs=node
     npm=npm
 )

@@ -9,7 +9,6 @@
 include(CMakePackageConfigHelpers)
 
 set(QUEN_PACKAGE_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/cmake/quen)
-set(QUEN_HEADER_DIRECTORY ${CMAKE_INSTALL_INCLUDEDIR}/quen)
 set(QUEN_INSTALLED_MODULE_DIRECTORY ${CMAKE_INSTALL_LIBDIR}/${QUEN_MODULE_DIRECTORY})
 
 # Makes a target installed in `directory` look for the libraries where they are installed.
@@ -19,79 +18,25 @@ function(quen_find_libraries_from directory)
     set_target_properties(${ARGN} PROPERTIES INSTALL_RPATH "${origin}")
 endfunction()
 
-quen_find_libraries_from(${CMAKE_INSTALL_BINDIR} quen)
-quen_find_libraries_from(${CMAKE_INSTALL_LIBDIR} QuenFoundation QuenHost)
-quen_find_libraries_from(${QUEN_INSTALLED_MODULE_DIRECTORY} QuenSVN)
+quen_find_libraries_from(${CMAKE_INSTALL_LIBDIR} QuenFoundationLibrary QuenHostLibrary)
 set_target_properties(QuenSVN PROPERTIES EXPORT_NAME SVN)
 
 install(TARGETS quen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
-install(TARGETS QuenFoundation QuenContract QuenHost EXPORT quen-targets
+install(TARGETS QuenFoundationLibrary QuenContractLibrary QuenHostLibrary EXPORT quen-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        COMPONENT runtime NAMELINK_COMPONENT development
-    INCLUDES DESTINATION ${QUEN_HEADER_DIRECTORY})
+        COMPONENT runtime NAMELINK_COMPONENT development)
 install(TARGETS quen-askpass
     RUNTIME DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
 install(TARGETS QuenSVN EXPORT quen-targets
     LIBRARY DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
 
-install(DIRECTORY Foundation DESTINATION ${QUEN_HEADER_DIRECTORY} COMPONENT development
-    FILES_MATCHING PATTERN "*.h"
-    PATTERN XMLBytes.h EXCLUDE
-    PATTERN XMLCharacters.h EXCLUDE
-    PATTERN XMLEngines.h EXCLUDE
-    PATTERN XMLEntities.h EXCLUDE
-    PATTERN XMLExpatReader.h EXCLUDE
-    PATTERN XMLHandlers.h EXCLUDE
-    PATTERN XMLLiteral.h EXCLUDE
-    PATTERN XMLPlace.h EXCLUDE
-    PATTERN XMLPlainReader.h EXCLUDE
-    PATTERN XMLPlainScanner.h EXCLUDE
-    PATTERN XMLRecordPath.h EXCLUDE
-    PATTERN XMLTree.h EXCLUDE)
-install(DIRECTORY Contract/QuenFoundation Contract/MarlFoundation
-    DESTINATION ${QUEN_HEADER_DIRECTORY} COMPONENT development
-    FILES_MATCHING PATTERN "*.h")
-# The rest of the host's headers are its own.
-install(FILES
-    Host/ClientQuery.h
-    Host/ClientRunner.h
-    Host/RunContext.h
-    Host/RunSettings.h
-    Host/HostSourceTrees.h
-    Host/PlugInLoader.h
-    Host/TaskFailure.h
-    Host/ToolRunner.h
-    Host/WorkingCopyCleanup.h
-    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host COMPONENT development)
-
-install(FILES
-    Host/Credentials/Credentials.h
-    Host/Credentials/CredentialSource.h
-    Host/Credentials/Secret.h
-    Host/Credentials/SignInFailure.h
-    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Credentials COMPONENT development)
-
-install(FILES
-    Host/Facts/ChangeFacts.h
-    Host/Facts/InfoFacts.h
-    Host/Facts/ListFacts.h
-    Host/Facts/ReportFacts.h
-    Host/Facts/StatusFacts.h
-    Host/Facts/UnreadableNames.h
-    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Facts COMPONENT development)
-install(FILES
-    Host/Keeping/FileErrors.h
-    Host/Keeping/FileWriter.h
-    Host/Keeping/FreeName.h
-    Host/Keeping/TheirsKeeper.h
-    Host/Keeping/UndoStore.h
-    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Keeping COMPONENT development)
-install(FILES
-    Host/Plans/Plans.h
-    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Plans COMPONENT development)
-install(FILES
-    Host/Process/FileDescriptor.h
-    DESTINATION ${QUEN_HEADER_DIRECTORY}/Host/Process COMPONENT development)
+install(CODE "
+    execute_process(COMMAND \"${CMAKE_COMMAND}\"
+        -D \"SOURCE=${PROJECT_SOURCE_DIR}\" -D \"DESTINATION=${PROJECT_BINARY_DIR}/include\"
+        -P \"${PROJECT_SOURCE_DIR}/cmake/QuenHeaders.cmake\" COMMAND_ERROR_IS_FATAL ANY)"
+    COMPONENT development)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/include/quen
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 install(EXPORT quen-targets NAMESPACE quen:: DESTINATION ${QUEN_PACKAGE_DIRECTORY}
     COMPONENT development)

@@ -16,7 +16,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME quen)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION vcs)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS subversion)
+# expat is opened at run time, which no tool sees.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "subversion, libexpat1")
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
 "Subversion for people, scripts and editors
 A command line that shows what it is about to lose, a server that any editor

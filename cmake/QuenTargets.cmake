@@ -14,3 +14,25 @@ function(quen_target target)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
 endfunction()
+
+# Makes of the sources of the target <name>Objects
+#   <name>Archive, linked as a whole into the tree's own programs and tests, internals included, and
+#   <name>Library, the shared library that is installed: what is marked with QUEN_EXPORT.
+function(quen_library name output)
+    add_library(${name}Archive STATIC $<TARGET_OBJECTS:${name}Objects>)
+    add_library(${name}Library SHARED $<TARGET_OBJECTS:${name}Objects>)
+    quen_target(${name}Library)
+    set(map ${PROJECT_BINARY_DIR}/${output}.map)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/Library.map.in ${map} @ONLY)
+    target_link_options(${name}Library PRIVATE
+        LINKER:--no-undefined LINKER:-Bsymbolic-functions LINKER:--version-script=${map})
+    set_target_properties(${name}Library PROPERTIES
+        LINKER_LANGUAGE CXX OUTPUT_NAME ${output} LINK_DEPENDS ${map}
+        VERSION ${PROJECT_VERSION} SOVERSION ${QUEN_SOVERSION})
+    target_include_directories(${name}Library INTERFACE
+        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+        # For hosts that were written with "Host/..." and the like.
+        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include/quen>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/quen>)
+endfunction()

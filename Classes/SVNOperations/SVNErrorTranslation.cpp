@@ -2,6 +2,7 @@
 #include "Classes/SVNOperations/SVNOperation.h"
 #include "Classes/SVNOperations/SVNTreeEdits.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 #include <optional>
 
@@ -22,14 +23,14 @@ Error authenticationError(std::int64_t code, const String& description, const St
 /// Complaints that are known in any operation's text; nil for any other text.
 Error typicalError(const String& text, const QuenSourceControlRequest& request) {
     if (text.contains("ssh: Could not resolve hostname") || text.contains("Host not found")) {
-        return authenticationError(-20,
+        return authenticationError(QuenSourceControlErrorUnreachable,
                                    formatText("The repository \"%@\" could not be reached.",
                                               {nameOfRepositoryToAuthenticate(request)}),
                                    QuenSourceControlSSHConnectionErrorKey);
     }
     if (text.contains("svn: To better debug SSH connection problems")) {
         return authenticationError(
-            -21,
+            QuenSourceControlErrorAuthentication,
             formatText("Authentication failed because the SSH could not connect to the repository "
                        "\"%@\".",
                        {nameOfRepositoryToAuthenticate(request)}),
@@ -38,12 +39,14 @@ Error typicalError(const String& text, const QuenSourceControlRequest& request) 
     // A server that hangs up is how a refused login looks from here.
     if (text.contains("svn: Network connection closed unexpectedly")) {
         return authenticationError(
-            -21, "Authentication failed because the name or password was incorrect.",
+            QuenSourceControlErrorAuthentication,
+            "Authentication failed because the name or password was incorrect.",
             QuenSourceControlAuthenticationCredentialsIncorrect);
     }
     if (text.hasSuffix("is not a working copy")) {
-        return sourceControlError(-71, "The operation could not be performed because the file is "
-                                       "not under version control.");
+        return sourceControlError(QuenSourceControlErrorNotVersioned,
+                                  "The operation could not be performed because the file is "
+                                  "not under version control.");
     }
     return {};
 }
@@ -89,7 +92,8 @@ Error SVNOperation::errorFromErrorMessage(const String& message) {
     if (message.hasSuffix("is not a directory") &&
         dynamic_cast<const SVNMoveOperation*>(this) != nullptr) {
         return sourceControlError(
-            -60, "The file could not be renamed because a file with that name already exists.");
+            QuenSourceControlErrorNameTaken,
+            "The file could not be renamed because a file with that name already exists.");
     }
     if (message.hasPrefix(homeDirectoryNotice)) {
         const auto rest = behindNotices(message.view());

@@ -5,6 +5,7 @@
 #include "Classes/SVNOperations/SVNFetchedFile.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "Foundation/PegPath.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 
 namespace quen {
@@ -30,7 +31,8 @@ StringArray commandFor(const QuenSourceControlRequest& request, const String& ta
 /// For a host that does not say why.
 Error noPlaceFor(const String& file) {
     return sourceControlError(
-        -1, formatText("There is no place for a temporary copy of the file \"%@\".", {file}));
+        QuenSourceControlErrorRevisionNotFound,
+        formatText("There is no place for a temporary copy of the file \"%@\".", {file}));
 }
 
 } // namespace

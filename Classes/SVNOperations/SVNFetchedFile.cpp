@@ -3,6 +3,7 @@
 #include "Classes/SVNDiagnostics.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 namespace quen {
 
@@ -14,8 +15,9 @@ void setFetchedFile(SVNOperation& operation, const MarlFilePathPtr& path) {
     const QuenSourceControlRequest& request = *operation.request();
     operation.setResult({});
     operation.setError(sourceControlError(
-        -1, formatText("The revision %@ was not found for the file \"%@\".",
-                       {headOnlyRevision(request.startingRevision()), firstFileOf(request)})));
+        QuenSourceControlErrorRevisionNotFound,
+        formatText("The revision %@ was not found for the file \"%@\".",
+                   {headOnlyRevision(request.startingRevision()), firstFileOf(request)})));
 }
 
 } // namespace quen

@@ -3,6 +3,7 @@
 #include "Classes/SVNDiagnostics.h"
 #include "Classes/SVNOperations/SVNPropGetOperation.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 #include <exception>
 #include <memory>
@@ -31,7 +32,7 @@ Error wrappedError(const Error& error, const StringArray& files) {
             : formatText("An error occurred trying to unignore the file \"%@\".", {files.front()});
     const String suggestion = isPlural ? "Check the files' ignore properties and try again."
                                        : "Check the file's ignore properties and try again.";
-    return sourceControlError(-11, description,
+    return sourceControlError(QuenSourceControlErrorNotIgnored, description,
                               {{QuenSourceControlUnderlyingErrorsKey, error},
                                {NSLocalizedRecoverySuggestionErrorKey, suggestion}});
 }
@@ -43,7 +44,7 @@ void runOnQueue(OperationQueue& queue, const std::shared_ptr<SVNPropGetOperation
         queue.waitUntilAllOperationsAreFinished();
     } catch (const std::exception&) {
         // The queue has no thread to run on: the query never runs, and its file fails.
-        query->setError({QuenSourceControlErrorDomain, -11});
+        query->setError({QuenSourceControlErrorDomain, QuenSourceControlErrorNotIgnored});
     }
 }
 
@@ -102,7 +103,7 @@ void SVNIgnoreOperation::main() {
     setResult(std::move(results));
     if (errors.count() > 0) {
         setError({QuenSourceControlErrorDomain,
-                  -1,
+                  QuenSourceControlErrorSeveral,
                   {{QuenSourceControlUnderlyingErrorsKey, std::move(errors)}}});
     }
 }

@@ -3,6 +3,7 @@
 #include "Classes/SVNDiagnostics.h"
 #include "Classes/SVNOperations/SVNArguments.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 #include <utility>
 
@@ -21,7 +22,7 @@ String locationFor(const QuenSourceControlRequest& request) {
 
 Error branchesNotLocated() {
     return sourceControlError(
-        -90,
+        QuenSourceControlErrorBranchesNotFound,
         "The operation could not be performed because the repository's branches could not be "
         "located.",
         {{NSLocalizedRecoverySuggestionErrorKey,

@@ -7,6 +7,7 @@
 #include "Classes/SVNOperations/SVNReading.h"
 #include "Foundation/PathComponents.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 #include <algorithm>
 #include <iterator>
@@ -48,7 +49,7 @@ private:
 
 Error notText(const QuenSourceControlRequest& request) {
     return sourceControlError(
-        -11,
+        QuenSourceControlErrorNotIgnored,
         formatText("The names that are ignored in \"%@\" cannot be edited because their list is "
                    "not plain text.",
                    {parentOfFirstFile(request)}),
@@ -113,7 +114,7 @@ void SVNPropGetOperation::unignore(const String& name, StringArray list) {
     } else if (wasFound) {
         queueWrite(*request(), std::move(list));
     } else {
-        setError({QuenSourceControlErrorDomain, -11});
+        setError({QuenSourceControlErrorDomain, QuenSourceControlErrorNotIgnored});
     }
 }
 

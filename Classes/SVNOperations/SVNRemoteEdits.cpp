@@ -1,6 +1,7 @@
 #include "Classes/SVNOperations/SVNRemoteEdits.h"
 
 #include "Classes/SVNDiagnostics.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 #include <memory>
 
@@ -38,10 +39,11 @@ String destinationBelowBranches(const QuenSourceControlRequest& request) {
 Error missingLocationsError(const QuenSourceControlRequest& request) {
     const QuenSourceControlSourceTreePtr tree = request.sourceTree();
     return sourceControlError(
-        -23, formatText("The operation could not be performed because the repository \"%@\" has "
-                        "not been configured with the required trunk, branches, or tags "
-                        "information.",
-                        {tree == nullptr ? String() : tree->name()}));
+        QuenSourceControlErrorLayoutMissing,
+        formatText("The operation could not be performed because the repository \"%@\" has "
+                   "not been configured with the required trunk, branches, or tags "
+                   "information.",
+                   {tree == nullptr ? String() : tree->name()}));
 }
 
 } // namespace quen

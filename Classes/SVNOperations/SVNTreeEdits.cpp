@@ -5,6 +5,7 @@
 #include "Classes/SVNOperations/SVNRemoteEdits.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "QuenFoundation/QuenSourceControlErrorCode.h"
 
 namespace quen {
 
@@ -74,8 +75,9 @@ SVNOperation::Command SVNMergeOperation::makeCommand(const QuenSourceControlRequ
 
 SVNOperation::Command SVNMoveOperation::makeCommand(const QuenSourceControlRequest& request) {
     if (!treeHoldsMove(request)) {
-        setError(sourceControlError(-12, "The request could not be performed because it was "
-                                         "returned by Subversion as invalid."));
+        setError(sourceControlError(QuenSourceControlErrorInvalidRequest,
+                                    "The request could not be performed because it was "
+                                    "returned by Subversion as invalid."));
     }
     StringArray command{"move", "--parents"};
     appendPiece(command, firstFileOf(request));

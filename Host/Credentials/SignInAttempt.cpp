@@ -1,10 +1,10 @@
 #include "Host/Credentials/SignInAttempt.h"
 
+#include "Host/OwnLibrary.h"
+
 #include <algorithm>
 #include <cerrno>
-#include <dlfcn.h>
 #include <filesystem>
-#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -14,19 +14,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The directory of the library that this is a part of.
-fs::path directoryOfThisLibrary() {
-    Dl_info info{};
-    const bool isKnown =
-        ::dladdr(reinterpret_cast<const void*>(&askpassProgram), &info) != 0 && info.dli_fname;
-    std::error_code error;
-    return isKnown ? fs::canonical(info.dli_fname, error).parent_path() : fs::path();
-}
-
 } // namespace
 
 std::string askpassProgram() {
-    const fs::path program = directoryOfThisLibrary() / QUEN_ASKPASS;
+    const fs::path program = directoryOfLibraries() / QUEN_ASKPASS;
     return ::access(program.c_str(), X_OK) == 0 ? program.string() : std::string();
 }
 

@@ -14,12 +14,18 @@ struct Refused {
 
 std::vector<Refused> refusedModules() {
     const std::string none = QUEN_TEST_MODULES "/NoEntryPoint.so";
+    const std::string more = QUEN_TEST_MODULES "/NeedsMore.so";
     const std::string other = QUEN_TEST_MODULES "/WrongVersion.so";
     return {
         {"missing file", "/nowhere/none.so", PlugInErrorMissingFile,
          "There is no plug-in at \"/nowhere/none.so\"."},
         {"no module", "/etc/passwd", PlugInErrorNotLoadable,
          "The plug-in \"/etc/passwd\" cannot be loaded: "},
+        {"what the host does not have", more, PlugInErrorNotLoadable,
+         "The plug-in \"" + more +
+             "\" cannot be loaded: this host does not export what the module needs of it:\n"
+             "  quen::QuenSourceControlNewerKey\n"
+             "  quen::newerFunction(int)"},
         {"no entry point", none, PlugInErrorMissingEntryPoint,
          "\"" + none +
              "\" is not a source-control plug-in: it has no entry point "

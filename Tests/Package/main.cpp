@@ -1,13 +1,12 @@
 // Shows what has changed in a working copy: foreign-host DIRECTORY
 
-#include "Host/HostSourceTrees.h"
-#include "Host/PlugInLoader.h"
-#include "QuenFoundation/QuenSourceControlConstants.h"
-#include "QuenFoundation/QuenSourceControlOperation.h"
-#include "QuenFoundation/QuenSourceControlRequest.h"
-
 #include <iostream>
 #include <memory>
+#include <quen/Host/HostSourceTrees.h>
+#include <quen/Host/PlugInLoader.h>
+#include <quen/QuenFoundation/QuenSourceControlConstants.h>
+#include <quen/QuenFoundation/QuenSourceControlOperation.h>
+#include <quen/QuenFoundation/QuenSourceControlRequest.h>
 
 using namespace quen;
 

@@ -36,4 +36,11 @@ module=$(pkg-config --variable=module quen)
     "$here/../Package/main.cpp" -o "$scratch/foreign-host" $(pkg-config --libs quen) \
     "-Wl,-rpath,$prefix/lib"
 "$scratch/foreign-host" "$scratch/copy" | grep -q 'new\.txt'
+
+# The reference documentation, in which a warning is an error.
+cmake --build "$build" --target QuenReference >"$scratch/reference.log" 2>&1 || {
+    tail -n 20 "$scratch/reference.log"
+    exit 1
+}
+[[ -s $build/reference/html/index.html ]]
 echo 'The packages serve a person and a host developer.'

@@ -1,10 +1,9 @@
 #include "Tools/Provider/Provider.h"
 
+#include "Host/Embedding/InstalledModule.h"
 #include "Host/PlugInLoader.h"
 
 #include <cstdlib>
-#include <filesystem>
-#include <system_error>
 
 namespace quen::tools {
 
@@ -13,9 +12,7 @@ std::string defaultPlugInPath() {
     if (const char* const variable = std::getenv("QUEN_PLUG_IN")) {
         return variable;
     }
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return (program.parent_path().parent_path() / QUEN_MODULE_PATH).string();
+    return installedModule().str();
 }
 
 QuenSourceControlProtocolPtr loadProviderOrExplain(const std::string& path, std::string& problem) {

@@ -3,8 +3,10 @@
 #include "Foundation/Format.h"
 #include "Foundation/Lines.h"
 #include "Foundation/ShellWord.h"
+#include "Host/Embedding/ErrorDescription.h"
 #include "QuenFoundation/QuenSourceControlRequestFacts.h"
 #include "Tools/Console/JsonOutput.h"
+#include "Tools/Console/RequestEncoder.h"
 #include "Tools/Terminal/InterruptWatch.h"
 #include "Tools/Terminal/StatusWords.h"
 
@@ -84,7 +86,7 @@ std::string milliseconds(std::chrono::steady_clock::duration duration) {
 
 std::string outcomeOf(const QuenSourceControlOperation& operation) {
     if (operation.error()) {
-        return "failed: " + operation.error().localizedDescription().str();
+        return "failed: " + descriptionOfError(operation.error(), operation.request()->type());
     }
     const Array* const records = operation.result().array();
     if (records == nullptr || records->count() == 0) {
@@ -123,6 +125,7 @@ void TourStage::show(const std::string& title, const QuenSourceControlRequestPtr
               << palette_.paint(Style::heading, title) << "  "
               << palette_.paint(Style::faint, type + " (" + std::to_string(request->type()) + ")")
               << '\n';
+    std::cout << "  " << palette_.paint(Style::faint, shown(requestText(*request))) << '\n';
     const std::size_t firstRun = recorder_->runs().size();
     const auto start = std::chrono::steady_clock::now();
     const bool isValid = provider_->validateRequest(request, nullptr);

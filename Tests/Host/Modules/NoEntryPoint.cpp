@@ -1,4 +1,4 @@
 // A module like any other, but no provider.
-extern "C" int notTheEntryPoint() {
+extern "C" __attribute__((visibility("default"))) int notTheEntryPoint() {
     return 0;
 }

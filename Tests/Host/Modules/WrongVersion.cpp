@@ -1,3 +1,4 @@
+#include "Foundation/Export.h"
 #include "QuenFoundation/QuenSourceControlPlugIn.h"
 
 namespace {
@@ -10,6 +11,6 @@ constexpr quen::QuenSourceControlPlugIn plugIn{.contractVersion =
 } // namespace
 
 // A host that looked past the version would call a null pointer.
-extern "C" const quen::QuenSourceControlPlugIn* quenSourceControlPlugInEntryPoint() {
+extern "C" QUEN_EXPORT const quen::QuenSourceControlPlugIn* quenSourceControlPlugInEntryPoint() {
     return &plugIn;
 }
