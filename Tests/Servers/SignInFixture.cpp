@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <utility>
 
 namespace quen::test {
@@ -91,9 +91,11 @@ ToolRun SignInPlace::svn(const RunContext& context, const Sandbox::Words& words,
 std::map<std::string, std::string> filesBelow(const std::filesystem::path& directory) {
     std::map<std::string, std::string> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(directory)) {
-        std::ifstream file(entry.path(), std::ios::binary);
-        files[entry.path().string()] =
-            entry.is_regular_file() ? std::string{std::istreambuf_iterator<char>(file), {}} : "";
+        std::ostringstream text;
+        if (entry.is_regular_file()) {
+            text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+        }
+        files[entry.path().string()] = text.str();
     }
     return files;
 }

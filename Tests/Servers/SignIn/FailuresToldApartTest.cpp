@@ -5,8 +5,6 @@
 #include "Tests/Servers/SignInFixture.h"
 
 #include <chrono>
-#include <condition_variable>
-#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace quen::test {

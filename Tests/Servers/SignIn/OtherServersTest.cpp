@@ -15,11 +15,7 @@ using ::testing::Not;
 /// A person who knows the password for one server, and servers that would like to have it.
 class OtherServers : public ::testing::Test {
 protected:
-    OtherServers() {
-        if (place.credentials() != nullptr) {
-            place.source().willAnswer(password(Server::password));
-        }
-    }
+    OtherServers() { place.source().willAnswer(password(Server::password)); }
 
     ToolRun svn(const Sandbox::Words& words) { return place.svn(place.person(), words); }
     void signInFirst() { ASSERT_EQ(place.info().exitStatus, 0); }

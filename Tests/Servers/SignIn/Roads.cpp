@@ -138,9 +138,6 @@ public:
         : place_(place), editor_(place.sandbox(), place.server(), surroundings(temporary)) {}
 
     std::string attempt(const std::string& url, const Replies& replies) override {
-        for (const std::string& secret : replies.secrets) {
-            secrets_.push_back(secret);
-        }
         const Json repository{
             {"kind", "repository"}, {"name", "quen"}, {"location", place_.server().url()}};
         const Json request{{"type", RequestTypeMakeDirectory},

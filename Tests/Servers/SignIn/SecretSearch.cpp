@@ -6,8 +6,8 @@
 #include <cctype>
 #include <cstdlib>
 #include <fstream>
-#include <iterator>
 #include <map>
+#include <sstream>
 #include <system_error>
 #include <unistd.h>
 
@@ -33,7 +33,9 @@ std::string base64Of(std::string_view text) {
 
 std::string contentOf(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream text;
+    text << stream.rdbuf();
+    return text.str();
 }
 
 bool isBelowAny(const std::string& path, const std::vector<fs::path>& directories) {
