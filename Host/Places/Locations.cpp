@@ -57,7 +57,8 @@ String closedClientPath(const std::string& path) {
 }
 
 String importedPath(const std::string& path) {
-    return clientPath(path + (needsPegClosed(path) ? "/." : ""));
+    const String client = clientPath(path);
+    return needsPegClosed(client.view()) ? String(client.str() + "/.") : client;
 }
 
 String closedDirectory(const std::string& path) {

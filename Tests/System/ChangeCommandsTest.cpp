@@ -403,13 +403,16 @@ TEST_F(TransferCommandsTest, CheckoutTellsThatThereIsNothing) {
     expectEach(sandbox_, {{{"checkout", sandbox_.url("nowhere"), "x"},
                            "",
                            1,
-                           "quen checkout: The revision HEAD was not found for the file "
-                           "\"file://SANDBOX/repository/nowhere\".\n"},
+                           "quen checkout: \"file://SANDBOX/repository/nowhere\" does not exist "
+                           "in the repository.\n"
+                           "quen checkout: `quen list` of the directory above shows what is "
+                           "there.\n"},
                           {{"checkout", "--json", sandbox_.url("trunk"), "x", "-r", "9"},
                            "null\n",
                            1,
                            "quen checkout: The revision 9 was not found for the file "
-                           "\"file://SANDBOX/repository/trunk\".\n"}});
+                           "\"file://SANDBOX/repository/trunk\".\n"
+                           "quen checkout: `quen log` of the file shows its revisions.\n"}});
 }
 
 TEST_F(TransferCommandsTest, ImportPutsATreeIntoTheRepository) {
@@ -443,7 +446,11 @@ TEST_F(TransferCommandsTest, UpdateGoesToARevision) {
                           {{"update", "-r", "1"}, "Updated to revision 1 (2 items).\n"},
                           {{"update"}, "Updated to revision 2 (2 items).\n"},
                           {{"update", "--json", "-r", "1", "a.c"}, "null\n"},
-                          {{"update", "-r", "99"}, "", 1, "quen update: No such revision 99\n"}});
+                          {{"update", "-r", "99"},
+                           "",
+                           1,
+                           "quen update: No such revision 99\n"
+                           "quen update: `quen log -l 1` shows the newest revision.\n"}});
     EXPECT_FALSE(std::filesystem::exists(sandbox_.workingCopy() / "a.c"));
 }
 
