@@ -51,12 +51,12 @@ def in_turn(count, *works):
 
 
 class Bench:
-    def __init__(self, command):
+    def __init__(self, command, roots=()):
         self.news = threading.Condition()
         self.heard = []
         self.parts = []
         self.server = editor_client.Server([command, "serve"], self.hear)
-        self.server.request("initialize")
+        self.server.request("initialize", roots=list(roots))
         self.server.notify("initialized")
 
     def hear(self, method, params):
@@ -110,7 +110,7 @@ def change_all(copy):
                     file.write("b\n")
 
 
-def measure_status(command, place):
+def measure_status(command, place, idle):
     copy = make_working_copy(place, 20)
     change_all(copy)
     bench = Bench(command)
@@ -137,9 +137,8 @@ def measure_status(command, place):
     row("a hundred requests at once, over the clients", own / theirs, 1.1,
         f"{own:.2f} s, clients {theirs:.2f} s")
     before = bench.processor_seconds()
-    seconds = 60
-    time.sleep(seconds)
-    row(f"idle processor time in {seconds} s, seconds", bench.processor_seconds() - before, 0.0, "")
+    time.sleep(idle)
+    row(f"idle processor time in {idle} s, seconds", bench.processor_seconds() - before, 0.0, "")
     bench.server.close()
 
 
@@ -163,12 +162,30 @@ def measure_large(command, place, files):
     def one():
         return bare("status", "--no-ignore", "--xml", path)
 
+    def everything():
+        return bare("status", "--no-ignore", "--xml", copy)
+
+    def first_count():
+        """A fresh server, told of the working copy as an editor does it, until its status is there."""
+        fresh = Bench(command, [copy])
+        began = time.perf_counter()
+        fresh.server.request("workingCopy/open", path=copy)
+        fresh.server.request("workingCopy/status", workingCopy=copy)
+        seconds = time.perf_counter() - began
+        fresh.server.close()
+        return seconds
+
     own, theirs = in_turn(21, noticed, one)
-    full = statistics.median(bare("status", "--no-ignore", "--xml", copy) for _ in range(3))
+    first, full = in_turn(5, first_count, everything)
+    row(f"first count of {files} files, over a full status", first / full, 1.25,
+        f"{first:.2f} s, client {full:.2f} s")
     row(f"one changed file of {files}, over the client on it", own / theirs, 1.5,
         f"{own * 1e3:.1f} ms behind the gathering, client {theirs * 1e3:.1f} ms")
     row(f"one changed file of {files}, over a full status", own / full, 0.05, f"full {full:.2f} s")
     change_all(copy)
+    first, changed = in_turn(3, first_count, everything)
+    row(f"first count of {files} changed files, over a full status", first / changed, None,
+        f"{first:.2f} s, client {changed:.2f} s; read and parsed by this program")
     before = bench.kilobytes()
     seconds = timed(lambda: bench.server.request("workingCopy/status", workingCopy=copy, refresh=True))
     row(f"memory with {files} changed items, MB", bench.kilobytes() / 1024, None,
@@ -194,7 +211,7 @@ def measure_log(command, place, revisions):
                        f"Content-length: {len(text)}\n\n{text}\n"
                        f"Node-path: a\nNode-kind: file\nNode-action: {node}"
                        f"Text-content-length: 8\nContent-length: 8\n\n{number:07d}\n\n\n")
-    subprocess.run(["svnadmin", "load", "-q", "-M", "64", repository], check=True,
+    subprocess.run(["svnadmin", "load", "-q", "--no-flush-to-disk", "-M", "64", repository], check=True,
                    input="".join(records).encode())
     url = "file://" + repository
     bench = Bench(command)
@@ -230,9 +247,9 @@ def main():
     place = tempfile.mkdtemp(prefix="quen-")
     print("| figure | value | at most | |\n|---|---|---|---|")
     try:
-        for name, work in (("status", measure_status),
+        for name, work in (("status", lambda *to: measure_status(*to, 5 if options.small else 60)),
                            ("large", lambda *to: measure_large(*to, 2000 if options.small else 60000)),
-                           ("log", lambda *to: measure_log(*to, 2000 if options.small else 60000))):
+                           ("log", lambda *to: measure_log(*to, 300 if options.small else 60000))):
             os.mkdir(os.path.join(place, name))
             work(options.server, os.path.join(place, name))
     finally:

@@ -7,8 +7,8 @@ namespace {
 /// Gives each case its own working copy: `WC` in the params stands for it.
 Json placed(const Json& params, const std::string& copy) {
     std::string text = params.dump();
-    for (auto at = text.find("WC"); at != std::string::npos; at = text.find("WC", at)) {
-        text.replace(at, 2, copy);
+    for (auto at = text.find("\"WC"); at != std::string::npos; at = text.find("\"WC", at)) {
+        text.replace(at + 1, 2, copy);
         at += copy.size();
     }
     return Json::parse(text);
@@ -70,6 +70,7 @@ std::vector<MethodCase> firstRuns(const Sandbox& sandbox) {
          {"", "workingCopy/switch", atURL, "switch", true},
          {"", "workingCopy/checkout", {{"url", url}, {"path", "WC-fresh"}}, "checkout", true},
          {"", "branch/merge", atURL, "merge", true},
+         {"", "branch/recordMerge", atURL, "merge", true},
          {"plan a commit", "change/plan", planOf("commit"), "status"},
          {"plan a revert", "change/plan", planOf("revert"), "status"},
          {"plan a removal", "change/plan", planOf("remove"), "status"},
@@ -90,6 +91,18 @@ std::vector<MethodCase> firstRuns(const Sandbox& sandbox) {
          {"", "change/copy", fromTo, "copy", true},
          {"", "change/adoptMove", adopted, "move", true},
          {"", "change/makeDirectory", about("WC/d"), "mkdir", true},
+         {"", "change/changelist", {{"paths", {"WC/a.c"}}, {"name", "n"}}, "changelist", true},
+         {"",
+          "property/set",
+          {{"paths", {"WC/a.c"}}, {"name", "n"}, {"value", "v"}},
+          "propset",
+          true},
+         {"", "change/patch", {{"workingCopy", "WC"}, {"base64", ""}}, "patch", true},
+         {"", "workingCopy/relocate", atURL, "relocate", true},
+         {"", "history/setMessage", {{"url", url}, {"revision", 1}, {"message", "m"}}, "propset"},
+         {"", "property/list", {{"path", "WC/a.c"}}, "proplist"},
+         {"", "lock/get", about("WC/a.c"), "lock", true},
+         {"", "lock/release", about("WC/a.c"), "unlock", true},
          {"", "change/ignore", about("WC/new.c"), "propget", true},
          {"", "change/unignore", about("WC/new.c"), "propget", true},
          {"", "file/content", {{"path", "WC/a.c"}, {"revision", "HEAD"}}, "export"},

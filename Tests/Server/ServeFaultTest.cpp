@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <set>
 
 namespace quen::test {
 
@@ -63,6 +64,24 @@ protected:
     FaultyClient client;
     RunningServer server{sandbox};
 };
+
+TEST_F(ServeFault, NoMethodIsForgotten) {
+    RunningServer another(sandbox);
+    std::set<std::string> left;
+    const Json told = another.initialize();
+    for (const Json& method : told.at("capabilities").at("methods")) {
+        left.insert(method.get<std::string>());
+    }
+    for (const MethodCase& each : cases) {
+        left.erase(each.method);
+    }
+    // These run no client, but for the last: a working copy is opened by all the others.
+    for (const char* other : {"initialize", "shutdown", "provider/describe", "server/statistics",
+                              "workingCopy/close", "change/undo", "workingCopy/open"}) {
+        left.erase(other);
+    }
+    EXPECT_THAT(left, ::testing::IsEmpty());
+}
 
 TEST_F(ServeFault, ClientsThatCannotBeStarted) {
     client.takeAway();

@@ -65,6 +65,25 @@ protected:
     RunningServer server{sandbox};
 };
 
+TEST_F(ServeWorkingCopies, WhoeverAsksFirstTheClientRunsOnce) {
+    Sandbox other;
+    other.write("new.c", "");
+    const std::string root = other.workingCopy().string();
+    RunningServer fresh(other);
+    fresh.initialize({{"roots", {root}}});
+    std::vector<int> ids;
+    for (int i = 0; i < 8; ++i) {
+        ids.push_back(fresh.start("workingCopy/open", {{"path", root}}));
+        ids.push_back(fresh.start("workingCopy/status", {{"workingCopy", root}}));
+    }
+    for (std::size_t i = 1; i < ids.size(); i += 2) {
+        EXPECT_EQ(fresh.answer(ids[i]).at("result").at("counts"),
+                  Json::parse(R"({"unversioned": 1})"));
+    }
+    ASSERT_TRUE(becomesTrue([&] { return fresh.ask("server/statistics").at("ownWork") == 0; }));
+    EXPECT_EQ(fresh.ask("server/statistics").at("clientRuns").at("status"), 1);
+}
+
 TEST_F(ServeWorkingCopies, OpenFindsTheRootAboveAndSaysWhatItIs) {
     const Json facts = open(path("d/b.c"));
     EXPECT_EQ(facts.at("workingCopy"), root());

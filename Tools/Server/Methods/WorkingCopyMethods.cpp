@@ -79,16 +79,18 @@ OrderedJson status(const Services& services, Call& call, const StatusParams& par
     }
     std::size_t seen = 0;
     bool isSent = false;
-    if ((params.refresh && !opened.isNew) || !services.copies.isKept(*opened.copy)) {
-        isSent = call.wantsParts();
-        opened.ran = services.copies.refresh(opened.copy, optionsOf(call),
-                                             [&](const std::vector<StatusItem>& items) {
-                                                 seen += items.size();
-                                                 call.progress().report("Reading the status", seen);
-                                                 if (isSent) {
-                                                     sendItems(call, items, params.includeIgnored);
-                                                 }
-                                             });
+    const WorkingCopies::ItemWatcher watcher = [&](const std::vector<StatusItem>& items) {
+        seen += items.size();
+        call.progress().report("Reading the status", seen);
+        if (call.wantsParts()) {
+            isSent = true;
+            sendItems(call, items, params.includeIgnored);
+        }
+    };
+    if (!opened.copy->isKnown()) {
+        opened.ran = services.copies.makeKnown(opened.copy, optionsOf(call), watcher);
+    } else if ((params.refresh && !opened.isNew) || !services.copies.isKept(*opened.copy)) {
+        opened.ran = services.copies.refresh(opened.copy, optionsOf(call), watcher);
     }
     const WorkingCopy::Snapshot snapshot = opened.copy->snapshot(params.includeIgnored);
     if (call.wantsParts() && !isSent) {

@@ -189,7 +189,7 @@ WorkingCopies::Opened WorkingCopies::open(const std::string& path, const RunOpti
                      "/.svn/wc.db: changes made elsewhere show after a refresh.");
     }
     if (!opened.copy->isKnown()) {
-        opened.ran = refresh(opened.copy, options);
+        opened.ran = makeKnown(opened.copy, options);
     }
     return opened;
 }
@@ -227,6 +227,20 @@ Ran WorkingCopies::refresh(const WorkingCopyPtr& copy, const RunOptions& options
     if (!turn) {
         throw requestCancelled(false);
     }
+    return refreshInTurn(copy, options, watcher);
+}
+
+Ran WorkingCopies::makeKnown(const WorkingCopyPtr& copy, const RunOptions& options,
+                             const ItemWatcher& watcher) {
+    const auto turn = copy->takeTurn(options.stop);
+    if (!turn) {
+        throw requestCancelled(false);
+    }
+    return copy->isKnown() ? Ran() : refreshInTurn(copy, options, watcher);
+}
+
+Ran WorkingCopies::refreshInTurn(const WorkingCopyPtr& copy, const RunOptions& options,
+                                 const ItemWatcher& watcher) {
     const std::string stamp = databaseStampOf(copy->root());
     StatusFactsReader reader;
     ReportItems items;

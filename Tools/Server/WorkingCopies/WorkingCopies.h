@@ -52,6 +52,10 @@ public:
     using ItemWatcher = std::function<void(const std::vector<StatusItem>&)>;
     Ran refresh(const WorkingCopyPtr& copy, const RunOptions& options,
                 const ItemWatcher& watcher = {});
+    /// Likewise, but only where no status is kept yet: of several that ask for it at once, one runs
+    /// the client and the others wait.
+    Ran makeKnown(const WorkingCopyPtr& copy, const RunOptions& options,
+                  const ItemWatcher& watcher = {});
     /// Likewise for some paths alone.
     Ran refreshBelow(const WorkingCopyPtr& copy, std::vector<std::string> paths,
                      const RunOptions& options);
@@ -74,6 +78,8 @@ public:
     void end();
 
 private:
+    Ran refreshInTurn(const WorkingCopyPtr& copy, const RunOptions& options,
+                      const ItemWatcher& watcher);
     void afterChange(const WorkingCopyPtr& copy, const std::vector<std::string>& paths,
                      const std::stop_token& stop);
     void refreshBehind(const WorkingCopyPtr& copy);
