@@ -38,7 +38,7 @@ struct Facts {
     /// The provider's own code for what is not under version control.
     bool isOutside = false;
 
-    bool has(std::initializer_list<std::int64_t> any) const {
+    bool has(const std::vector<std::int64_t>& any) const {
         return std::any_of(any.begin(), any.end(),
                            [this](std::int64_t number) { return numbers.contains(number); });
     }
@@ -235,8 +235,8 @@ std::string adviceByFailure(const Facts& facts) {
 }
 
 struct Advice {
-    std::initializer_list<std::int64_t> numbers;
-    const char* text;
+    std::vector<std::int64_t> numbers;
+    const char* text = "";
 };
 
 std::string adviceByNumber(const Facts& facts) {
