@@ -11,10 +11,11 @@ namespace quen {
 
 namespace {
 
-/// The client drops these before it looks for a revision behind an `@`: `d@/.` is `d@` to it.
-std::string withoutEmptyEnd(std::string path) {
-    while (path.size() > 1 && (path.ends_with('/') || path.ends_with("/."))) {
-        path.pop_back();
+/// The client drops these before it looks for a revision behind an `@`: `d@/.` is `d@` to it. With
+/// a slash at the end it looks for none.
+std::string withoutDotsAtEnd(std::string path) {
+    while (path.ends_with("/.") || path.ends_with("/./")) {
+        path.resize(path.size() - (path.ends_with('/') ? 2 : 1));
     }
     return path;
 }
@@ -40,7 +41,7 @@ String clientPath(const std::string& path) {
     if (isRepositoryURL(path)) {
         return withPlainAt(path);
     }
-    const std::string plain = path.find('@') == std::string::npos ? path : withoutEmptyEnd(path);
+    const std::string plain = path.find('@') == std::string::npos ? path : withoutDotsAtEnd(path);
     return plain.starts_with('-') ? "./" + plain : plain;
 }
 

@@ -52,8 +52,8 @@ TEST(ImportedPath, ShowsThePlugInNoNameToClose) {
     EXPECT_EQ(importedPath("src"), "src");
     EXPECT_EQ(importedPath("-src"), "./-src");
     EXPECT_EQ(importedPath("src@2"), "src@2/.");
-    EXPECT_EQ(importedPath("src@2/"), "src@2/.");
-    EXPECT_EQ(clientPath("src@2/."), "src@2");
+    EXPECT_EQ(importedPath("src@2/"), "src@2//.");
+    EXPECT_EQ(clientPath("src@2/././."), "src@2/");
     EXPECT_EQ(clientPath("src/."), "src/.");
     EXPECT_EQ(importedPath("src@2/a"), "src@2/a");
 }
