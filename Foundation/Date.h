@@ -38,6 +38,7 @@ private:
     };
 
     std::vector<Piece> pieces_;
+    bool isReportFormat_ = false;
     bool zoneIsKnown_ = true;
 };
 

@@ -54,6 +54,21 @@ std::size_t XMLTree::sibling(std::size_t node, std::size_t end,
     return node;
 }
 
+std::size_t XMLTree::onlyChild(std::size_t node, std::string_view name) const noexcept {
+    std::size_t only = node;
+    const std::size_t end = nodes_[node].end;
+    for (std::size_t child = node + 1; child != end; child = nodes_[child].end) {
+        if (nodes_[child].name != name) {
+            continue;
+        }
+        if (only != node) {
+            return node;
+        }
+        only = child;
+    }
+    return only;
+}
+
 void XMLTree::describe(std::string& out) const {
     const auto add = [&](std::string_view part) { out.append(part).push_back('\0'); };
     for (const Node& node : nodes_) {
@@ -92,9 +107,8 @@ std::optional<XMLElement> XMLElement::firstChild(std::string_view name) const no
 }
 
 std::optional<XMLElement> XMLElement::onlyChild(std::string_view name) const noexcept {
-    const Children found = children(name);
-    const bool isOne = found.begin() != found.end() && ++found.begin() == found.end();
-    return isOne ? std::optional(*found.begin()) : std::nullopt;
+    const std::size_t child = tree_->onlyChild(node_, name);
+    return child == node_ ? std::nullopt : std::optional(XMLElement(*tree_, child));
 }
 
 XMLElement::Children::iterator& XMLElement::Children::iterator::operator++() noexcept {

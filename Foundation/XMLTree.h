@@ -83,6 +83,9 @@ public:
     /// The first of that name among `node` and the siblings after it; `end` where there is none.
     std::size_t sibling(std::size_t node, std::size_t end, std::string_view name) const noexcept;
 
+    /// The child of that name where there is exactly one; `node` itself for none and for several.
+    std::size_t onlyChild(std::size_t node, std::string_view name) const noexcept;
+
     // Looking at all of a record, for tests.
 
     /// The tree that an element is in.

@@ -1,3 +1,4 @@
+#include "Benchmarks/Runs/Alternatives.h"
 #include "Benchmarks/Runs/Benchmarks.h"
 #include "Benchmarks/Runs/Floors.h"
 #include "Benchmarks/Runs/Projects.h"
@@ -16,13 +17,15 @@ struct Subject {
     std::string name;
     std::function<QuenSourceControlOperationPtr()> make;
     std::size_t records = 0;
+    /// What it may take over the bare client.
+    double wallBound = 0;
     /// In a short run the clock of the processors is too coarse.
-    bool isLong = true;
-};
+    std::optional<double> cpuBound = {};
+    /// Where the alternatives find what the operation asks of.
+    std::string place = {};
 
-constexpr double longWallBound = 1.02;
-constexpr double shortWallBound = 1.05;
-constexpr double cpuBound = 1.15;
+    bool isLong() const { return cpuBound.has_value(); }
+};
 
 std::vector<std::string> argumentsOf(const QuenSourceControlOperation& operation) {
     std::vector<std::string> words;
@@ -97,10 +100,10 @@ Figures measure(const Subject& subject, std::size_t turns) {
     const auto bare = [&] { runBare(clientPath(), arguments); };
     std::vector<Way> ways{{.name = "",
                            .run = [&] { return costOfOperation(subject); },
-                           .wallBound = subject.isLong ? longWallBound : shortWallBound,
-                           .cpuBound = cpuBound,
-                           .showsCpu = subject.isLong}};
-    if (subject.isLong) {
+                           .wallBound = subject.wallBound,
+                           .cpuBound = subject.cpuBound,
+                           .showsCpu = subject.isLong()}};
+    if (subject.isLong()) {
         ways.push_back({.name = ", output only kept",
                         .run = [&] { return costOf([&] { runAndKeep(arguments); }); }});
         ways.push_back({.name = ", output through bare expat",
@@ -109,7 +112,18 @@ Figures measure(const Subject& subject, std::size_t turns) {
                         .run = [&] { return costBesideNeighbour(bare); },
                         .showsCpu = false});
     }
-    return compare(subject.name, bare, ways, turns, std::to_string(subject.records) + " records");
+    Figures figures =
+        compare(subject.name, bare, ways, turns, std::to_string(subject.records) + " records");
+    if (subject.isLong()) {
+        const Question question{.kind = subject.name.substr(0, subject.name.find(' ')),
+                                .place = subject.place,
+                                .arguments = arguments,
+                                .records = subject.records};
+        const Figures others = measureAlternatives(
+            question, [&] { return costOfOperation(subject).wall; }, (turns + 2) / 3);
+        figures.insert(figures.end(), others.begin(), others.end());
+    }
+    return figures;
 }
 
 } // namespace
@@ -119,7 +133,10 @@ Figures measureStatus(const Sizes& sizes) {
     const std::string workingCopy = makeChangedFiles(place->path().str(), sizes.files);
     return measure({.name = "status",
                     .make = [&] { return operationOn(RequestTypeStatus, workingCopy); },
-                    .records = sizes.files},
+                    .records = sizes.files,
+                    .wallBound = 1.02,
+                    .cpuBound = 1.06,
+                    .place = workingCopy},
                    sizes.pairs);
 }
 
@@ -130,7 +147,12 @@ Figures measureLog(const Sizes& sizes) {
         return operationOn(RequestTypeLog, url,
                            {{QuenSourceControlRequestOptionLogOutputFilesChanged, true}});
     };
-    return measure({.name = "log with files", .make = make, .records = sizes.revisions},
+    return measure({.name = "log with files",
+                    .make = make,
+                    .records = sizes.revisions,
+                    .wallBound = 1.04,
+                    .cpuBound = 1.15,
+                    .place = url},
                    sizes.pairs);
 }
 
@@ -139,7 +161,10 @@ Figures measureBlame(const Sizes& sizes) {
     const std::string url = makeLongFile(place->path().str(), sizes.lines);
     return measure({.name = "blame",
                     .make = [&] { return operationOn(RequestTypeBlame, url); },
-                    .records = sizes.lines},
+                    .records = sizes.lines,
+                    .wallBound = 1.05,
+                    .cpuBound = 1.15,
+                    .place = url},
                    sizes.pairs);
 }
 
@@ -150,7 +175,7 @@ Figures measureInfo(const Sizes& sizes) {
     return measure({.name = "info of one file",
                     .make = [&] { return operationOn(RequestTypeInfo, file); },
                     .records = 1,
-                    .isLong = false},
+                    .wallBound = 1.05},
                    sizes.pairs * pairsForOne);
 }
 

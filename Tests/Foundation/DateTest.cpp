@@ -62,6 +62,26 @@ TEST(DateTest, RefusesWhatIsNotADate) {
     }
 }
 
+/// The client's pattern is read in a way of its own; the same pattern in other quotes is not.
+TEST(DateTest, ReadsTheClientsPatternLikeAnyOther) {
+    constexpr std::string_view sameInOtherQuotes = "yyyy'-'MM'-'dd'T'HH:mm:ss'.'SSSSSS'Z'";
+    const std::string dates[] = {"2024-02-29T23:59:59.999999Z", "1969-12-31T00:00:00.000000Z",
+                                 "0000-01-01T00:00:00.000000Z", "9999-12-31T10:20:30.405060Z"};
+    std::size_t readable = 0;
+    for (const std::string& date : dates) {
+        for (std::size_t place = 0; place < date.size(); ++place) {
+            for (int byte = 0; byte < 256; ++byte) {
+                std::string text = date;
+                text[place] = static_cast<char>(byte);
+                const auto expected = read(sameInOtherQuotes, text);
+                ASSERT_EQ(read(clientPattern, text), expected) << text;
+                readable += expected ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(readable, 500U);
+}
+
 TEST(DateTest, FollowsItsPattern) {
     const struct {
         std::string_view pattern;
