@@ -75,7 +75,7 @@ TEST(DateTest, ReadsTheClientsPatternLikeAnyOther) {
                 text[place] = static_cast<char>(byte);
                 const auto expected = read(sameInOtherQuotes, text);
                 ASSERT_EQ(read(clientPattern, text), expected) << text;
-                readable += expected ? 1 : 0;
+                readable += expected ? 1U : 0U;
             }
         }
     }

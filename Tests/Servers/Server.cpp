@@ -96,32 +96,30 @@ void Server::keepPassword(const std::string& kept) const {
 }
 
 void Server::changePassword(const std::string& old, const std::string& next) const {
-    const auto run = [this](const std::string& script) {
-        const Ran ran = sandbox_.run({"sh", "-e", "-c", script}, sandbox_.root());
+    const auto run = [&](const std::string& script) {
+        const Ran ran =
+            sandbox_.run({"sh", "-e", "-c", script, "sh", user, old, next}, sandbox_.root());
         if (ran.status != 0) {
             throw std::runtime_error("The password cannot be changed: " + ran.err);
         }
     };
-    const std::string quoted = "'" + next + "'";
     switch (kind_) {
     case ServerKind::svnserveWithSASL:
-        run("printf %s " + quoted + " | saslpasswd2 -p -u quen -f server/sasldb " + user);
+        run(R"(printf %s "$3" | saslpasswd2 -p -u quen -f server/sasldb "$1")");
         break;
     case ServerKind::httpd:
     case ServerKind::httpsd:
-        run(std::string("printf '%s:{SHA}%s\n' ") + user + " $(printf %s " + quoted +
-            " | openssl dgst -sha1 -binary | openssl base64) >server/users");
+        run(R"(hash=$(printf %s "$3" | openssl dgst -sha1 -binary | openssl base64)
+               printf '%s:{SHA}%s\n' "$1" "$hash" >server/users)");
         break;
     case ServerKind::httpdWithDigest:
-        run(std::string("printf '%s:quen:%s\n' ") + user + " $(printf '%s:quen:%s' " + user + " " +
-            quoted + " | md5sum | cut -d' ' -f1) >server/users");
+        run(R"(hash=$(printf '%s:quen:%s' "$1" "$3" | md5sum | cut -d' ' -f1)
+               printf '%s:quen:%s\n' "$1" "$hash" >server/users)");
         break;
-    case ServerKind::sshd:
-        run("ssh-keygen -q -p -P '" + old + "' -N " + quoted + " -f server/key");
-        break;
+    case ServerKind::sshd: run(R"(ssh-keygen -q -p -P "$2" -N "$3" -f server/key)"); break;
     default:
         sandbox_.write(sandbox_.root() / "repository/conf/passwd",
-                       std::string("[users]\n") + user + " = " + next + "\n");
+                       std::string("[users]\n").append(user).append(" = ").append(next) + "\n");
     }
 }
 

@@ -262,8 +262,10 @@ TEST_F(BrowsingTest, TheUserOfTheSettingsFileReachesTheClient) {
         return sandbox_.read(sandbox_.root() / "home/arguments");
     };
     EXPECT_EQ(argumentsOf({"list", "src"}), "list --xml src ");
-    sandbox_.write("../.quen", "username = carol\n");
+    sandbox_.write(".quen", "username = carol\n");
     EXPECT_EQ(argumentsOf({"list", "src"}), "--username carol list --xml src ");
+    const std::string place = (sandbox_.workingCopy() / "src").string();
+    EXPECT_EQ(argumentsOf({"list", "-R", "src"}), "--username carol list --xml -R " + place + " ");
     EXPECT_EQ(argumentsOf({"list", "src", "--username", "dave"}),
               "--username dave list --xml src ");
 }

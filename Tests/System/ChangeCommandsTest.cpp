@@ -58,19 +58,30 @@ TEST_F(LocalEditCommandsTest, AddTakesNamesAsTheyAre) {
 
 TEST_F(LocalEditCommandsTest, AddTellsWhatIsWrong) {
     commitFiles({"a.c"});
+    expectEach(sandbox_, {{{"add", "nowhere"}, "", 1, "quen add: \"nowhere\" does not exist.\n"},
+                          {{"add", "--json", "."},
+                           "null\n",
+                           1,
+                           "quen add: \".\" is already under version control\n"}});
+}
+
+/// The client says nothing of a path that is not there.
+TEST_F(LocalEditCommandsTest, WhatNamesNothingIsTold) {
+    commitFiles({"a.c", "b.c"});
+    sandbox_.svn({"update", "-q"});
+    sandbox_.svn({"remove", "-q", "b.c"});
     expectEach(sandbox_,
-               {{{"add", "nowhere"},
-                 "",
+               {{{"status", "nowhere"}, "", 1, "quen status: \"nowhere\" does not exist.\n"},
+                {{"revert", "nowhere"}, "", 1, "quen revert: \"nowhere\" does not exist.\n"},
+                {{"update", "nowhere"},
+                 "Already up to date at revision 1.\n",
                  1,
-                 "quen add: warning: 'SANDBOX/wc/nowhere' not found\n"
-                 "quen add: Could not add all targets because some targets don't exist\n"
-                 "quen add: Illegal target for the requested operation\n"},
-                {{"add", "--json", "."},
-                 "null\n",
+                 "quen update: \"nowhere\" does not exist.\n"},
+                {{"update", "b.c"}, "Already up to date at revision 1.\n"},
+                {{"revert", "b.c", "nowhere"},
+                 "Reverted 1 item.\n",
                  1,
-                 "quen add: warning: 'SANDBOX/wc' is already under version control\n"
-                 "quen add: Could not add all targets because some targets are already versioned\n"
-                 "quen add: Illegal target for the requested operation\n"}});
+                 "quen revert: \"nowhere\" does not exist.\n"}});
 }
 
 TEST_F(LocalEditCommandsTest, RevertTakesNamesAsTheyAre) {

@@ -200,7 +200,7 @@ TEST_F(HostileTextTest, NothingOfItReachesATerminal) {
 
 /// A settings file comes with the working copy.
 TEST_F(HostileTextTest, NorOfASettingsFile) {
-    sandbox_.write(".quen", std::string(hostile) + " = x\n");
+    sandbox_.write(".quen", std::string(hostile).append(" = x\n"));
     for (const Words& words : {Words{"status"}, Words{"branch"}, Words{"commit", "-m", "M"}}) {
         const Ran ran = sandbox_.quen(words);
         EXPECT_EQ(ran.status, 1);

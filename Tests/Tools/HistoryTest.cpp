@@ -125,7 +125,7 @@ TEST(DiffStat, LongNamesAndManyLinesFitTheWidth) {
         stat.take("+x\n");
     }
     stat.finish();
-    for (const std::size_t width : {40, 80, 250}) {
+    for (const std::size_t width : {40U, 80U, 250U}) {
         const std::string text = stat.text(Palette(Palette::Use::never), width);
         // The ellipsis takes three bytes for one cell.
         EXPECT_LE(text.find('\n'), width + 2) << text;

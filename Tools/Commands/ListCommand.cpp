@@ -67,7 +67,8 @@ int stream(Session& session, const SourceTree& source, const Options& options,
         return session.stream(makeRequest(RequestTypeList, source, {clientPath(options.path)}),
                               "<lists/>", take);
     }
-    std::vector<std::string> words{"list", "--xml"};
+    std::vector<std::string> words = userOption(source);
+    words.insert(words.end(), {"list", "--xml"});
     if (options.isDeep) {
         words.emplace_back("-R");
     }

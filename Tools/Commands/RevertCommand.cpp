@@ -1,6 +1,7 @@
 #include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Places/MissingPaths.h"
 
 #include <memory>
 
@@ -14,7 +15,10 @@ Outcome<Losses> losses(const Session& session, const std::vector<String>& paths)
 
 int runRevertCommand(Session& session, const LocalEditOptions& options) {
     const LocalEdit edit{RequestTypeRevert, "Reverted", "revert", "item", losses};
-    return runLocalEdit(session, edit, options);
+    const auto missing = missingAmong(options.paths);
+    const bool isAll = missing.size() == options.paths.size();
+    return tellOfMissing(session, missing,
+                         isAll ? ExitSuccess : runLocalEdit(session, edit, options));
 }
 
 } // namespace

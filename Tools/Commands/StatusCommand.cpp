@@ -6,9 +6,9 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/StatusItem.h"
 #include "Tools/Commands/Content/StatusRecords.h"
+#include "Tools/Commands/Places/MissingPaths.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/CleanupAdvice.h"
-#include "Tools/Commands/Session/ErrorAdvice.h"
 #include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/KeptRun.h"
 #include "Tools/Terminal/SafeText.h"
@@ -202,48 +202,19 @@ void tellOfLock(const Session& session, const StatusFacts& facts) {
     }
 }
 
-bool namesSomething(const std::string& path, const StatusFacts& facts) {
-    const std::filesystem::path named = std::filesystem::path(path).lexically_normal();
-    std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored)) ||
-           std::any_of(facts.entries.begin(), facts.entries.end(), [&](const StatusEntry& entry) {
-               const auto told = std::filesystem::path(entry.path.str()).lexically_normal();
-               return told == named || told.string().starts_with(named.string() + "/");
-           });
-}
-
-bool isMissing(const std::string& path, const StatusFacts& facts) {
-    return !isRepositoryURL(path) && !namesSomething(path, facts);
-}
-
-bool areAllMissing(const Options& options, const StatusFacts& facts) {
-    return std::all_of(options.paths.begin(), options.paths.end(),
-                       [&](const std::string& path) { return isMissing(path, facts); });
-}
-
-/// The client says nothing at all of a path that is not there. The exit status.
-int tellOfMissing(const Session& session, const Options& options, const StatusFacts& facts) {
-    int status = ExitSuccess;
-    for (const std::string& path : options.paths) {
-        if (isMissing(path, facts)) {
-            session.tell(sentenceOnMissingPath(path));
-            status = ExitFailure;
-        }
-    }
-    return status;
-}
-
 int show(const Session& session, const QuenSourceControlOperation& operation,
          const Options& options, const KeptRun& run) {
     const Answer answer = answerIn(run);
     // Of a whole report nothing is missing, though XML cannot hold some of its texts.
     const bool isWell = !operation.error() ||
                         (answer.isWhole && operation.error().domain() == XMLParserErrorDomain);
+    // The client says nothing at all of a path that is not there.
+    const auto missing = missingAmong(options.paths, answer.facts.entries);
     if (options.common.json) {
         printJson(answer.facts.entries.empty() && !isWell
                       ? operation.result()
                       : Value(statusRecords(answer.facts, answer.treeConflicts)));
-    } else if (!answer.facts.entries.empty() || (isWell && !areAllMissing(options, answer.facts))) {
+    } else if (!answer.facts.entries.empty() || (isWell && missing.size() < options.paths.size())) {
         printForPeople(answer, options);
     }
     std::cout.flush();
@@ -252,7 +223,7 @@ int show(const Session& session, const QuenSourceControlOperation& operation,
     if (!isWell || session.wasStopped(operation)) {
         return session.finish(operation);
     }
-    return tellOfMissing(session, options, answer.facts);
+    return tellOfMissing(session, missing, ExitSuccess);
 }
 
 int runStatusCommand(Session& session, const Options& options) {

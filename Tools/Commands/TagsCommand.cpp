@@ -46,10 +46,11 @@ int runTagsCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
+    std::vector<std::string> words = userOption(*source);
+    words.insert(words.end(), {"list", "--xml"});
     ListFactsReader reader;
     const int status = session.streamClient(
-        {"list", "--xml"},
-        {tagsBeside(source->repository->branchesLocation().absoluteString().str())},
+        words, {tagsBeside(source->repository->branchesLocation().absoluteString().str())},
         [&](std::string_view piece) {
             reader.take(piece);
             return true;

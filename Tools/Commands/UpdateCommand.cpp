@@ -4,6 +4,7 @@
 #include "Tools/Commands/Changes/Transfer.h"
 #include "Tools/Commands/Changes/TransferPreview.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Places/MissingPaths.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
@@ -68,7 +69,9 @@ int runUpdateCommand(Session& session, const Options& options) {
             return keepTheirsOfUpdate(facts, workingDirectory());
         };
     }
-    return makeTransfer(session, transfer);
+    // The update may still bring what is not there; of anything else the client says nothing.
+    const auto missing = missingAmong(options.paths);
+    return tellOfMissing(session, missing, makeTransfer(session, transfer));
 }
 
 } // namespace

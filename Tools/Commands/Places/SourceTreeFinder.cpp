@@ -134,6 +134,12 @@ Outcome<HostRepository::Facts> factsWithLayout(Session& session, const std::stri
 
 } // namespace
 
+std::vector<std::string> userOption(const SourceTree& source) {
+    const String user = source.repository == nullptr ? String() : source.repository->user();
+    return user.isEmpty() ? std::vector<std::string>()
+                          : std::vector<std::string>{"--username", user.str()};
+}
+
 QuenSourceControlRequestPtr makeRequest(RequestType type, const SourceTree& source,
                                         StringArray files, Dictionary options) {
     auto request = std::make_shared<QuenSourceControlRequest>();

@@ -5,6 +5,7 @@
 #include "Tools/Commands/Session/Session.h"
 
 #include <string>
+#include <vector>
 
 namespace quen::tools {
 
@@ -14,6 +15,10 @@ struct SourceTree {
     QuenSourceControlSourceTreePtr tree;
     QuenSourceControlRepositoryPtr repository;
 };
+
+/// The client's own option for the user that a source tree names, for runs that no request asks
+/// for; empty where it names none.
+std::vector<std::string> userOption(const SourceTree& source);
 
 /// A request about a source tree, ready for its type's further members.
 QuenSourceControlRequestPtr makeRequest(RequestType type, const SourceTree& source,

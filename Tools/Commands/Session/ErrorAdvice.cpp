@@ -4,6 +4,7 @@
 #include "Host/Facts/UnreadableNames.h"
 #include "Host/Places/Locations.h"
 #include "Host/Places/SettingsFile.h"
+#include "Host/RunContext.h"
 #include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
@@ -19,6 +20,7 @@
 #include <set>
 #include <string_view>
 #include <system_error>
+#include <unistd.h>
 
 namespace quen::tools {
 
@@ -222,11 +224,19 @@ std::string adviceOnVersioning(const Facts& facts, const Lines& reason) {
                : "";
 }
 
+bool hasClient() {
+    const std::string client = RunContext::current().toolsDirectory().str() + "/svn";
+    return ::access(client.c_str(), X_OK) == 0;
+}
+
 std::string adviceByFailure(const Facts& facts) {
     switch (facts.failure) {
     case TaskFailure::couldNotStart:
-        return "Install Subversion's command-line client (package subversion), or put the "
-               "directory that holds svn on PATH.";
+        // A client that is there was not started for a reason that the error names.
+        return hasClient()
+                   ? ""
+                   : "Install Subversion's command-line client (package subversion), or put the "
+                     "directory that holds svn on PATH.";
     case TaskFailure::locked: return cleanupAdvice(facts);
     case TaskFailure::offline:
         return "Check the spelling of the URL, and that the server can be reached.";

@@ -1,0 +1,64 @@
+#include "Tools/Commands/Places/MissingPaths.h"
+
+#include "Host/Places/Locations.h"
+#include "Host/Plans/Plans.h"
+#include "Tools/Commands/Session/ErrorAdvice.h"
+#include "Tools/Commands/Session/HostQueries.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <system_error>
+
+namespace quen::tools {
+
+namespace {
+
+bool isOnDisk(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+bool isOrHolds(const std::string& path, const StatusEntry& entry) {
+    const auto whole = [](const std::filesystem::path& name) {
+        std::error_code ignored;
+        return std::filesystem::absolute(name, ignored).lexically_normal().string();
+    };
+    const std::string named = whole(path);
+    const std::string told = whole(entry.path.str());
+    return told == named || told.starts_with(named + "/");
+}
+
+} // namespace
+
+std::vector<std::string> missingAmong(const std::vector<std::string>& paths,
+                                      const std::vector<StatusEntry>& entries) {
+    std::vector<std::string> missing;
+    std::copy_if(paths.begin(), paths.end(), std::back_inserter(missing),
+                 [&](const std::string& path) {
+                     return !isRepositoryURL(path) && !isOnDisk(path) &&
+                            std::none_of(entries.begin(), entries.end(),
+                                         [&](const auto& entry) { return isOrHolds(path, entry); });
+                 });
+    return missing;
+}
+
+std::vector<std::string> missingAmong(const std::vector<std::string>& paths) {
+    const std::vector<std::string> suspects = missingAmong(paths, {});
+    if (suspects.empty()) {
+        return {};
+    }
+    return missingAmong(suspects, localStateOf(absolutePaths(suspects), runHostQuery).changes);
+}
+
+int tellOfMissing(const Session& session, const std::vector<std::string>& missing, int status) {
+    for (const std::string& path : missing) {
+        if (!isOnDisk(path)) {
+            session.tell(sentenceOnMissingPath(path));
+            status = status == ExitSuccess ? static_cast<int>(ExitFailure) : status;
+        }
+    }
+    return status;
+}
+
+} // namespace quen::tools
