@@ -8,68 +8,72 @@
 
 #include <utility>
 
+/// Before the program's own tables, which may hold the names.
+#define QUEN_DEFINED_EARLY __attribute__((init_priority(1000)))
+
 // NOLINTBEGIN(misc-definitions-in-headers): that is what it is for
 namespace quen {
 
 // A constant's value is its own name: a log or a record that shows one can be read as it is. The
 // two revision names are the client's own words, so that every path that hands one over is right.
 
-const String QuenSourceControlRequestOptionMessage =
+const String QuenSourceControlRequestOptionMessage QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionMessage");
-const String QuenSourceControlRequestOptionSourceLocation =
+const String QuenSourceControlRequestOptionSourceLocation QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionSourceLocation");
-const String QuenSourceControlRequestOptionAllowEmptyCommit =
+const String QuenSourceControlRequestOptionAllowEmptyCommit QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionAllowEmptyCommit");
-const String QuenSourceControlRequestOptionIgnoreItem =
+const String QuenSourceControlRequestOptionIgnoreItem QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionIgnoreItem");
-const String QuenSourceControlRequestOptionLogOutputFilesChanged =
+const String QuenSourceControlRequestOptionLogOutputFilesChanged QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionLogOutputFilesChanged");
-const String QuenSourceControlRequestOptionLogOutputLimit =
+const String QuenSourceControlRequestOptionLogOutputLimit QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionLogOutputLimit");
-const String QuenSourceControlRequestOptionLogStopOnBranching =
+const String QuenSourceControlRequestOptionLogStopOnBranching QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionLogStopOnBranching");
-const String QuenSourceControlRequestOptionSupplyDirectRevision =
+const String QuenSourceControlRequestOptionSupplyDirectRevision QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlRequestOptionSupplyDirectRevision");
-const String QuenSourceControlOperationAuthorKey =
+const String QuenSourceControlOperationAuthorKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationAuthorKey");
-const String QuenSourceControlOperationContentKey =
+const String QuenSourceControlOperationContentKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationContentKey");
-const String QuenSourceControlOperationDateKey =
+const String QuenSourceControlOperationDateKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationDateKey");
-const String QuenSourceControlOperationFilesKey =
+const String QuenSourceControlOperationFilesKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationFilesKey");
-const String QuenSourceControlOperationIsLeafKey =
+const String QuenSourceControlOperationIsLeafKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationIsLeafKey");
-const String QuenSourceControlOperationLineNumberKey =
+const String QuenSourceControlOperationLineNumberKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationLineNumberKey");
-const String QuenSourceControlOperationMessageKey =
+const String QuenSourceControlOperationMessageKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationMessageKey");
-const String QuenSourceControlOperationNameKey =
+const String QuenSourceControlOperationNameKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationNameKey");
-const String QuenSourceControlOperationPathKey =
+const String QuenSourceControlOperationPathKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationPathKey");
-const String QuenSourceControlOperationRemoteOriginKey =
+const String QuenSourceControlOperationRemoteOriginKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationRemoteOriginKey");
-const String QuenSourceControlOperationRepositoryRootKey =
+const String QuenSourceControlOperationRepositoryRootKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationRepositoryRootKey");
-const String QuenSourceControlOperationRepositoryStatusKey =
+const String QuenSourceControlOperationRepositoryStatusKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationRepositoryStatusKey");
-const String QuenSourceControlOperationRevisionKey =
+const String QuenSourceControlOperationRevisionKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationRevisionKey");
-const String QuenSourceControlOperationWCStatusKey =
+const String QuenSourceControlOperationWCStatusKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlOperationWCStatusKey");
-const String QuenSourceControlHEADRevisionName = String::constant("HEAD");
-const String QuenSourceControlBASERevisionName = String::constant("BASE");
-const String QuenSourceControlTrunkBranchName =
+const String QuenSourceControlHEADRevisionName QUEN_DEFINED_EARLY = String::constant("HEAD");
+const String QuenSourceControlBASERevisionName QUEN_DEFINED_EARLY = String::constant("BASE");
+const String QuenSourceControlTrunkBranchName QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlTrunkBranchName");
-const String QuenSourceControlErrorDomain = String::constant("QuenSourceControlErrorDomain");
-const String QuenSourceControlAuthenticationErrorTypeKey =
+const String QuenSourceControlErrorDomain QUEN_DEFINED_EARLY =
+    String::constant("QuenSourceControlErrorDomain");
+const String QuenSourceControlAuthenticationErrorTypeKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlAuthenticationErrorTypeKey");
-const String QuenSourceControlSSHConnectionErrorKey =
+const String QuenSourceControlSSHConnectionErrorKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlSSHConnectionErrorKey");
-const String QuenSourceControlAuthenticationCredentialsIncorrect =
+const String QuenSourceControlAuthenticationCredentialsIncorrect QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlAuthenticationCredentialsIncorrect");
-const String QuenSourceControlUnderlyingErrorsKey =
+const String QuenSourceControlUnderlyingErrorsKey QUEN_DEFINED_EARLY =
     String::constant("QuenSourceControlUnderlyingErrorsKey");
 
 struct QuenSourceControlRequest::State {
@@ -172,3 +176,5 @@ void QuenSourceControlRequest::setRepositoryToAuthenticate(
 
 } // namespace quen
 // NOLINTEND(misc-definitions-in-headers)
+
+#undef QUEN_DEFINED_EARLY

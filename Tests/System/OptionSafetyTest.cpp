@@ -264,7 +264,7 @@ TEST_F(OptionSafety, NoListOfIgnoredNamesBecomesAnOption) {
     EXPECT_EQ(runs.size(), 2U); // the query, and the one that looks whether it was done
     EXPECT_EQ(ran.status, 1);
     EXPECT_EQ(ran.err,
-              "quen unignore: The client \"" + (sandbox_.root() / "bin/svn").string() +
+              "quen unignore: \"build\": The client \"" + (sandbox_.root() / "bin/svn").string() +
                   "\" could not be started: the list of ignored names of \".\" would begin with -, "
                   "which the client takes for an option; another name is put in front with svn "
                   "propedit svn:ignore.\n");

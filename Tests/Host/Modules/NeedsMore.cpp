@@ -8,6 +8,6 @@ QUEN_EXPORT extern const String QuenSourceControlNewerKey;
 } // namespace quen
 
 extern "C" QUEN_EXPORT const quen::QuenSourceControlPlugIn* quenSourceControlPlugInEntryPoint() {
-    return quen::newerFunction(0) == 0 || quen::QuenSourceControlNewerKey.isNil() ? nullptr
-                                                                                  : nullptr;
+    quen::newerFunction(static_cast<int>(quen::QuenSourceControlNewerKey.length()));
+    return nullptr;
 }
