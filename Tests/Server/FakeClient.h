@@ -7,6 +7,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -23,7 +24,10 @@ public:
 
     bool send(std::string body, const std::stop_token& /*stop*/) override {
         const std::lock_guard lock(mutex_);
-        messages_.push_back(Json::parse(body));
+        const Json& message = messages_.emplace_back(Json::parse(body));
+        if (!message.contains("method")) {
+            answers_.try_emplace(message.at("id").dump(), messages_.size() - 1);
+        }
         changed_.notify_all();
         return true;
     }
@@ -47,16 +51,21 @@ public:
 
     /// The answer to a request; null when none came within the bound.
     Json answer(const Json& id) const {
-        return waitFor([&](const Json& message) {
-                   return !message.contains("method") && message.at("id") == id;
-               })
-            .value_or(nullptr);
+        std::unique_lock lock(mutex_);
+        auto found = answers_.end();
+        changed_.wait_for(lock, bound, [&] {
+            found = answers_.find(id.dump());
+            return found != answers_.end();
+        });
+        return found == answers_.end() ? Json() : messages_[found->second];
     }
 
 private:
     mutable std::mutex mutex_;
     mutable std::condition_variable changed_;
     std::vector<Json> messages_;
+    /// Where each answer is among the messages, by its id: a load of requests asks for thousands.
+    std::map<std::string, std::size_t> answers_;
 };
 
 } // namespace quen::test
