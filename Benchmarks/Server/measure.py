@@ -151,6 +151,8 @@ def measure_large(command, place, files):
 
     def noticed():
         state["text"] += 1
+        # What is gathered for the client that ran before must be over.
+        time.sleep(0.2)
         with open(path, "w", encoding="utf-8") as file:
             file.write("a\n" if state["text"] % 2 == 0 else "changed\n")
         count = len(bench.heard)
