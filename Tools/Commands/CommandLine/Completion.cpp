@@ -43,14 +43,13 @@ public:
     void take(const std::string& word) {
         if (option_ != nullptr) {
             option_ = nullptr;
-        } else if (onlyNames_) {
-            ++names_;
-        } else if (word == "--") {
+        } else if (!onlyNames_ && word == "--") {
             onlyNames_ = true;
-        } else if (word.starts_with('-')) {
+        } else if (!onlyNames_ && word.starts_with('-')) {
             const OptionText* const option = command_->option(word);
             option_ = option != nullptr && option->takesValue() ? option : nullptr;
-        } else if (const CommandText* const next = names_ == 0 ? command_->find(word) : nullptr) {
+        } else if (const CommandText* const next =
+                       onlyNames_ || names_ > 0 ? nullptr : command_->find(word)) {
             command_ = next;
         } else {
             ++names_;

@@ -6,6 +6,7 @@
 #include "Tools/Terminal/Times.h"
 
 #include <array>
+#include <cmath>
 
 namespace quen::tools {
 
@@ -32,7 +33,7 @@ std::string sizeText(std::int64_t bytes) {
     for (size /= 1000; size >= 999.5 && unit + 1 < units.size(); ++unit) {
         size /= 1000;
     }
-    const auto tenths = static_cast<std::int64_t>(size * 10 + 0.5);
+    const std::int64_t tenths = std::llround(size * 10);
     std::string text = std::to_string(tenths / 10);
     if (tenths < 100) {
         text.append(".").append(std::to_string(tenths % 10));
