@@ -109,7 +109,7 @@ Ran Runs::run(const MakeOperation& make, const RunOptions& options) {
     return runIn(context(), make, options);
 }
 
-Ran Runs::query(const AskQueries& ask, const RunOptions& options) {
+Ran Runs::query(const AskQueries& ask, const RunOptions& options) const {
     const RunContext base = context();
     const auto recorder = std::make_shared<RunRecorder>(base.toolRunner());
     const RunContext::Scope scope(base.withToolRunner(recorder));

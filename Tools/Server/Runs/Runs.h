@@ -71,7 +71,7 @@ public:
     /// Has the host's own queries run that plans are made from, likewise. `ask` answers the error
     /// of them all; `options.watcher` and `options.directory` do not count.
     using AskQueries = std::function<Error(const QueryRunner& run)>;
-    Ran query(const AskQueries& ask, const RunOptions& options);
+    Ran query(const AskQueries& ask, const RunOptions& options) const;
 
     const QuenSourceControlProtocolPtr& provider() const noexcept { return provider_; }
     ClientRuns& counts() noexcept { return counts_; }
