@@ -146,7 +146,7 @@ std::string placeOfChild(const String& workingDirectory, bool endsWithHost) {
     return std::string(outputOf(run(invocation)));
 }
 
-TEST_F(ProcessStartTest, StartsTheChildInItsWorkingDirectory) {
+TEST_F(ProcessStartTest, StartsTheChildInItsWorkingDirectoryTiedOrNot) {
     const std::filesystem::path here = std::filesystem::current_path();
     const std::filesystem::path directory = std::filesystem::canonical(testing::TempDir()) /
                                             ("quen start \xc3\xbc " + std::to_string(::getpid()));
