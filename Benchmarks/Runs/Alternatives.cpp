@@ -36,7 +36,7 @@ std::vector<std::string> scriptOf(const std::string& interpreter, const std::str
 }
 
 std::vector<std::string> withClient(std::vector<std::string> command, const Question& question) {
-    command.push_back(clientPath());
+    command.push_back(toolPath());
     command.insert(command.end(), question.arguments.begin(), question.arguments.end());
     return command;
 }

@@ -16,7 +16,7 @@ void runClient(const std::vector<std::string>& arguments,
     ClientRunner runner;
     std::vector<String> words(arguments.begin(), arguments.end());
     const ToolRun run = runner.run({.operationClass = "Benchmark",
-                                    .launchPath = clientPath(),
+                                    .launchPath = toolPath(),
                                     .arguments = StringArray(std::move(words)),
                                     .outputWatcher = std::move(watcher)},
                                    {});

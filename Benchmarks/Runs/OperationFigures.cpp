@@ -97,7 +97,7 @@ Figures compare(const std::string& subject, const std::function<void()>& bare,
 /// The operation beside the bare client; of a long one also what any host would cost.
 Figures measure(const Subject& subject, std::size_t turns) {
     const std::vector<std::string> arguments = argumentsOf(*subject.make());
-    const auto bare = [&] { runBare(clientPath(), arguments); };
+    const auto bare = [&] { runBare(toolPath(), arguments); };
     std::vector<Way> ways{{.name = "",
                            .run = [&] { return costOfOperation(subject); },
                            .wallBound = subject.wallBound,

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t filesInDirectory = 500;
 
 std::string makeRepository(const std::string& path) {
-    runBare(clientPath("svnadmin"), {"create", path});
+    runBare(toolPath("svnadmin"), {"create", path});
     return "file://" + path;
 }
 
@@ -84,7 +84,7 @@ private:
 std::string load(const std::string& place, const std::string& dump) {
     const std::string repository = place + "/repository";
     std::string url = makeRepository(repository);
-    outputOf(clientPath("svnadmin"), {"load", "-q", repository}, dump);
+    outputOf(toolPath("svnadmin"), {"load", "-q", repository}, dump);
     std::filesystem::remove(dump);
     return url;
 }
@@ -102,8 +102,8 @@ std::string makeChangedFiles(const std::string& place, std::size_t files) {
         append(seed + "/" + nameOf(i), std::to_string(i) + "\n");
     }
     const std::string url = makeRepository(place + "/repository");
-    runBare(clientPath(), {"import", "-q", "-m", "All files", seed, url});
-    runBare(clientPath(), {"checkout", "-q", url, workingCopy});
+    runBare(toolPath(), {"import", "-q", "-m", "All files", seed, url});
+    runBare(toolPath(), {"checkout", "-q", url, workingCopy});
     for (std::size_t i = 0; i < files; ++i) {
         append(workingCopy + "/" + nameOf(i), "changed\n");
     }

@@ -114,7 +114,7 @@ std::string outputOf(const std::string& program, const std::vector<std::string>&
     return output;
 }
 
-std::string clientPath(const std::string& tool) {
+std::string toolPath(const std::string& tool) {
     return RunContext::current().toolsDirectory().str() + "/" + tool;
 }
 

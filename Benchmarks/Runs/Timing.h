@@ -24,6 +24,6 @@ std::string outputOf(const std::string& program, const std::vector<std::string>&
                      const std::string& inputFile = "/dev/null");
 
 /// The client's own program, `svn`, or another of its family.
-std::string clientPath(const std::string& tool = "svn");
+std::string toolPath(const std::string& tool = "svn");
 
 } // namespace quen
