@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Export.h"
+
 #include <memory>
 
 namespace quen {
@@ -8,7 +10,7 @@ namespace quen {
 /// only hands it on: an operation keeps the one it was made in, and a queue that of whoever adds.
 ///
 /// A process has one kind of it, which its host library derives from this class; see RunContext.
-class Ambient {
+class QUEN_EXPORT Ambient {
 public:
     Ambient() = default;
     Ambient(const Ambient&) = delete;
@@ -23,7 +25,7 @@ using AmbientPtr = std::shared_ptr<const Ambient>;
 
 /// Makes an ambient the current one of the thread that it is made on, until it is destroyed, which
 /// must happen on that thread, in the reverse order of making. A null one hides the outer ones.
-class AmbientScope {
+class QUEN_EXPORT AmbientScope {
 public:
     explicit AmbientScope(AmbientPtr ambient) noexcept;
     AmbientScope(const AmbientScope&) = delete;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Export.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
@@ -12,7 +14,7 @@ namespace quen {
 /// that holding a report of 100 MB never needs twice that.
 ///
 /// Threads: one writer; shared as DataPtr it is read only.
-class Data {
+class QUEN_EXPORT Data {
 public:
     Data() noexcept = default;
     explicit Data(std::string_view bytes) { append(bytes); }

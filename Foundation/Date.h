@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 
 #include <chrono>
@@ -14,7 +15,7 @@ namespace quen {
 using Date = std::chrono::sys_time<std::chrono::microseconds>;
 
 /// `YYYY-MM-DDTHH:MM:SS.ffffffZ`.
-std::string dateText(Date date);
+QUEN_EXPORT std::string dateText(Date date);
 
 /// Reads dates of one pattern. Set up once, then used by one thread at a time.
 ///
@@ -22,7 +23,7 @@ std::string dateText(Date date);
 /// exactly), of text between single quotes, and of other characters that stand for themselves. A
 /// text that does not match from its first to its last character, or that names a moment that does
 /// not exist (month 13, 30 February, 24:00:00), is not a date.
-class DateFormatter {
+class QUEN_EXPORT DateFormatter {
 public:
     /// Only "GMT" and "UTC" are known; any other zone makes every date fail.
     void setTimeZone(std::string_view abbreviation);

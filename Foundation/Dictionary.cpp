@@ -197,7 +197,7 @@ void Dictionary::grow(std::size_t capacity) {
     std::swap(block_, larger.block_);
 }
 
-bool operator==(const Dictionary& a, const Dictionary& b) noexcept {
+QUEN_EXPORT bool operator==(const Dictionary& a, const Dictionary& b) noexcept {
     return a.isNil() == b.isNil() && std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 

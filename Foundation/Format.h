@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 
 #include <cstdint>
@@ -17,7 +18,8 @@ using FormatArgument = std::variant<String, std::int64_t, double>;
 /// The format with its placeholders filled in order. A nil text is shown as `(null)`. A placeholder
 /// without an argument, and a `%` that begins none, stay as they are; arguments left over are
 /// ignored.
-String formatText(std::string_view format, std::span<const FormatArgument> arguments);
-String formatText(std::string_view format, std::initializer_list<FormatArgument> arguments);
+QUEN_EXPORT String formatText(std::string_view format, std::span<const FormatArgument> arguments);
+QUEN_EXPORT String formatText(std::string_view format,
+                              std::initializer_list<FormatArgument> arguments);
 
 } // namespace quen

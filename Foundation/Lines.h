@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Export.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -15,19 +17,19 @@ namespace quen {
 
 /// Removes the first line and its line feed from the text. The line, without its line feed; the
 /// empty text has an empty one.
-std::string_view takeLine(std::string_view& text) noexcept;
+QUEN_EXPORT std::string_view takeLine(std::string_view& text) noexcept;
 
 /// The same, with the line feed where the line has one.
-std::string_view takeLineWithFeed(std::string_view& text) noexcept;
+QUEN_EXPORT std::string_view takeLineWithFeed(std::string_view& text) noexcept;
 
 /// All lines, without their line feeds; none for the empty text.
-std::vector<std::string_view> linesOf(std::string_view text);
+QUEN_EXPORT std::vector<std::string_view> linesOf(std::string_view text);
 
 /// Without blanks, tabs and carriage returns at either end.
-std::string_view trimmed(std::string_view line) noexcept;
+QUEN_EXPORT std::string_view trimmed(std::string_view line) noexcept;
 
 /// Lines of a text that arrives in pieces, cut anywhere. Not for several threads at once.
-class LineAssembler {
+class QUEN_EXPORT LineAssembler {
 public:
     /// Of a longer line no more than its first `longestLine` bytes is given.
     explicit LineAssembler(std::size_t longestLine = std::string_view::npos)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Ambient.h"
+#include "Foundation/Export.h"
 
 #include <atomic>
 #include <functional>
@@ -13,7 +14,7 @@ namespace quen {
 ///
 /// It keeps the ambient that was current when it was made, and runs in it. One that was made where
 /// none was current runs in that of whoever added it to a queue or called `run`.
-class Operation {
+class QUEN_EXPORT Operation {
 public:
     /// Called with the operation that has ended.
     using Completion = std::function<void(Operation& operation)>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Operation.h"
 
 #include <cstddef>
@@ -21,7 +22,7 @@ namespace quen {
 /// none was current runs in that of whoever added it.
 ///
 /// Threads: every member may be called from any thread.
-class OperationQueue : public std::enable_shared_from_this<OperationQueue> {
+class QUEN_EXPORT OperationQueue : public std::enable_shared_from_this<OperationQueue> {
 public:
     static constexpr std::size_t defaultWidth = 1;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 
 #include <string_view>
@@ -11,15 +12,15 @@ namespace quen {
 /// at the end count for nothing. Nothing here looks at the disk.
 
 /// `a/b.c` gives `b.c`, `a/b/` gives `b`, `/` gives `/`, the empty path the empty text.
-std::string_view lastPathComponent(std::string_view path) noexcept;
+QUEN_EXPORT std::string_view lastPathComponent(std::string_view path) noexcept;
 
 /// The parent: `a/b` gives `a`, `/a` gives `/`, `a` gives the empty text.
-std::string_view deletingLastPathComponent(std::string_view path) noexcept;
+QUEN_EXPORT std::string_view deletingLastPathComponent(std::string_view path) noexcept;
 
 /// The two joined by exactly one separator; where one of them is empty, the other alone.
-String appendingPathComponent(std::string_view directory, std::string_view component);
+QUEN_EXPORT String appendingPathComponent(std::string_view directory, std::string_view component);
 
 /// The components in order, a leading `/` being one of its own; none for the empty path.
-std::vector<std::string_view> pathComponents(std::string_view path);
+QUEN_EXPORT std::vector<std::string_view> pathComponents(std::string_view path);
 
 } // namespace quen

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Export.h"
+
 #include <array>
 #include <optional>
 #include <string>
@@ -11,15 +13,15 @@ namespace quen {
 /// hexadecimal digits.
 
 /// The code of a byte, in capitals.
-std::array<char, 3> percentCode(char byte) noexcept;
+QUEN_EXPORT std::array<char, 3> percentCode(char byte) noexcept;
 
 /// The byte whose code the text begins with, in capitals or not; nullopt where it begins with none.
-std::optional<char> byteOfPercentCode(std::string_view text) noexcept;
+QUEN_EXPORT std::optional<char> byteOfPercentCode(std::string_view text) noexcept;
 
 /// Every byte as its code, but for the letters and digits of ASCII and what is in `plain`.
-std::string percentEncoded(std::string_view text, std::string_view plain);
+QUEN_EXPORT std::string percentEncoded(std::string_view text, std::string_view plain);
 
 /// Every code as its byte; a `%` that begins none stays.
-std::string percentDecoded(std::string_view text);
+QUEN_EXPORT std::string percentDecoded(std::string_view text);
 
 } // namespace quen

@@ -49,14 +49,14 @@ void String::release() noexcept {
     std::allocator<Block>().deallocate(block_, units);
 }
 
-std::strong_ordering operator<=>(const String& a, const String& b) noexcept {
+QUEN_EXPORT std::strong_ordering operator<=>(const String& a, const String& b) noexcept {
     if (a.isNil() || b.isNil()) {
         return b.isNil() <=> a.isNil();
     }
     return a.view().compare(b.view()) <=> 0;
 }
 
-std::ostream& operator<<(std::ostream& out, const String& string) {
+QUEN_EXPORT std::ostream& operator<<(std::ostream& out, const String& string) {
     return out << (string.isNil() ? std::string_view("(null)") : string.view());
 }
 

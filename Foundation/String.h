@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Export.h"
+
 #include <atomic>
 #include <compare>
 #include <cstddef>
@@ -23,7 +25,7 @@ namespace quen {
 /// - A text holds at most 4 GiB - 1 bytes; making a longer one throws std::length_error.
 ///
 /// Threads: immutable, so it may be read and copied from any thread.
-class String {
+class QUEN_EXPORT String {
 public:
     constexpr String() noexcept = default;
     constexpr String(std::nullptr_t) noexcept {}
@@ -62,6 +64,12 @@ public:
     const char* c_str() const noexcept { return block_ == nullptr ? "" : text(); }
     std::string str() const { return std::string(view()); }
 
+    // As standard texts have them.
+    explicit operator std::string_view() const noexcept { return view(); }
+    explicit operator std::string() const { return str(); }
+    std::size_t size() const noexcept { return length(); }
+    bool empty() const noexcept { return isEmpty(); }
+
     bool isIdenticalTo(const String& other) const noexcept { return block_ == other.block_; }
 
     bool hasPrefix(std::string_view prefix) const noexcept { return view().starts_with(prefix); }
@@ -81,6 +89,9 @@ public:
     /// A null pointer stands for nil.
     friend bool operator==(const String& a, const char* b) noexcept {
         return b == nullptr ? a.isNil() : a == std::string_view(b);
+    }
+    friend bool operator==(const String& a, const std::string& b) noexcept {
+        return a == std::string_view(b);
     }
     /// By bytes, nil first.
     friend std::strong_ordering operator<=>(const String& a, const String& b) noexcept;

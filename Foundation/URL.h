@@ -1,11 +1,12 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 
 namespace quen {
 
 /// A nullable URL, kept as the text it was made from. Immutable.
-class URL {
+class QUEN_EXPORT URL {
 public:
     URL() noexcept = default;
 

@@ -26,6 +26,10 @@ const Value& Array::operator[](std::size_t index) const noexcept {
     return (*values_)[index];
 }
 
+bool Array::contains(const Value& value) const noexcept {
+    return std::find(begin(), end(), value) != end();
+}
+
 Array::const_iterator Array::begin() const noexcept {
     return values_ ? values_->data() : nullptr;
 }
@@ -42,7 +46,7 @@ void Array::reserve(std::size_t count) {
     values_.own().reserve(count);
 }
 
-bool operator==(const Array& a, const Array& b) noexcept {
+QUEN_EXPORT bool operator==(const Array& a, const Array& b) noexcept {
     return a.isNil() == b.isNil() && std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
@@ -71,6 +75,10 @@ String Error::localizedDescription() const noexcept {
     return userInfo()[NSLocalizedDescriptionKey].stringValue();
 }
 
+String Error::localizedRecoverySuggestion() const noexcept {
+    return userInfo()[NSLocalizedRecoverySuggestionErrorKey].stringValue();
+}
+
 String Error::description() const {
     if (isNil()) {
         return {};
@@ -79,7 +87,7 @@ String Error::description() const {
            localizedDescription().str() + "\"";
 }
 
-bool operator==(const Error& a, const Error& b) noexcept {
+QUEN_EXPORT bool operator==(const Error& a, const Error& b) noexcept {
     return a.isNil() == b.isNil() && a.code() == b.code() && a.domain() == b.domain() &&
            a.userInfo() == b.userInfo();
 }
@@ -154,7 +162,7 @@ String Value::stringValue() const {
     return {};
 }
 
-bool operator==(const Value& a, const Value& b) noexcept {
+QUEN_EXPORT bool operator==(const Value& a, const Value& b) noexcept {
     const FilePathValue* path = a.filePath();
     const FilePathValue* otherPath = b.filePath();
     if (path != nullptr && otherPath != nullptr) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Date.h"
+#include "Foundation/Export.h"
 #include "Foundation/Shared.h"
 #include "Foundation/String.h"
 
@@ -22,9 +23,11 @@ class Value;
 /// A nullable, ordered list of values. Copies share their elements until one of them is changed.
 ///
 /// Threads: one Array object belongs to one thread at a time; copies of it may live in others.
-class Array {
+class QUEN_EXPORT Array {
 public:
     using const_iterator = const Value*;
+    using value_type = Value;
+    using size_type = std::size_t;
 
     /// nil; appending to it makes it a list.
     Array() noexcept = default;
@@ -37,6 +40,15 @@ public:
     const Value& operator[](std::size_t index) const noexcept;
     const_iterator begin() const noexcept;
     const_iterator end() const noexcept;
+
+    // As standard containers have them. `empty` is the factory above, so the question is `isEmpty`.
+    std::size_t size() const noexcept { return count(); }
+    /// True for nil and for the list without elements.
+    bool isEmpty() const noexcept { return count() == 0; }
+    /// The list must not be empty.
+    const Value& front() const noexcept { return (*this)[0]; }
+    const Value& back() const noexcept { return (*this)[count() - 1]; }
+    bool contains(const Value& value) const noexcept;
 
     void append(Value value);
     void reserve(std::size_t count);
@@ -55,7 +67,7 @@ private:
 /// Copies share their entries until one of them is changed.
 ///
 /// Threads: one Dictionary object belongs to one thread at a time; copies may live in others.
-class Dictionary {
+class QUEN_EXPORT Dictionary {
 public:
     struct Entry;
     using const_iterator = const Entry*;
@@ -83,6 +95,12 @@ public:
     std::size_t count() const noexcept;
     const_iterator begin() const noexcept;
     const_iterator end() const noexcept;
+
+    // As standard containers have them. `empty` is the factory above, so the question is `isEmpty`.
+    std::size_t size() const noexcept { return count(); }
+    /// True for nil and for the table without entries.
+    bool isEmpty() const noexcept { return count() == 0; }
+    bool contains(const String& key) const noexcept { return find(key) != nullptr; }
 
     /// The value stored under `key`, or null. Lives until the table is changed.
     const Value* find(const String& key) const noexcept;
@@ -114,7 +132,7 @@ struct ErrorData;
 
 /// A nullable error: a domain, a code in it, and a table of further facts under the user-info keys.
 /// Immutable; copies share. No error is nil.
-class Error {
+class QUEN_EXPORT Error {
 public:
     Error() noexcept = default;
     Error(String domain, std::int64_t code, Dictionary userInfo = Dictionary());
@@ -127,6 +145,8 @@ public:
     const Dictionary& userInfo() const noexcept;
     /// What is stored under NSLocalizedDescriptionKey, or nil.
     String localizedDescription() const noexcept;
+    /// What is stored under NSLocalizedRecoverySuggestionErrorKey, or nil.
+    String localizedRecoverySuggestion() const noexcept;
     /// The error in one line, for a log: `Error Domain=D Code=N "text"`; nil for no error.
     String description() const;
 
@@ -137,8 +157,8 @@ private:
 };
 
 /// The standard user-info keys.
-extern const String NSLocalizedDescriptionKey;
-extern const String NSLocalizedRecoverySuggestionErrorKey;
+QUEN_EXPORT extern const String NSLocalizedDescriptionKey;
+QUEN_EXPORT extern const String NSLocalizedRecoverySuggestionErrorKey;
 
 /// A path object that a Value can carry. Foundation never looks inside.
 using FilePathValue = std::shared_ptr<const MarlFilePath>;
@@ -146,7 +166,7 @@ using FilePathValue = std::shared_ptr<const MarlFilePath>;
 /// One value of a result, an option or an error's facts; two words wide. A closed set of kinds:
 /// nothing, boolean, integer, string, date, file path, error, array, dictionary. A nil string,
 /// array, dictionary, error or path is stored as nothing.
-class Value {
+class QUEN_EXPORT Value {
 public:
     Value() noexcept = default;
     Value(std::same_as<bool> auto boolean) noexcept : data_(boolean) {}
@@ -154,6 +174,8 @@ public:
         : data_(static_cast<std::int64_t>(integer)) {}
     Value(String string) noexcept;
     Value(const char* string) : Value(String(string)) {}
+    Value(std::string_view string) : Value(String(string)) {}
+    Value(const std::string& string) : Value(String(string)) {}
     Value(Date date) noexcept : data_(date) {}
     Value(FilePathValue path);
     Value(Error error) noexcept;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 
 #include <cstddef>
@@ -13,13 +14,13 @@ namespace quen {
 
 /// The domain of the XML reader's errors. The code is the engine's number for the reason, the
 /// description says what is wrong, and where: line and column counted from 1, byte offset from 0.
-extern const String XMLParserErrorDomain;
+QUEN_EXPORT extern const String XMLParserErrorDomain;
 
 class XMLTree;
 
 /// An element of the record at hand. A light view: it and every text that it answers are good only
 /// until the handler that was given the record returns.
-class XMLElement {
+class QUEN_EXPORT XMLElement {
 public:
     std::string_view name() const noexcept;
     /// nullopt where the element has no such attribute.
@@ -45,7 +46,7 @@ private:
 };
 
 /// Iterates over the direct children of one name, in document order. The name must outlive it.
-class XMLElement::Children {
+class QUEN_EXPORT XMLElement::Children {
 public:
     class iterator {
     public:
@@ -95,7 +96,7 @@ private:
 /// Encodings: UTF-8, UTF-16, ISO-8859-1 and US-ASCII, as the report declares; texts come as UTF-8.
 ///
 /// Threads: one thread at a time.
-class XMLReportReader {
+class QUEN_EXPORT XMLReportReader {
 public:
     /// Called for each record, in document order. `container` counts, from 0, the root's children
     /// that the path's first name names; for a path of one name it is 0. Records are handed over

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "QuenFoundation/QuenSourceControlOperation.h"
 
 #include <functional>
@@ -10,7 +11,7 @@ namespace quen {
 
 /// A run of the client for the host's own sake, that changes nothing: what plans are made from. An
 /// operation like any other: it can be queued, cancelled and limited, and leaves `error`.
-class ClientQuery : public QuenSourceControlTaskOperation {
+class QUEN_EXPORT ClientQuery : public QuenSourceControlTaskOperation {
 public:
     /// The client's arguments, the command first. Never null. Paths must be closed (see
     /// `closedClientPath`).
@@ -31,6 +32,6 @@ private:
 using QueryRunner = std::function<void(QuenSourceControlTaskOperation& query)>;
 
 /// On the calling thread.
-void runHere(QuenSourceControlTaskOperation& query);
+QUEN_EXPORT void runHere(QuenSourceControlTaskOperation& query);
 
 } // namespace quen

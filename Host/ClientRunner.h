@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Host/ToolRunner.h"
 
 namespace quen {
 
 /// Runs the real client: as a child in a session of its own, which can never stop to ask on a
 /// terminal, with messages in English and file names in UTF-8 (`LC_ALL=C.UTF-8`).
-class ClientRunner : public ToolRunner {
+class QUEN_EXPORT ClientRunner : public ToolRunner {
 public:
     struct Options {
         /// Leaves the client the host's terminal, so that it may ask for a password there. Only for

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "QuenFoundation/QuenSourceControlSourceTree.h"
 
 #include <memory>
@@ -21,10 +22,10 @@ struct HostSourceTreeFacts {
 
 /// Whether `location` is `tree` or lies below it, by whole path components: `/a/b` is inside `/a`,
 /// `/ab` is not. Nothing is inside a nil location.
-bool isLocationInside(const String& location, const String& tree);
+QUEN_EXPORT bool isLocationInside(const String& location, const String& tree);
 
 /// The reference host's repository record.
-class HostRepository : public QuenSourceControlRepository {
+class QUEN_EXPORT HostRepository : public QuenSourceControlRepository {
 public:
     struct Facts : HostSourceTreeFacts {
         String user;
@@ -48,7 +49,7 @@ private:
 };
 
 /// The reference host's working copy record.
-class HostWorkingTree : public QuenSourceControlWorkingTree {
+class QUEN_EXPORT HostWorkingTree : public QuenSourceControlWorkingTree {
 public:
     struct Facts : HostSourceTreeFacts {
         QuenSourceControlRepositoryPtr repository;
@@ -68,7 +69,7 @@ private:
 };
 
 /// A source tree that is neither.
-class HostOtherTree : public QuenSourceControlSourceTree {
+class QUEN_EXPORT HostOtherTree : public QuenSourceControlSourceTree {
 public:
     using Facts = HostSourceTreeFacts;
     explicit HostOtherTree(Facts facts);

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 #include "QuenFoundation/QuenSourceControlPlugIn.h"
 
 namespace quen {
 
 /// The domain of the loader's errors.
-extern const String QuenPlugInErrorDomain;
+QUEN_EXPORT extern const String QuenPlugInErrorDomain;
 
 enum PlugInErrorCode : std::int64_t {
     /// There is no such file.
@@ -23,6 +24,6 @@ enum PlugInErrorCode : std::int64_t {
 /// process, because the provider's operations may outlive every place that could unload it.
 ///
 /// On failure null, with the reason in `error`, which may be null. From any thread.
-QuenSourceControlProtocolPtr loadProvider(const String& path, Error* error);
+QUEN_EXPORT QuenSourceControlProtocolPtr loadProvider(const String& path, Error* error);
 
 } // namespace quen

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Ambient.h"
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 #include "Host/Credentials/Credentials.h"
 #include "Host/RunSettings.h"
@@ -32,7 +33,7 @@ class QuenSourceControlOperation;
 /// any thread, and must not throw.
 ///
 /// Threads: any.
-class RunContext {
+class QUEN_EXPORT RunContext {
 public:
     using AssertionHandler = std::function<void(const MarlAssertionFailure& failure)>;
     using LogHandler = std::function<void(std::uint32_t level, const String& text)>;
@@ -129,6 +130,6 @@ private:
 };
 
 /// The text that a failure's format and arguments make.
-String messageOf(const MarlAssertionFailure& failure);
+QUEN_EXPORT String messageOf(const MarlAssertionFailure& failure);
 
 } // namespace quen

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 
 #include <cstdint>
@@ -9,9 +10,9 @@ namespace quen {
 /// The domain of the errors that the host itself makes about a run. The code is the client's first
 /// number (155007 for E155007), or its exit status, or 128 and the signal's number, or one of the
 /// negative codes below.
-extern const String QuenSourceControlTaskErrorDomain;
+QUEN_EXPORT extern const String QuenSourceControlTaskErrorDomain;
 /// User info: all the client's numbers, an array of integers in the order printed.
-extern const String QuenSourceControlTaskErrorCodesKey;
+QUEN_EXPORT extern const String QuenSourceControlTaskErrorCodesKey;
 
 enum TaskErrorCode : std::int64_t {
     TaskErrorCouldNotStart = -1,
@@ -69,17 +70,17 @@ enum class TaskFailure {
 
 /// User info, where a run was not let in and more was found out about it: the TaskFailure as an
 /// integer, the server (`https://host:443`), and the client's or the secure shell's own words.
-extern const String QuenSourceControlSignInFailureKey;
-extern const String QuenSourceControlSignInServerKey;
-extern const String QuenSourceControlSignInClientTextKey;
+QUEN_EXPORT extern const String QuenSourceControlSignInFailureKey;
+QUEN_EXPORT extern const String QuenSourceControlSignInServerKey;
+QUEN_EXPORT extern const String QuenSourceControlSignInClientTextKey;
 
 /// What the error of an operation tells, whoever made it: the provider, the host, or the client. An
 /// error that says nothing by itself is looked into for the ones that caused it. From any thread.
-TaskFailure taskFailureOf(const Error& error);
+QUEN_EXPORT TaskFailure taskFailureOf(const Error& error);
 
 /// A failure in one word, for a program: `cancelled`, `timedOut`, `fellSilent`, `couldNotStart`,
 /// `killed`, `offline`, `notAuthorised`, `untrusted`, `locked`, `other`; null for `none`. The finer
 /// kinds share a word.
-const char* wordOf(TaskFailure failure) noexcept;
+QUEN_EXPORT const char* wordOf(TaskFailure failure) noexcept;
 
 } // namespace quen

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Data.h"
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 #include "Host/Credentials/SignInFailure.h"
 #include "Host/RunSettings.h"
@@ -67,7 +68,7 @@ struct ToolRun {
 /// repeat what it answers. One that repeats a run hands the watcher the pieces of each: an
 /// operation that reads what arrives finds that it has not read the final output alone, and reads
 /// that as a whole.
-class ToolRunner {
+class QUEN_EXPORT ToolRunner {
 public:
     ToolRunner() = default;
     ToolRunner(const ToolRunner&) = delete;

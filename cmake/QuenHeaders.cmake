@@ -87,11 +87,6 @@ function(quen_write_headers source destination)
     foreach(header IN LISTS QUEN_PUBLIC_HEADERS)
         file(READ "${source}/${header}" text)
         string(REGEX REPLACE "#include \"([^\"]*)\"" "#include <quen/\\1>" text "${text}")
-        # What they declare stays visible in a host that is compiled with hidden visibility.
-        string(REPLACE "\nnamespace quen {" "\n#pragma GCC visibility push(default)\nnamespace quen {"
-            text "${text}")
-        string(REPLACE "\n} // namespace quen\n" "\n} // namespace quen\n#pragma GCC visibility pop\n"
-            text "${text}")
         quen_installed_path("${header}" path)
         set(file "${destination}/quen/${path}")
         set(former "")

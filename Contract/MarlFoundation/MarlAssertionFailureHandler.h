@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 
 #include <vector>
@@ -26,6 +27,6 @@ struct MarlAssertionFailure {
 
 /// Reports the failure. Implemented by the host. Whether it returns is the host's own matter; where
 /// it does, the provider goes on as if the check had passed. From any thread.
-void MarlAssertionFailureHandler(const MarlAssertionFailure& failure);
+QUEN_EXPORT void MarlAssertionFailureHandler(const MarlAssertionFailure& failure);
 
 } // namespace quen

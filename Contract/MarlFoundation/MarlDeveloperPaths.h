@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "MarlFoundation/MarlFilePath.h"
 
 #include <memory>
@@ -7,7 +8,7 @@
 namespace quen {
 
 /// Where tools are looked for.
-class MarlSearchPath {
+class QUEN_EXPORT MarlSearchPath {
 public:
     MarlSearchPath() = default;
     MarlSearchPath(const MarlSearchPath&) = delete;
@@ -19,7 +20,7 @@ public:
 };
 
 /// The places of the developer tools. Implemented by the host. From any thread.
-class MarlDeveloperPaths {
+class QUEN_EXPORT MarlDeveloperPaths {
 public:
     MarlDeveloperPaths() = default;
     MarlDeveloperPaths(const MarlDeveloperPaths&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 
 #include <memory>
@@ -10,7 +11,7 @@ class MarlFilePath;
 using MarlFilePathPtr = std::shared_ptr<const MarlFilePath>;
 
 /// A path in the file system. Implemented by the host. Immutable; from any thread.
-class MarlFilePath {
+class QUEN_EXPORT MarlFilePath {
 public:
     MarlFilePath() = default;
     MarlFilePath(const MarlFilePath&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Format.h"
 #include "Foundation/String.h"
 
@@ -17,7 +18,7 @@ namespace quen {
 /// Levels: 1 errors, 2 the description of an error met, 3 timings.
 ///
 /// Threads: any.
-class MarlLogAspect {
+class QUEN_EXPORT MarlLogAspect {
 public:
     MarlLogAspect() = default;
     MarlLogAspect(const MarlLogAspect&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 
 /// The names that a host and a provider share. Every constant is defined by the host; any distinct
@@ -13,73 +14,74 @@ namespace quen {
 // Request options: keys of `QuenSourceControlRequest::options`.
 
 /// String: the log message of a change that goes to the repository at once.
-extern const String QuenSourceControlRequestOptionMessage;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionMessage;
 /// String: a URL; what a remote copy copies, or where an import goes.
-extern const String QuenSourceControlRequestOptionSourceLocation;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionSourceLocation;
 /// Any value: commit although nothing changed. This provider cannot, and asserts its absence.
-extern const String QuenSourceControlRequestOptionAllowEmptyCommit;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionAllowEmptyCommit;
 /// String: the property that an ignore request edits.
-extern const String QuenSourceControlRequestOptionIgnoreItem;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionIgnoreItem;
 /// Boolean: a log also names the paths that each revision changed.
-extern const String QuenSourceControlRequestOptionLogOutputFilesChanged;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionLogOutputFilesChanged;
 /// Integer or string: the greatest number of log records.
-extern const String QuenSourceControlRequestOptionLogOutputLimit;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionLogOutputLimit;
 /// Boolean: a log ends where the item was copied from another place.
-extern const String QuenSourceControlRequestOptionLogStopOnBranching;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionLogStopOnBranching;
 /// Boolean: revisions are peg revisions of the location (`location@revision`).
-extern const String QuenSourceControlRequestOptionSupplyDirectRevision;
+QUEN_EXPORT extern const String QuenSourceControlRequestOptionSupplyDirectRevision;
 
 // Result keys: keys of the records in `QuenSourceControlOperation::result`.
 
 /// String.
-extern const String QuenSourceControlOperationAuthorKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationAuthorKey;
 /// String: a whole text, such as a difference.
-extern const String QuenSourceControlOperationContentKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationContentKey;
 /// Date.
-extern const String QuenSourceControlOperationDateKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationDateKey;
 /// Dictionary from changed path to status value (integer).
-extern const String QuenSourceControlOperationFilesKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationFilesKey;
 /// Boolean: false for a directory.
-extern const String QuenSourceControlOperationIsLeafKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationIsLeafKey;
 /// String: a line number, from 1.
-extern const String QuenSourceControlOperationLineNumberKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationLineNumberKey;
 /// String: a log message.
-extern const String QuenSourceControlOperationMessageKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationMessageKey;
 /// String: a bare name.
-extern const String QuenSourceControlOperationNameKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationNameKey;
 /// String, or file path for what an operation wrote to disk.
-extern const String QuenSourceControlOperationPathKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationPathKey;
 /// String: the URL of an item.
-extern const String QuenSourceControlOperationRemoteOriginKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationRemoteOriginKey;
 /// String: the URL of the repository root.
-extern const String QuenSourceControlOperationRepositoryRootKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationRepositoryRootKey;
 /// Integer: status flags of the item in the repository, QuenSourceControlStatus.
-extern const String QuenSourceControlOperationRepositoryStatusKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationRepositoryStatusKey;
 /// String: a revision number.
-extern const String QuenSourceControlOperationRevisionKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationRevisionKey;
 /// Integer: status flags of the item in the working copy, QuenSourceControlStatus.
-extern const String QuenSourceControlOperationWCStatusKey;
+QUEN_EXPORT extern const String QuenSourceControlOperationWCStatusKey;
 
 // Revision and branch names.
 
 /// The youngest revision in the repository.
-extern const String QuenSourceControlHEADRevisionName;
+QUEN_EXPORT extern const String QuenSourceControlHEADRevisionName;
 /// The revision that a working copy's item was last updated to.
-extern const String QuenSourceControlBASERevisionName;
+QUEN_EXPORT extern const String QuenSourceControlBASERevisionName;
 /// What the trunk is called where a branch name is asked for.
-extern const String QuenSourceControlTrunkBranchName;
+QUEN_EXPORT extern const String QuenSourceControlTrunkBranchName;
 
 // Errors.
 
-/// The domain of every error that the provider itself makes.
-extern const String QuenSourceControlErrorDomain;
+/// The domain of every error that the provider itself makes; its codes are
+/// QuenSourceControlErrorCode.
+QUEN_EXPORT extern const String QuenSourceControlErrorDomain;
 /// User info: why authentication failed; one of the two values below.
-extern const String QuenSourceControlAuthenticationErrorTypeKey;
+QUEN_EXPORT extern const String QuenSourceControlAuthenticationErrorTypeKey;
 /// The server could not be reached over secure shell.
-extern const String QuenSourceControlSSHConnectionErrorKey;
+QUEN_EXPORT extern const String QuenSourceControlSSHConnectionErrorKey;
 /// The name or the password was not accepted: asking again may help.
-extern const String QuenSourceControlAuthenticationCredentialsIncorrect;
+QUEN_EXPORT extern const String QuenSourceControlAuthenticationCredentialsIncorrect;
 /// User info: the error, or the array of errors, that caused this one.
-extern const String QuenSourceControlUnderlyingErrorsKey;
+QUEN_EXPORT extern const String QuenSourceControlUnderlyingErrorsKey;
 
 } // namespace quen

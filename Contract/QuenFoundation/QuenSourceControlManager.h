@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "MarlFoundation/MarlLogAspect.h"
 
 #include <memory>
@@ -7,7 +8,7 @@
 namespace quen {
 
 /// The host's source-control manager, as far as a provider needs it.
-class QuenSourceControlManager {
+class QUEN_EXPORT QuenSourceControlManager {
 public:
     /// The aspect that everything about source control is logged to where the caller is: hosts may
     /// have several, so it is asked for anew rather than kept. Never null. From any thread.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Data.h"
+#include "Foundation/Export.h"
 #include "Foundation/OperationQueue.h"
 #include "Foundation/Value.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
@@ -21,7 +22,7 @@ namespace quen {
 ///
 /// Threads: the thread that calls `run` until that returns; afterwards whoever holds it. `cancel`
 /// alone may come from any thread at any time.
-class QuenSourceControlOperation : public Operation {
+class QUEN_EXPORT QuenSourceControlOperation : public Operation {
 public:
     QuenSourceControlOperation();
     ~QuenSourceControlOperation() override;
@@ -63,7 +64,7 @@ using QuenSourceControlOperationPtr = std::shared_ptr<QuenSourceControlOperation
 ///
 /// An operation whose `error` is set before the run, or whose `arguments` were never set, is not
 /// run. A tool that cannot be started is an error, and `parseData` is not called.
-class QuenSourceControlTaskOperation : public QuenSourceControlOperation {
+class QUEN_EXPORT QuenSourceControlTaskOperation : public QuenSourceControlOperation {
 public:
     QuenSourceControlTaskOperation();
     ~QuenSourceControlTaskOperation() override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "QuenFoundation/QuenSourceControlOperation.h"
 
 #include <memory>
@@ -10,7 +11,7 @@ namespace quen {
 /// the request alone; nothing throws.
 ///
 /// Threads: may be called from any thread, also at once.
-class QuenSourceControlProtocol {
+class QUEN_EXPORT QuenSourceControlProtocol {
 public:
     QuenSourceControlProtocol() = default;
     QuenSourceControlProtocol(const QuenSourceControlProtocol&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
 #include "QuenFoundation/QuenSourceControlSourceTree.h"
@@ -21,7 +22,7 @@ using StringArray = std::vector<String>;
 ///
 /// Threads: one thread at a time. The host hands a request over with the call that asks for an
 /// operation, and leaves it alone until the operation has ended.
-class QuenSourceControlRequest {
+class QUEN_EXPORT QuenSourceControlRequest {
 public:
     /// An empty request of type 0; one of the two initialisers or the setters fill it.
     QuenSourceControlRequest();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 #include "Foundation/URL.h"
 
@@ -13,7 +14,7 @@ namespace quen {
 ///
 /// Threads: a record may be read from any thread while an operation made with it lives. A host that
 /// changes one meanwhile must guard it.
-class QuenSourceControlSourceTree {
+class QUEN_EXPORT QuenSourceControlSourceTree {
 public:
     QuenSourceControlSourceTree() = default;
     QuenSourceControlSourceTree(const QuenSourceControlSourceTree&) = delete;
@@ -38,7 +39,7 @@ public:
 using QuenSourceControlSourceTreePtr = std::shared_ptr<QuenSourceControlSourceTree>;
 
 /// A repository.
-class QuenSourceControlRepository : public QuenSourceControlSourceTree {
+class QUEN_EXPORT QuenSourceControlRepository : public QuenSourceControlSourceTree {
 public:
     /// The user name for the client; nil or empty for none.
     virtual String user() const = 0;
@@ -50,7 +51,7 @@ public:
 using QuenSourceControlRepositoryPtr = std::shared_ptr<QuenSourceControlRepository>;
 
 /// A working copy.
-class QuenSourceControlWorkingTree : public QuenSourceControlSourceTree {
+class QUEN_EXPORT QuenSourceControlWorkingTree : public QuenSourceControlSourceTree {
 public:
     /// The repository that it was checked out from; null where the host knows none.
     virtual QuenSourceControlRepositoryPtr repository() const = 0;

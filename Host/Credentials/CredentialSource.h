@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 #include "Host/Credentials/Secret.h"
 
@@ -69,7 +70,7 @@ struct CredentialAnswer {
 ///
 /// Threads: called from the threads that operations run on, with one question for each realm at a
 /// time, but several at once for several realms. It may take as long as a person takes.
-class CredentialSource {
+class QUEN_EXPORT CredentialSource {
 public:
     CredentialSource() = default;
     CredentialSource(const CredentialSource&) = delete;

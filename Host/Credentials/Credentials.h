@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Host/Credentials/CredentialSource.h"
 
 #include <cstdint>
@@ -23,7 +24,7 @@ using CredentialsPtr = std::shared_ptr<const Credentials>;
 /// A secret is handed to the client in memory alone, see Documentation/security.md.
 ///
 /// Immutable. Threads: any.
-class Credentials {
+class QUEN_EXPORT Credentials {
 public:
     /// One act of a person, with nothing kept and nothing refused. `source` must not be null.
     static CredentialsPtr make(CredentialSourcePtr source);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Export.h"
+
 #include <cstddef>
 #include <memory>
 #include <optional>
@@ -15,7 +17,7 @@ namespace quen {
 /// Making and growing one throws std::bad_alloc where there is no memory.
 ///
 /// Threads: one at a time; any number may read one that nobody changes.
-class Secret {
+class QUEN_EXPORT Secret {
 public:
     Secret() noexcept = default;
     explicit Secret(std::string_view text) { append(text); }
@@ -54,18 +56,18 @@ private:
 using SecretPtr = std::shared_ptr<const Secret>;
 
 /// Clears a text, with all the memory that it has.
-void clearText(std::string& text) noexcept;
+QUEN_EXPORT void clearText(std::string& text) noexcept;
 
 /// Reads one line, without its end, and not a byte more. Nothing where the input ends before any
 /// byte, fails, or goes on for more than 64 KiB without a line's end.
-std::optional<Secret> readSecretLine(int descriptor);
+QUEN_EXPORT std::optional<Secret> readSecretLine(int descriptor);
 
 /// Writes the whole text to a socket or pipe. False where that fails. Raises no signal on a socket.
-bool writeAll(int descriptor, std::string_view text) noexcept;
+QUEN_EXPORT bool writeAll(int descriptor, std::string_view text) noexcept;
 
 /// Keeps what this process has in its memory out of core files and away from other processes of the
 /// same user, and makes the programs that it starts from now on write no core file. For a program
 /// of its own; a library leaves such things to the program that uses it.
-void preventCoreFiles() noexcept;
+QUEN_EXPORT void preventCoreFiles() noexcept;
 
 } // namespace quen

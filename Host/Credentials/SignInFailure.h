@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 #include "Host/TaskFailure.h"
 
@@ -19,7 +20,7 @@ struct SignInFailure {
 };
 
 /// With the next step for that failure. `user` may be empty.
-SignInFailure signInFailure(TaskFailure failure, const std::string& server,
-                            const std::string& user);
+QUEN_EXPORT SignInFailure signInFailure(TaskFailure failure, const std::string& server,
+                                        const std::string& user);
 
 } // namespace quen

@@ -31,7 +31,7 @@ private:
 };
 
 /// One item of `RequestTypeStatus` or `RequestTypeRemoteStatus`.
-struct StatusItem {
+struct QUEN_EXPORT StatusItem {
     /// In the form in which it was asked for: absolute where the request's file was.
     std::string path;
     StatusFlags local;

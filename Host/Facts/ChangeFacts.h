@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/String.h"
 #include "QuenFoundation/QuenSourceControlRequest.h"
 
@@ -111,7 +112,7 @@ struct ConflictCount {
 };
 
 /// What the client tells on standard output while it changes a working copy.
-struct ChangeFacts {
+struct QUEN_EXPORT ChangeFacts {
     /// In the client's order. An item may come up several times: a replaced one as deleted and as
     /// added, one that a merge of several ranges touched once for each.
     std::vector<ChangedItem> items;
@@ -152,7 +153,7 @@ enum class ChangeColumns {
 };
 
 /// For one of the provider's request types.
-ChangeColumns changeColumnsOf(std::int32_t requestType) noexcept;
+QUEN_EXPORT ChangeColumns changeColumnsOf(std::int32_t requestType) noexcept;
 
 /// Reads the plain text that the client writes while it changes something, whole or in pieces as
 /// they arrive, with the same results: hand it to the run's output watcher. Wording and columns are
@@ -163,7 +164,7 @@ ChangeColumns changeColumnsOf(std::int32_t requestType) noexcept;
 /// line.
 ///
 /// Threads: one thread at a time.
-class ChangeFactsReader {
+class QUEN_EXPORT ChangeFactsReader {
 public:
     explicit ChangeFactsReader(ChangeColumns columns = ChangeColumns::transfer);
     ChangeFactsReader(ChangeFactsReader&&) noexcept;

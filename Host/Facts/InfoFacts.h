@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 #include "Host/Facts/ReportFacts.h"
 
@@ -39,7 +40,7 @@ struct InfoConflict {
 
 /// A tree conflict in the client's own words, as its plain status prints them: `local file delete,
 /// incoming file edit upon update`.
-String descriptionOf(const InfoConflict& treeConflict);
+QUEN_EXPORT String descriptionOf(const InfoConflict& treeConflict);
 
 /// All that the client says of one item in `svn info --xml`. A text is nil and a number absent
 /// where the report does not hold it: most are about working copies only.
@@ -77,7 +78,7 @@ struct InfoFacts {
 };
 
 /// Reads the bytes of an info; what is said of `StatusFactsReader` holds here.
-class InfoFactsReader {
+class QUEN_EXPORT InfoFactsReader {
 public:
     InfoFactsReader();
     InfoFactsReader(InfoFactsReader&&) noexcept;

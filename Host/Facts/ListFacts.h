@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 #include "Host/Facts/ReportFacts.h"
 
@@ -33,7 +34,7 @@ struct ListFacts {
 };
 
 /// Reads the bytes of a list; what is said of `StatusFactsReader` holds here.
-class ListFactsReader {
+class QUEN_EXPORT ListFactsReader {
 public:
     ListFactsReader();
     ListFactsReader(ListFactsReader&&) noexcept;

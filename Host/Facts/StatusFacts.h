@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 #include "Host/Facts/ReportFacts.h"
 
@@ -53,14 +54,14 @@ struct StatusEntry {
 /// Something that only this working copy holds, or that must be decided here: a changed, added,
 /// deleted or missing item, changed properties, a conflict of any kind. Unversioned and ignored
 /// items are none.
-bool isLocallyChanged(const StatusEntry& entry) noexcept;
+QUEN_EXPORT bool isLocallyChanged(const StatusEntry& entry) noexcept;
 /// A conflict in text, properties or tree.
-bool isConflicted(const StatusEntry& entry) noexcept;
+QUEN_EXPORT bool isConflicted(const StatusEntry& entry) noexcept;
 /// The repository has something newer (remote status).
-bool isIncoming(const StatusEntry& entry) noexcept;
+QUEN_EXPORT bool isIncoming(const StatusEntry& entry) noexcept;
 /// Nothing at all to say of it but where it rests: reports hold such entries for targets and for
 /// whatever else they mention.
-bool isUnchanged(const StatusEntry& entry) noexcept;
+QUEN_EXPORT bool isUnchanged(const StatusEntry& entry) noexcept;
 
 /// A report of `svn status --xml`, with or without `-u`.
 struct StatusFacts {
@@ -81,7 +82,7 @@ struct StatusFacts {
 /// entry counts when all of it was there.
 ///
 /// Threads: one thread at a time.
-class StatusFactsReader {
+class QUEN_EXPORT StatusFactsReader {
 public:
     StatusFactsReader();
     StatusFactsReader(StatusFactsReader&&) noexcept;

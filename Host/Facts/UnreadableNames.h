@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 
 #include <vector>
@@ -16,6 +17,6 @@ struct UnreadableNames {
 
 /// A file name that is not UTF-8 ends the client's run (`Error converting entry in directory 'DIR'
 /// to UTF-8`), and its error names the directory alone. This looks there for the names.
-UnreadableNames unreadableNamesOf(const Error& error);
+QUEN_EXPORT UnreadableNames unreadableNamesOf(const Error& error);
 
 } // namespace quen

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 #include "Host/Process/FileDescriptor.h"
 
@@ -22,7 +23,7 @@ namespace quen {
 /// - Errors are in `FileErrorDomain`. After one nothing more is written.
 ///
 /// Threads: one thread at a time.
-class FileWriter {
+class QUEN_EXPORT FileWriter {
 public:
     enum class Existing {
         /// `EEXIST`, also where the file appears while this one is being written.
@@ -74,10 +75,11 @@ private:
 };
 
 /// The whole of it in one call.
-Error writeFile(const String& path, std::string_view bytes, FileWriter::Options options);
+QUEN_EXPORT Error writeFile(const String& path, std::string_view bytes,
+                            FileWriter::Options options);
 
 /// Copies the bytes of one file, with its permissions where `options` name no other. A link that
 /// is at `from` is not followed: it is an error, `ELOOP`.
-Error copyFile(const String& from, const String& to, FileWriter::Options options);
+QUEN_EXPORT Error copyFile(const String& from, const String& to, FileWriter::Options options);
 
 } // namespace quen

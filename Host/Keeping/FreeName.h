@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 
 #include <functional>
@@ -17,7 +18,7 @@ struct Placement {
 /// Puts something beside `path`, under its name with `suffix`, and under `.2`, `.3`, .. behind that
 /// where the names are taken. `put` must refuse a name that exists with the code `EEXIST`. A name
 /// that gets too long for the file system is cut before the suffix, not within a character.
-Placement atFreeName(const std::string& path, std::string_view suffix,
-                     const std::function<Error(const String& path)>& put);
+QUEN_EXPORT Placement atFreeName(const std::string& path, std::string_view suffix,
+                                 const std::function<Error(const String& path)>& put);
 
 } // namespace quen

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Host/ClientQuery.h"
 #include "Host/Facts/ChangeFacts.h"
 
@@ -34,13 +35,15 @@ struct KeptTheirs {
 /// directory. One answer for each item with something settled, in the order of the facts.
 ///
 /// It runs the client: once for all revisions, and once for each file that is written.
-std::vector<KeptTheirs> keepTheirsOfUpdate(const ChangeFacts& facts, const String& directory,
-                                           const QueryRunner& run = runHere);
+QUEN_EXPORT std::vector<KeptTheirs> keepTheirsOfUpdate(const ChangeFacts& facts,
+                                                       const String& directory,
+                                                       const QueryRunner& run = runHere);
 
 /// Likewise after a merge of `source`: the URL that was merged, or `^/NAME` as the client takes it,
 /// without a revision at its end and not closed. What came in is the source's file in the last
 /// revision that was merged.
-std::vector<KeptTheirs> keepTheirsOfMerge(const ChangeFacts& facts, const String& directory,
-                                          const String& source, const QueryRunner& run = runHere);
+QUEN_EXPORT std::vector<KeptTheirs> keepTheirsOfMerge(const ChangeFacts& facts,
+                                                      const String& directory, const String& source,
+                                                      const QueryRunner& run = runHere);
 
 } // namespace quen

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Foundation/Value.h"
 
 #include <chrono>
@@ -62,7 +63,7 @@ struct UndoEntry {
 /// Errors are in `FileErrorDomain`. Nothing throws but for want of memory.
 ///
 /// Threads and processes: any number at once; they take turns.
-class UndoStore {
+class QUEN_EXPORT UndoStore {
 public:
     struct Limits {
         std::uint64_t bytes = 256ULL * 1024 * 1024;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Export.h"
 #include "Host/ClientQuery.h"
 #include "Host/Facts/ChangeFacts.h"
 #include "Host/Facts/ReportFacts.h"
@@ -31,11 +32,11 @@ struct LostItem {
 };
 
 /// The paths whose content goes: what an `UndoStore` is to keep.
-std::vector<String> lostContent(const std::vector<LostItem>& lost);
+QUEN_EXPORT std::vector<String> lostContent(const std::vector<LostItem>& lost);
 /// What goes beside content, in words for a person and for the notes of an `UndoStore`: changed
 /// properties with their values, as the client's own differences. At most 1 MiB of them.
-std::vector<String> lostPropertyNotes(const std::vector<LostItem>& lost,
-                                      const QueryRunner& run = runHere);
+QUEN_EXPORT std::vector<String> lostPropertyNotes(const std::vector<LostItem>& lost,
+                                                  const QueryRunner& run = runHere);
 
 struct RevertPlan {
     /// Everything that the revert would touch, whether anything is lost by it or not.
@@ -48,7 +49,8 @@ struct RevertPlan {
     Error error;
 };
 /// For the provider's revert, which goes all the way down.
-RevertPlan planRevert(const std::vector<String>& paths, const QueryRunner& run = runHere);
+QUEN_EXPORT RevertPlan planRevert(const std::vector<String>& paths,
+                                  const QueryRunner& run = runHere);
 
 struct RemovePlan {
     /// Edited, added, copied and edited, unversioned and ignored items, at and below the paths, and
@@ -59,7 +61,8 @@ struct RemovePlan {
     Error error;
 };
 /// For the provider's removal of paths, which is forced.
-RemovePlan planRemove(const std::vector<String>& paths, const QueryRunner& run = runHere);
+QUEN_EXPORT RemovePlan planRemove(const std::vector<String>& paths,
+                                  const QueryRunner& run = runHere);
 
 /// An item of the repository that is to be removed there.
 struct RemovedURL {
@@ -80,8 +83,8 @@ struct RemoteRemovePlan {
 };
 /// For the removal of URLs, which is a commit at once: nothing is lost, since the revisions before
 /// hold it, and all that lies below is gone for everybody else. Asks the repository.
-RemoteRemovePlan planRemoteRemove(const std::vector<String>& urls,
-                                  const QueryRunner& run = runHere);
+QUEN_EXPORT RemoteRemovePlan planRemoteRemove(const std::vector<String>& urls,
+                                              const QueryRunner& run = runHere);
 
 /// Paths of one working copy: a commit of its own.
 struct CommitGroup {
@@ -109,7 +112,8 @@ struct CommitPlan {
     std::vector<UnreadableText> unreadable;
     Error error;
 };
-CommitPlan planCommit(const std::vector<String>& paths, const QueryRunner& run = runHere);
+QUEN_EXPORT CommitPlan planCommit(const std::vector<String>& paths,
+                                  const QueryRunner& run = runHere);
 
 struct UpdatePlan {
     /// The revision that an update would reach.
@@ -125,8 +129,8 @@ struct UpdatePlan {
     Error error;
 };
 /// Asks the repository. `revision` is that of the client's `-r`, empty for the youngest.
-UpdatePlan planUpdate(const std::vector<String>& paths, const String& revision = {},
-                      const QueryRunner& run = runHere);
+QUEN_EXPORT UpdatePlan planUpdate(const std::vector<String>& paths, const String& revision = {},
+                                  const QueryRunner& run = runHere);
 
 /// What a working copy holds that is in no revision.
 struct LocalState {
@@ -139,7 +143,8 @@ struct LocalState {
 };
 /// Without externals. One run that does not ask the repository: enough where a step would meet
 /// nothing here.
-LocalState localStateOf(const std::vector<String>& paths, const QueryRunner& run = runHere);
+QUEN_EXPORT LocalState localStateOf(const std::vector<String>& paths,
+                                    const QueryRunner& run = runHere);
 
 struct MergePlan {
     /// What the merge would say, as far as it can be told beforehand: `conflicts` are where both
@@ -152,8 +157,8 @@ struct MergePlan {
     Error error;
 };
 /// `source` is a URL; the range is that of the client's `-r`, empty for all that is missing.
-MergePlan planMerge(const String& source, const String& target, const String& range = {},
-                    const QueryRunner& run = runHere);
+QUEN_EXPORT MergePlan planMerge(const String& source, const String& target,
+                                const String& range = {}, const QueryRunner& run = runHere);
 
 /// Something that a step would bring, in the client's word: `added`, `modified`, `deleted`, or
 /// `none` where properties alone differ.
@@ -174,7 +179,8 @@ struct SwitchPlan {
     std::vector<UnreadableText> unreadable;
     Error error;
 };
-SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& run = runHere);
+QUEN_EXPORT SwitchPlan planSwitch(const String& path, const String& url,
+                                  const QueryRunner& run = runHere);
 
 struct CheckoutPlan {
     /// What lies at the place of something that the checkout would bring: a tree conflict each, the
@@ -185,7 +191,7 @@ struct CheckoutPlan {
     Error error;
 };
 /// Asks the repository only where the directory exists and holds something.
-CheckoutPlan planCheckout(const String& url, const String& directory,
-                          const QueryRunner& run = runHere);
+QUEN_EXPORT CheckoutPlan planCheckout(const String& url, const String& directory,
+                                      const QueryRunner& run = runHere);
 
 } // namespace quen

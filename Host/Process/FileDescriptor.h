@@ -1,12 +1,14 @@
 #pragma once
 
+#include "Foundation/Export.h"
+
 #include <optional>
 #include <utility>
 
 namespace quen {
 
 /// The owner of one descriptor, or of none.
-class FileDescriptor {
+class QUEN_EXPORT FileDescriptor {
 public:
     FileDescriptor() noexcept = default;
     /// Takes over `number`; a negative one stands for none.
@@ -34,7 +36,7 @@ private:
 /// some of its own 0, 1 and 2 the system hands just those out again, and the host's next line to
 /// "standard output" would land in a pipe of ours. None, with errno, when that fails or
 /// `descriptor` is none.
-FileDescriptor aboveStandard(FileDescriptor descriptor) noexcept;
+QUEN_EXPORT FileDescriptor aboveStandard(FileDescriptor descriptor) noexcept;
 
 struct Pipe {
     FileDescriptor readEnd;  // does not block
@@ -43,6 +45,6 @@ struct Pipe {
 
 /// Both ends above the standard three and closed on exec from the start. Nothing, with errno, on
 /// failure.
-std::optional<Pipe> makePipe() noexcept;
+QUEN_EXPORT std::optional<Pipe> makePipe() noexcept;
 
 } // namespace quen
