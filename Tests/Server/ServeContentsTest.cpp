@@ -162,6 +162,25 @@ TEST_F(ServeContents, HistoryIsStreamed) {
     EXPECT_EQ(entries, 3U);
 }
 
+/// XML cannot hold them, so a strict reader ends there; the editor shows the rest all the same.
+TEST_F(ServeContents, ControlCharactersOfAnAuthorEndNoHistory) {
+    const std::string author("b\001b");
+    sandbox.write("author", author);
+    const Ran changed =
+        sandbox.run({"svnadmin", "setrevprop", (sandbox.root() / "repository").string(), "-r", "2",
+                     "svn:author", path("author")},
+                    sandbox.root());
+    ASSERT_EQ(changed.status, 0) << changed.err;
+    const Json log = server.ask("history/log", {{"url", sandbox.url("trunk")}, {"limit", 9}});
+    ASSERT_EQ(log.at("entries").size(), 3U) << log;
+    // The client writes them in its own way in a log, and as they are in a blame.
+    EXPECT_EQ(log.at("entries")[1].at("author"), R"(b?\001b)");
+    const Json blame =
+        server.ask("file/blame", {{"url", sandbox.url("trunk/a.c")}, {"revision", 3}});
+    EXPECT_EQ(blame.at("lines").size(), 2U) << blame;
+    EXPECT_EQ(blame.at("revisions")[0].at("author"), author);
+}
+
 TEST_F(ServeContents, HistoryIsSearched) {
     const auto found = [&](const Json& what) {
         Json params{{"url", sandbox.url("trunk")}, {"limit", 10}};

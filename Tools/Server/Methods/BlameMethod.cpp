@@ -1,3 +1,4 @@
+#include "Host/Facts/HistoryFacts.h"
 #include "Host/Facts/InfoFacts.h"
 #include "Host/Places/Locations.h"
 #include "Tools/Server/Methods/HistoryRecords.h"
@@ -25,23 +26,17 @@ BlameParams decodeBlame(const JsonInput& params) {
     return {readLocation(params), readRevision(params, "revision")};
 }
 
-OrderedJson revisionJson(const BlameLine& line) {
-    return {{"revision", line.revision ? OrderedJson(*line.revision) : OrderedJson()},
-            {"author", toJson(line.author)},
-            {"date", toJson(line.date)}};
-}
-
 /// Lines that share their revisions.
 class BlameTable {
 public:
-    void add(const BlameLine& line) {
+    void add(const CommitFacts& line) {
         if (!line.revision) {
             lines_.push_back(-1);
             return;
         }
         const auto [found, isNew] = indexes_.try_emplace(*line.revision, revisions_.size());
         if (isNew) {
-            revisions_.push_back(revisionJson(line));
+            revisions_.push_back(commitJson(line));
         }
         lines_.push_back(found->second);
     }
@@ -99,7 +94,7 @@ std::string nameOf(const Services& services, const Call& call, const BlameParams
 
 /// Sends the lines of a blame that was kept as they came when it was made: one record a line.
 void sendLines(Call& call, const OrderedJson& blame) {
-    const OrderedJson uncommitted = revisionJson({});
+    const OrderedJson uncommitted = commitJson({});
     OrderedJson part = OrderedJson::array();
     for (const OrderedJson& line : blame["lines"]) {
         const auto index = line.get<std::int64_t>();
@@ -126,26 +121,31 @@ OrderedJson readBlame(const Services& services, Call& call, const BlameParams& p
     if (!params.revision.empty()) {
         request->setStartingRevision(params.revision);
     }
-    BlameReader reader;
     BlameTable table;
     std::size_t count = 0;
+    OrderedJson part = OrderedJson::array();
+    BlameReader reader([&](const CommitFacts& line) {
+        ++count;
+        table.add(line);
+        if (call.wantsParts()) {
+            part.push_back(commitJson(line));
+        }
+    });
+    const auto sendFresh = [&] {
+        call.progress().report("Reading who changed each line", count);
+        if (!part.empty()) {
+            call.sendPart(std::exchange(part, OrderedJson::array()));
+        }
+    };
     RunOptions options = optionsOf(call);
     options.watcher = [&](std::string_view piece) {
         reader.take(piece);
-        OrderedJson part = OrderedJson::array();
-        for (const BlameLine& line : reader.takeNew()) {
-            ++count;
-            table.add(line);
-            if (call.wantsParts()) {
-                part.push_back(revisionJson(line));
-            }
-        }
-        call.progress().report("Reading who changed each line", count);
-        if (!part.empty()) {
-            call.sendPart(part);
-        }
+        sendFresh();
     };
     ran = services.runs.perform(request, options);
+    // What is wrong with the report the run has said.
+    static_cast<void>(reader.finish());
+    sendFresh();
     return table.json();
 }
 

@@ -1,5 +1,6 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Server/Methods/HistoryQuery.h"
+#include "Tools/Server/Methods/HistoryRecords.h"
 #include "Tools/Server/Methods/Params.h"
 
 #include <algorithm>
@@ -34,9 +35,9 @@ LogParams decodeLog(const JsonInput& params) {
     return {readQuery(params)};
 }
 
-OrderedJson entriesJson(const std::vector<LogEntry>& entries) {
+OrderedJson entriesJson(const std::vector<HistoryEntry>& entries) {
     OrderedJson json = OrderedJson::array();
-    for (const LogEntry& entry : entries) {
+    for (const HistoryEntry& entry : entries) {
         json.push_back(logEntryJson(entry));
     }
     return json;
@@ -51,14 +52,14 @@ OrderedJson pageJson(OrderedJson entries, const std::optional<std::int64_t>& nex
 
 OrderedJson log(const Services& services, Call& call, const LogParams& params) {
     std::size_t count = 0;
-    const HistoryPage page =
-        readHistory(services, call.stop(), params.query, [&](const std::vector<LogEntry>& entries) {
-            count += entries.size();
-            call.progress().report("Reading the history", count);
-            if (call.wantsParts()) {
-                call.sendPart(entriesJson(entries));
-            }
-        });
+    const HistoryPage page = readHistory(services, call.stop(), params.query,
+                                         [&](const std::vector<HistoryEntry>& entries) {
+                                             count += entries.size();
+                                             call.progress().report("Reading the history", count);
+                                             if (call.wantsParts()) {
+                                                 call.sendPart(entriesJson(entries));
+                                             }
+                                         });
     return pageJson(call.wantsParts() ? OrderedJson::array() : entriesJson(page.entries), page.next,
                     page.ran);
 }
@@ -86,9 +87,10 @@ bool containsIgnoringCase(std::string_view text, std::string_view part) {
 }
 
 /// Dates are compared as texts, as far as the shorter goes: `2026-11` is all of that month.
-bool matches(const SearchParams& params, const LogEntry& entry) {
-    const std::string date = entry.date.str();
-    return (params.author.empty() || containsIgnoringCase(entry.author.view(), params.author)) &&
+bool matches(const SearchParams& params, const HistoryEntry& entry) {
+    const std::string date = entry.commit.date.str();
+    return (params.author.empty() ||
+            containsIgnoringCase(entry.commit.author.view(), params.author)) &&
            (params.text.empty() || containsIgnoringCase(entry.message.view(), params.text)) &&
            (params.since.empty() || date >= params.since) &&
            (params.until.empty() || date.substr(0, params.until.size()) <= params.until);
@@ -105,9 +107,9 @@ OrderedJson search(const Services& services, Call& call, const SearchParams& par
         const HistoryPage page = readHistory(services, call.stop(), query, {});
         std::optional<std::int64_t> next = page.next;
         OrderedJson part = OrderedJson::array();
-        for (const LogEntry& entry : page.entries) {
+        for (const HistoryEntry& entry : page.entries) {
             if (count == limit) {
-                next = entry.revision;
+                next = entry.commit.revision;
                 break;
             }
             if (matches(params, entry)) {
@@ -123,7 +125,7 @@ OrderedJson search(const Services& services, Call& call, const SearchParams& par
             found.insert(found.end(), part.begin(), part.end());
         }
         const bool isTooOld = !params.since.empty() && !page.entries.empty() &&
-                              page.entries.back().date.str() < params.since;
+                              page.entries.back().commit.date.str() < params.since;
         if (!page.ran.isWell() || !next || count == limit || isTooOld) {
             return pageJson(std::move(found), isTooOld && count < limit ? std::nullopt : next,
                             page.ran);

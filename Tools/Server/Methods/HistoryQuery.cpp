@@ -3,6 +3,7 @@
 #include "Host/Places/Locations.h"
 #include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Server/Methods/HistoryRecords.h"
 
 #include <algorithm>
 #include <array>
@@ -48,16 +49,15 @@ bool meansGone(const Ran& ran) {
 
 HistoryPage runQuery(const Services& services, const std::stop_token& stop,
                      const HistoryQuery& query, bool pegs,
-                     const std::function<void(const std::vector<LogEntry>&)>& watcher) {
+                     const std::function<void(const std::vector<HistoryEntry>&)>& watcher) {
     HistoryPage page;
-    LogReader reader;
+    std::vector<HistoryEntry> fresh;
+    HistoryReader reader([&](const HistoryEntry& entry) { fresh.push_back(entry); });
     const auto limit = static_cast<std::size_t>(query.limit);
-    RunOptions options{stop, {}, {}};
-    options.watcher = [&](std::string_view piece) {
-        reader.take(piece);
-        std::vector<LogEntry> entries = reader.takeNew();
+    const auto takeFresh = [&] {
+        std::vector<HistoryEntry> entries = std::exchange(fresh, {});
         if (page.entries.size() + entries.size() > limit) {
-            page.next = entries.back().revision;
+            page.next = entries.back().commit.revision;
             entries.resize(limit - page.entries.size());
         }
         if (watcher && !entries.empty()) {
@@ -66,21 +66,25 @@ HistoryPage runQuery(const Services& services, const std::stop_token& stop,
         page.entries.insert(page.entries.end(), std::make_move_iterator(entries.begin()),
                             std::make_move_iterator(entries.end()));
     };
+    RunOptions options{stop, {}, {}};
+    options.watcher = [&](std::string_view piece) {
+        reader.take(piece);
+        takeFresh();
+    };
     page.ran = services.runs.perform(requestFor(query, pegs), options);
+    // What is wrong with the report the run has said.
+    static_cast<void>(reader.finish());
+    takeFresh();
     return page;
 }
 
 std::string textOf(const HistoryPage& page) {
     OrderedJson json = OrderedJson::array();
     json.push_back(page.next ? OrderedJson(*page.next) : OrderedJson());
-    for (const LogEntry& entry : page.entries) {
+    for (const HistoryEntry& entry : page.entries) {
         json.push_back(logEntryJson(entry));
     }
     return json.dump();
-}
-
-String stringIn(const OrderedJson& json) {
-    return json.is_null() ? String() : String(json.get<std::string>());
 }
 
 HistoryPage pageFrom(const std::string& text) {
@@ -90,16 +94,7 @@ HistoryPage pageFrom(const std::string& text) {
         page.next = json.front().get<std::int64_t>();
     }
     for (auto each = std::next(json.begin()); each != json.end(); ++each) {
-        LogEntry entry{each->at("revision").get<std::int64_t>(),
-                       stringIn(each->at("author")),
-                       stringIn(each->at("date")),
-                       stringIn(each->at("message")),
-                       {}};
-        for (const OrderedJson& file : each->at("files")) {
-            entry.files.push_back({file.at("path").get<std::string>(),
-                                   actionWord(file.at("action").get<std::string>())});
-        }
-        page.entries.push_back(std::move(entry));
+        page.entries.push_back(logEntryFrom(*each));
     }
     return page;
 }
@@ -108,7 +103,7 @@ HistoryPage pageFrom(const std::string& text) {
 
 HistoryPage readHistory(const Services& services, const std::stop_token& stop,
                         const HistoryQuery& query,
-                        const std::function<void(const std::vector<LogEntry>&)>& watcher) {
+                        const std::function<void(const std::vector<HistoryEntry>&)>& watcher) {
     const std::string name = nameOf(query);
     if (const auto kept = name.empty() ? nullptr : services.cache.find(name)) {
         HistoryPage page = pageFrom(*kept);

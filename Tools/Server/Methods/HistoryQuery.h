@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tools/Server/Methods/HistoryRecords.h"
+#include "Host/Facts/HistoryFacts.h"
 #include "Tools/Server/Methods/Services.h"
 
 #include <functional>
@@ -21,7 +21,7 @@ struct HistoryQuery {
 };
 
 struct HistoryPage {
-    std::vector<LogEntry> entries;
+    std::vector<HistoryEntry> entries;
     /// Where the next page begins; nullopt at the end.
     std::optional<std::int64_t> next;
     Ran ran;
@@ -31,6 +31,6 @@ struct HistoryPage {
 /// numbered revision on never changes, and is kept.
 HistoryPage readHistory(const Services& services, const std::stop_token& stop,
                         const HistoryQuery& query,
-                        const std::function<void(const std::vector<LogEntry>&)>& watcher);
+                        const std::function<void(const std::vector<HistoryEntry>&)>& watcher);
 
 } // namespace quen::tools::server

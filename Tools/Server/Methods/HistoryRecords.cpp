@@ -1,91 +1,66 @@
 #include "Tools/Server/Methods/HistoryRecords.h"
 
-#include "Tools/Console/JsonOutput.h"
-
-#include <charconv>
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
 
 namespace quen::tools::server {
 
 namespace {
 
-std::optional<std::int64_t> numberIn(std::optional<std::string_view> text) {
-    std::int64_t number = 0;
-    if (!text ||
-        std::from_chars(text->data(), text->data() + text->size(), number).ec != std::errc()) {
-        return std::nullopt;
-    }
-    return number;
+constexpr std::pair<char, const char*> actions[] = {
+    {'M', "modified"}, {'A', "added"}, {'D', "deleted"}, {'R', "replaced"}};
+
+/// A letter that is not known changed the item all the same.
+const char* wordOf(char action) {
+    const auto* const found =
+        std::ranges::find(actions, action, [](auto& row) { return row.first; });
+    return found == std::end(actions) ? actions->second : found->second;
 }
 
-/// nil where there is no such child.
-String childText(const XMLElement& element, std::string_view name) {
-    const auto child = element.onlyChild(name);
-    return child ? String(child->text()) : String();
+char letterOf(const std::string& word) {
+    const auto* const found =
+        std::ranges::find(actions, word, [](auto& row) { return std::string(row.second); });
+    return found == std::end(actions) ? actions->first : found->first;
 }
 
-const char* actionOf(std::string_view letter) {
-    if (letter == "A") {
-        return "added";
-    }
-    if (letter == "D") {
-        return "deleted";
-    }
-    return letter == "R" ? "replaced" : "modified";
-}
-
-LogEntry readEntry(const XMLElement& element) {
-    LogEntry entry{numberIn(element.attribute("revision")).value_or(0),
-                   childText(element, "author"),
-                   childText(element, "date"),
-                   childText(element, "msg"),
-                   {}};
-    if (const auto paths = element.onlyChild("paths")) {
-        for (const XMLElement path : paths->children("path")) {
-            entry.files.push_back(
-                {std::string(path.text()), actionOf(path.attribute("action").value_or("M"))});
-        }
-    }
-    return entry;
-}
-
-BlameLine readLine(const XMLElement& element) {
-    const auto commit = element.onlyChild("commit");
-    return commit ? BlameLine{numberIn(commit->attribute("revision")), childText(*commit, "author"),
-                              childText(*commit, "date")}
-                  : BlameLine();
+String stringIn(const OrderedJson& json) {
+    return json.is_null() ? String() : String(json.get<std::string>());
 }
 
 } // namespace
 
-const char* actionWord(std::string_view word) {
-    for (const char* letter : {"A", "D", "R"}) {
-        if (word == actionOf(letter)) {
-            return actionOf(letter);
-        }
-    }
-    return actionOf("M");
-}
-
-OrderedJson logEntryJson(const LogEntry& entry) {
+OrderedJson logEntryJson(const HistoryEntry& entry) {
     OrderedJson files = OrderedJson::array();
-    for (const LogEntry::File& file : entry.files) {
-        files.push_back({{"path", toJson(String(file.path))}, {"action", file.action}});
+    for (const ChangedPath& file : entry.paths) {
+        files.push_back({{"path", toJson(file.path)}, {"action", wordOf(file.action)}});
     }
-    return {{"revision", entry.revision},
-            {"author", toJson(entry.author)},
-            {"date", toJson(entry.date)},
+    return {{"revision", entry.commit.revision.value_or(0)},
+            {"author", toJson(entry.commit.author)},
+            {"date", toJson(entry.commit.date)},
             {"message", toJson(entry.message)},
             {"files", std::move(files)}};
 }
 
-LogReader::LogReader()
-    : reader_({"logentry"}, [this](const XMLElement& element, std::size_t) {
-          entries_.push_back(readEntry(element));
-      }) {}
+HistoryEntry logEntryFrom(const OrderedJson& json) {
+    HistoryEntry entry;
+    entry.commit = {json.at("revision").get<std::int64_t>(), stringIn(json.at("author")),
+                    stringIn(json.at("date"))};
+    entry.message = stringIn(json.at("message"));
+    for (const OrderedJson& file : json.at("files")) {
+        ChangedPath path;
+        path.path = stringIn(file.at("path"));
+        path.action = letterOf(file.at("action").get<std::string>());
+        entry.paths.push_back(std::move(path));
+    }
+    return entry;
+}
 
-BlameReader::BlameReader()
-    : reader_({"target", "entry"}, [this](const XMLElement& element, std::size_t) {
-          lines_.push_back(readLine(element));
-      }) {}
+OrderedJson commitJson(const CommitFacts& commit) {
+    return {{"revision", commit.revision ? OrderedJson(*commit.revision) : OrderedJson()},
+            {"author", toJson(commit.author)},
+            {"date", toJson(commit.date)}};
+}
 
 } // namespace quen::tools::server
