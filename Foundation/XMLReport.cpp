@@ -31,7 +31,7 @@ constexpr std::size_t longestStep = 16 * 1024 * 1024;
 /// Reads as a plain report while it is one. From the first step that is not, and from any fault,
 /// the rest is the engine's, with the state and the place that its own reading would have come to;
 /// so every error is one of the engine's.
-class XMLReportReader::Engine {
+class __attribute__((visibility("hidden"))) XMLReportReader::Engine {
 public:
     Engine(XMLRecordPath path, XMLHandlers handlers)
         : handlers_(std::move(handlers)), plain_(std::move(path), handlers_) {

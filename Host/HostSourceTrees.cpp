@@ -10,7 +10,7 @@ namespace quen {
 
 namespace {
 
-bool contains(const HostSourceTreeFacts& facts, const String& location) {
+template <typename Facts> bool contains(const Facts& facts, const String& location) {
     if (location.isNil()) {
         return false;
     }
@@ -21,8 +21,8 @@ bool contains(const HostSourceTreeFacts& facts, const String& location) {
     return isLocationInside(location, facts.location);
 }
 
-String describe(std::string_view className, const HostSourceTreeFacts& facts) {
-    return formatText("<%@ \"%@\">", {className, facts.name});
+String describe(std::string_view className, const String& name) {
+    return formatText("<%@ \"%@\">", {className, name});
 }
 
 } // namespace
@@ -41,7 +41,7 @@ bool HostRepository::containsItemAtLocation(const String& location) const {
 }
 
 String HostRepository::descriptionForAssertionMessage() const {
-    return describe("QuenSourceControlRepository", facts_);
+    return describe("QuenSourceControlRepository", facts_.name);
 }
 
 HostWorkingTree::HostWorkingTree(Facts facts) : facts_(std::move(facts)) {}
@@ -51,7 +51,7 @@ bool HostWorkingTree::containsItemAtLocation(const String& location) const {
 }
 
 String HostWorkingTree::descriptionForAssertionMessage() const {
-    return describe("QuenSourceControlWorkingTree", facts_);
+    return describe("QuenSourceControlWorkingTree", facts_.name);
 }
 
 HostOtherTree::HostOtherTree(Facts facts) : facts_(std::move(facts)) {}
@@ -61,7 +61,7 @@ bool HostOtherTree::containsItemAtLocation(const String& location) const {
 }
 
 String HostOtherTree::descriptionForAssertionMessage() const {
-    return describe("QuenSourceControlSourceTree", facts_);
+    return describe("QuenSourceControlSourceTree", facts_.name);
 }
 
 } // namespace quen

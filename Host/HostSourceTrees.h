@@ -9,16 +9,13 @@
 
 namespace quen {
 
-/// What the reference host knows of any source tree. Set up before the tree is handed to anybody.
-struct HostSourceTreeFacts {
-    String name;
-    String location;
-    bool reachable = true;
-    bool isValid = true;
-    /// The exact locations that count as inside the tree. Absent: the tree's own location and
-    /// everything below it, compared by whole path components.
-    std::optional<std::vector<String>> contains;
-};
+// What each tree knows is written down by name, and what is not named has the value that it has
+// most often:
+//
+//     HostWorkingTree::Facts{.location = "/home/me/project", .repository = repository}
+//
+// Inside a tree are its own location and everything below it, compared by whole path components,
+// unless `contains` lists the exact locations that count.
 
 /// Whether `location` is `tree` or lies below it, by whole path components: `/a/b` is inside `/a`,
 /// `/ab` is not. Nothing is inside a nil location.
@@ -27,10 +24,16 @@ QUEN_EXPORT bool isLocationInside(const String& location, const String& tree);
 /// The reference host's repository record.
 class QUEN_EXPORT HostRepository : public QuenSourceControlRepository {
 public:
-    struct Facts : HostSourceTreeFacts {
-        String user;
-        URL trunkLocation;
-        URL branchesLocation;
+    struct Facts {
+        String name = {};
+        String location = {};
+        bool reachable = true;
+        bool isValid = true;
+        /// The exact locations that count as inside; absent: as said above.
+        std::optional<std::vector<String>> contains = {};
+        String user = {};
+        URL trunkLocation = {};
+        URL branchesLocation = {};
     };
     explicit HostRepository(Facts facts);
 
@@ -51,8 +54,14 @@ private:
 /// The reference host's working copy record.
 class QUEN_EXPORT HostWorkingTree : public QuenSourceControlWorkingTree {
 public:
-    struct Facts : HostSourceTreeFacts {
-        QuenSourceControlRepositoryPtr repository;
+    struct Facts {
+        String name = {};
+        String location = {};
+        bool reachable = true;
+        bool isValid = true;
+        /// The exact locations that count as inside; absent: as said above.
+        std::optional<std::vector<String>> contains = {};
+        QuenSourceControlRepositoryPtr repository = {};
     };
     explicit HostWorkingTree(Facts facts);
 
@@ -71,7 +80,14 @@ private:
 /// A source tree that is neither.
 class QUEN_EXPORT HostOtherTree : public QuenSourceControlSourceTree {
 public:
-    using Facts = HostSourceTreeFacts;
+    struct Facts {
+        String name = {};
+        String location = {};
+        bool reachable = true;
+        bool isValid = true;
+        /// The exact locations that count as inside; absent: as said above.
+        std::optional<std::vector<String>> contains = {};
+    };
     explicit HostOtherTree(Facts facts);
 
     String name() const override { return facts_.name; }

@@ -18,13 +18,21 @@ function(quen_find_libraries_from directory)
     set_target_properties(${ARGN} PROPERTIES INSTALL_RPATH "${origin}")
 endfunction()
 
-quen_find_libraries_from(${CMAKE_INSTALL_LIBDIR} QuenFoundationLibrary QuenHostLibrary)
+if(QUEN_SHARED)
+    quen_find_libraries_from(${CMAKE_INSTALL_LIBDIR} QuenFoundationLibrary QuenHostLibrary)
+else()
+    set(QUEN_WHOLE_ARCHIVES QuenFoundationWhole QuenHostWhole)
+endif()
 set_target_properties(QuenSVN PROPERTIES EXPORT_NAME SVN)
 
-install(TARGETS quen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
-install(TARGETS QuenFoundationLibrary QuenContractLibrary QuenHostLibrary EXPORT quen-targets
+if(QUEN_BUILD_TOOLS)
+    install(TARGETS quen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+endif()
+install(TARGETS QuenFoundationLibrary QuenContractLibrary QuenHostLibrary ${QUEN_WHOLE_ARCHIVES}
+    EXPORT quen-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        COMPONENT runtime NAMELINK_COMPONENT development)
+        COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(TARGETS quen-askpass
     RUNTIME DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
 install(TARGETS QuenSVN EXPORT quen-targets
@@ -56,6 +64,11 @@ install(FILES
 file(RELATIVE_PATH QUEN_WAY_TO_PREFIX
     /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 string(REGEX REPLACE "/$" "" QUEN_WAY_TO_PREFIX "${QUEN_WAY_TO_PREFIX}")
+set(QUEN_LIBS "-lquen-host -lquen-foundation")
+if(NOT QUEN_SHARED)
+    set(QUEN_LIBS "-Wl,--whole-archive -lquen-host -lquen-foundation -Wl,--no-whole-archive")
+    string(APPEND QUEN_LIBS " -rdynamic -lmd -lutf8proc -ldl -pthread")
+endif()
 configure_file(cmake/quen.pc.in ${PROJECT_BINARY_DIR}/quen.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/quen.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
@@ -65,6 +78,13 @@ install(FILES README.md LICENSE NOTICE
 install(DIRECTORY Documentation DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime
     FILES_MATCHING PATTERN "*.md")
 
+# What a newcomer starts from.
+install(DIRECTORY Examples/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libquen-dev/examples
+    COMPONENT development)
+
+if(NOT QUEN_BUILD_TOOLS)
+    return()
+endif()
 # Manual pages, and completion where each shell looks for it.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/said/man1 DESTINATION ${CMAKE_INSTALL_MANDIR}
     COMPONENT runtime)

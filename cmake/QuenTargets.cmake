@@ -20,11 +20,42 @@ endfunction()
 
 # Makes of the sources of the target <name>Objects
 #   <name>Archive, linked as a whole into the tree's own programs and tests, internals included, and
-#   <name>Library, the shared library that is installed: what is marked with QUEN_EXPORT.
-function(quen_library name output)
+#   <name>Library, which is installed: shared, where it shows what is marked with QUEN_EXPORT; or
+#   an archive, with BUILD_SHARED_LIBS=OFF.
+# Whoever links quen::<exported> gets the library as a whole, so that the module finds in a program
+# what the program itself does not use.
+function(quen_library name output exported)
     add_library(${name}Archive STATIC $<TARGET_OBJECTS:${name}Objects>)
-    add_library(${name}Library SHARED $<TARGET_OBJECTS:${name}Objects>)
+    if(QUEN_SHARED)
+        quen_shared_library(${name} ${output})
+        add_library(quen::${exported} ALIAS ${name}Library)
+        set_target_properties(${name}Library PROPERTIES EXPORT_NAME ${exported})
+    else()
+        add_library(${name}Library STATIC $<TARGET_OBJECTS:${name}Objects>)
+        set_target_properties(${name}Library PROPERTIES
+            OUTPUT_NAME ${output} EXPORT_NAME ${exported}Archive)
+        add_library(${name}Whole INTERFACE)
+        target_link_libraries(${name}Whole INTERFACE
+            $<LINK_LIBRARY:WHOLE_ARCHIVE,${name}Library>)
+        target_link_options(${name}Whole INTERFACE -rdynamic)
+        add_library(quen::${exported} ALIAS ${name}Whole)
+        set_target_properties(${name}Whole PROPERTIES EXPORT_NAME ${exported})
+    endif()
     quen_target(${name}Library)
+    if(NOT PROJECT_IS_TOP_LEVEL)
+        # Nobody links the module, so that another project's build would leave it out.
+        add_dependencies(${name}Library QuenSVN)
+    endif()
+    target_include_directories(${name}Library INTERFACE
+        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+        # For hosts that were written with "Host/..." and the like.
+        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include/quen>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/quen>)
+endfunction()
+
+function(quen_shared_library name output)
+    add_library(${name}Library SHARED $<TARGET_OBJECTS:${name}Objects>)
     set(map ${PROJECT_BINARY_DIR}/${output}.map)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/Library.map.in ${map} @ONLY)
     target_link_options(${name}Library PRIVATE
@@ -32,10 +63,4 @@ function(quen_library name output)
     set_target_properties(${name}Library PROPERTIES
         LINKER_LANGUAGE CXX OUTPUT_NAME ${output} LINK_DEPENDS ${map}
         VERSION ${PROJECT_VERSION} SOVERSION ${QUEN_SOVERSION})
-    target_include_directories(${name}Library INTERFACE
-        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
-        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-        # For hosts that were written with "Host/..." and the like.
-        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include/quen>
-        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/quen>)
 endfunction()

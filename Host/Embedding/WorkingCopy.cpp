@@ -21,10 +21,8 @@ QuenSourceControlRepositoryPtr orUnnamed(QuenSourceControlRepositoryPtr reposito
 
 QuenSourceControlSourceTreePtr treeOf(const std::string& directory,
                                       const QuenSourceControlRepositoryPtr& repository) {
-    HostWorkingTree::Facts facts;
-    facts.location = directory;
-    facts.repository = repository;
-    return std::make_shared<HostWorkingTree>(facts);
+    return std::make_shared<HostWorkingTree>(
+        HostWorkingTree::Facts{.location = directory, .repository = repository});
 }
 
 struct Outcome {

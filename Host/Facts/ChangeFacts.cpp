@@ -64,7 +64,7 @@ ChangeColumns changeColumnsOf(std::int32_t requestType) noexcept {
                                                      : ChangeColumns::schedule;
 }
 
-struct ChangeFactsReader::State {
+struct __attribute__((visibility("hidden"))) ChangeFactsReader::State {
     explicit State(ChangeColumns kind) : columns(kind) {}
 
     void take(std::string_view piece);

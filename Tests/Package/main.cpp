@@ -18,11 +18,10 @@ int fail(const Error& error) {
 }
 
 QuenSourceControlRequestPtr statusRequest(const char* directory) {
-    HostWorkingTree::Facts facts;
-    facts.name = "mine";
-    facts.location = directory;
     auto request = std::make_shared<QuenSourceControlRequest>();
-    request->initWithType(RequestTypeStatus, std::make_shared<HostWorkingTree>(facts),
+    request->initWithType(RequestTypeStatus,
+                          std::make_shared<HostWorkingTree>(
+                              HostWorkingTree::Facts{.name = "mine", .location = directory}),
                           StringArray{directory}, Dictionary());
     return request;
 }

@@ -25,24 +25,22 @@ struct TreeFacts {
     QuenSourceControlRepositoryPtr repository = {};
 };
 
-inline HostSourceTreeFacts commonFacts(const TreeFacts& facts) {
-    return {facts.name, facts.location, facts.reachable, facts.isValid, facts.contains};
-}
-
 inline std::shared_ptr<HostRepository> repository(const TreeFacts& facts = {}) {
-    return std::make_shared<HostRepository>(
-        HostRepository::Facts{commonFacts(facts), facts.user, URL::fromString(facts.trunkLocation),
-                              URL::fromString(facts.branchesLocation)});
+    return std::make_shared<HostRepository>(HostRepository::Facts{
+        facts.name, facts.location, facts.reachable, facts.isValid, facts.contains, facts.user,
+        URL::fromString(facts.trunkLocation), URL::fromString(facts.branchesLocation)});
 }
 
 inline std::shared_ptr<HostWorkingTree> workingTree(const TreeFacts& facts = {}) {
     return std::make_shared<HostWorkingTree>(
-        HostWorkingTree::Facts{commonFacts(facts), facts.repository});
+        HostWorkingTree::Facts{facts.name, facts.location, facts.reachable, facts.isValid,
+                               facts.contains, facts.repository});
 }
 
 /// A tree that is neither.
 inline std::shared_ptr<HostOtherTree> otherTree(const TreeFacts& facts = {}) {
-    return std::make_shared<HostOtherTree>(commonFacts(facts));
+    return std::make_shared<HostOtherTree>(HostOtherTree::Facts{
+        facts.name, facts.location, facts.reachable, facts.isValid, facts.contains});
 }
 
 } // namespace quen::test

@@ -30,7 +30,7 @@ URL optionalURL(const JsonInput& object, std::string_view name) {
     return url;
 }
 
-void decodeCommonFacts(const JsonInput& tree, HostSourceTreeFacts& facts) {
+template <typename Facts> void decodeCommonFacts(const JsonInput& tree, Facts& facts) {
     facts.name = optionalString(tree, "name");
     facts.location = optionalString(tree, "location");
     facts.reachable = optionalBoolean(tree, "reachable", true);
