@@ -1,5 +1,7 @@
 #include "Foundation/String.h"
 
+#include "Foundation/RecordMemory.h"
+
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -21,8 +23,13 @@ String::Block* String::makeBlock(std::string_view text, std::uint32_t references
         throw std::length_error("a String holds at most 4 GiB - 1 bytes");
     }
     std::allocator<Block> allocator;
-    Block* block = allocator.allocate(unitsFor(sizeof(Block), text.size()));
-    std::construct_at(block, references, static_cast<std::uint32_t>(text.size()));
+    return fill(allocator.allocate(unitsFor(sizeof(Block), text.size())), text, references);
+}
+
+String::Block* String::fill(void* memory, std::string_view text,
+                            std::uint32_t references) noexcept {
+    Block* const block = std::construct_at(static_cast<Block*>(memory), references,
+                                           static_cast<std::uint32_t>(text.size()));
     char* bytes = reinterpret_cast<char*>(block + 1);
     if (!text.empty()) {
         std::memcpy(bytes, text.data(), text.size());
@@ -39,14 +46,31 @@ String String::constant(std::string_view text) {
     return string;
 }
 
+String String::in(RecordMemory& memory, std::string_view text) {
+    const std::size_t size = sizeof(Block) + text.size() + 1;
+    if (size > RecordMemory::largestBlock) {
+        return text;
+    }
+    String string;
+    string.block_ = fill(memory.take(size), text, inRecordMemory + 1);
+    return string;
+}
+
 void String::release() noexcept {
-    if (block_->references.load(std::memory_order_relaxed) == immortal ||
-        block_->references.fetch_sub(1, std::memory_order_acq_rel) != 1) {
+    if (block_->references.load(std::memory_order_relaxed) == immortal) {
+        return;
+    }
+    const auto before = block_->references.fetch_sub(1, std::memory_order_acq_rel);
+    if ((before & ~inRecordMemory) != 1) {
         return;
     }
     const std::size_t units = unitsFor(sizeof(Block), block_->length);
     std::destroy_at(block_);
-    std::allocator<Block>().deallocate(block_, units);
+    if (before != 1) {
+        RecordMemory::giveBack(block_);
+    } else {
+        std::allocator<Block>().deallocate(block_, units);
+    }
 }
 
 QUEN_EXPORT std::strong_ordering operator<=>(const String& a, const String& b) noexcept {

@@ -14,6 +14,8 @@
 
 namespace quen {
 
+class RecordMemory;
+
 /// An immutable, shared, nullable UTF-8 text, one pointer wide.
 ///
 /// - Copying shares the text; it is freed with its last holder.
@@ -50,6 +52,8 @@ public:
     /// A text for the life of the program, whose copies touch no reference count: for names that
     /// every record carries.
     static String constant(std::string_view text);
+    /// A text of one of many records, made in their memory.
+    static String in(RecordMemory& memory, std::string_view text);
 
     bool isNil() const noexcept { return block_ == nullptr; }
     /// True for nil and for the empty text.
@@ -108,8 +112,11 @@ private:
         std::uint32_t length;
     };
     static constexpr std::uint32_t immortal = UINT32_MAX;
+    /// A bit beside the number of references.
+    static constexpr std::uint32_t inRecordMemory = 0x80000000;
 
     static Block* makeBlock(std::string_view text, std::uint32_t references);
+    static Block* fill(void* memory, std::string_view text, std::uint32_t references) noexcept;
     const char* text() const noexcept { return reinterpret_cast<const char*>(block_ + 1); }
     void retain() noexcept {
         if (block_ != nullptr && block_->references.load(std::memory_order_relaxed) != immortal) {

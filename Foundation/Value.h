@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <iterator>
 #include <memory>
 #include <span>
 #include <utility>
@@ -17,7 +18,9 @@
 
 namespace quen {
 
+class DictionaryKeys;
 class MarlFilePath;
+class RecordMemory;
 class Value;
 
 /// A nullable, ordered list of values. Copies share their elements until one of them is changed.
@@ -70,7 +73,9 @@ private:
 class QUEN_EXPORT Dictionary {
 public:
     struct Entry;
-    using const_iterator = const Entry*;
+    /// An entry where it lies. Lives until the table is changed.
+    struct EntryReference;
+    class const_iterator;
     static constexpr std::size_t indexThreshold = 16;
 
     /// nil; setting a value makes it a table.
@@ -90,6 +95,12 @@ public:
     static Dictionary empty() { return withCapacity(0); }
     /// An empty table with room for `capacity` entries.
     static Dictionary withCapacity(std::size_t capacity);
+    /// The same for one of many records, made in their memory.
+    static Dictionary withCapacity(std::size_t capacity, RecordMemory& memory);
+    /// An empty table for one of many records, in which those very keys cost nothing as long as
+    /// they are set in their order, the last ones left out or not. With other keys it is a table
+    /// like any other.
+    static Dictionary withKeys(const DictionaryKeys& keys, RecordMemory& memory);
 
     bool isNil() const noexcept { return block_ == nullptr; }
     std::size_t count() const noexcept;
@@ -116,13 +127,14 @@ public:
 private:
     struct Block;
 
-    static Block* makeBlock(std::size_t capacity);
+    static Block* makeBlock(std::size_t capacity, const DictionaryKeys* shared,
+                            RecordMemory* memory);
     static void freeBlock(Block* block) noexcept;
     void release() noexcept;
     /// Makes the block this object's own, with room for one entry more.
     void prepareToAdd();
     void prepareToChange();
-    void grow(std::size_t capacity);
+    void moveTo(std::size_t capacity, const DictionaryKeys* shared);
 
     Block* block_ = nullptr;
 };
@@ -216,6 +228,55 @@ struct Dictionary::Entry {
     String key;
     Value value;
     friend bool operator==(const Entry& a, const Entry& b) noexcept = default;
+};
+
+struct Dictionary::EntryReference {
+    const String& key;
+    const Value& value;
+
+    operator Entry() const { return {key, value}; }
+    friend bool operator==(const EntryReference& a, const EntryReference& b) noexcept {
+        return a.key == b.key && a.value == b.value;
+    }
+};
+
+class Dictionary::const_iterator {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = Entry;
+    using difference_type = std::ptrdiff_t;
+    using reference = EntryReference;
+
+    /// What `->` goes through.
+    struct pointer {
+        EntryReference entry;
+        const EntryReference* operator->() const noexcept { return &entry; }
+    };
+
+    const_iterator() noexcept = default;
+
+    reference operator*() const noexcept { return {*key_, *value_}; }
+    pointer operator->() const noexcept { return {**this}; }
+    const_iterator& operator++() noexcept {
+        ++key_;
+        ++value_;
+        return *this;
+    }
+    const_iterator operator++(int) noexcept {
+        const const_iterator before = *this;
+        ++*this;
+        return before;
+    }
+    friend bool operator==(const const_iterator& a, const const_iterator& b) noexcept {
+        return a.value_ == b.value_;
+    }
+
+private:
+    friend class Dictionary;
+    const_iterator(const String* key, const Value* value) noexcept : key_(key), value_(value) {}
+
+    const String* key_ = nullptr;
+    const Value* value_ = nullptr;
 };
 
 struct ErrorData {

@@ -3,6 +3,7 @@
 #include "Classes/SVNOperations/SVNArguments.h"
 #include "Classes/SVNOperations/SVNChangeReader.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
+#include "Foundation/DictionaryKeys.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
 #include <utility>
@@ -14,15 +15,15 @@ namespace {
 class BlameReading : public SVNReading {
 public:
     explicit BlameReading(const DateFormatter& formatter)
-        : SVNReading({"target", "entry"}), changes_(formatter) {}
+        : SVNReading({"target", "entry"}), changes_(formatter, memory) {}
 
 private:
     /// A line that is not committed yet has its number alone; one without a number, which the
     /// client never reports, keeps the rest.
     void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
-        Dictionary record = Dictionary::withCapacity(4);
+        Dictionary record = Dictionary::withKeys(keys_, memory);
         if (const auto number = entry.attribute("line-number")) {
-            record.set(QuenSourceControlOperationLineNumberKey, String(*number));
+            record.set(QuenSourceControlOperationLineNumberKey, String::in(memory, *number));
         }
         if (const auto commit = entry.onlyChild("commit")) {
             changes_.read(*commit, record);
@@ -30,6 +31,9 @@ private:
         records.append(std::move(record));
     }
 
+    const DictionaryKeys& keys_ = DictionaryKeys::constant(
+        {QuenSourceControlOperationLineNumberKey, QuenSourceControlOperationRevisionKey,
+         QuenSourceControlOperationAuthorKey, QuenSourceControlOperationDateKey});
     SVNChangeReader changes_;
 };
 

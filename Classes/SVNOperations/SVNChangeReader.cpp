@@ -18,16 +18,6 @@ std::size_t slotOf(std::string_view text, std::size_t slots) noexcept {
     return hash % slots;
 }
 
-/// The text as a String, which is an earlier one where that is still known and says the same.
-template <std::size_t slots>
-const String& shared(std::array<String, slots>& known, std::string_view text) {
-    String& slot = known[slotOf(text, slots)];
-    if (slot != text) {
-        slot = text;
-    }
-    return slot;
-}
-
 } // namespace
 
 DateFormatter makeReportDateFormatter() {
@@ -35,6 +25,19 @@ DateFormatter makeReportDateFormatter() {
     formatter.setTimeZone("GMT");
     formatter.setDateFormat("yyyy-MM-dd'T'HH:mm:ss.SSSSSS'Z'");
     return formatter;
+}
+
+const String& SVNChangeReader::KnownTexts::of(std::string_view text, RecordMemory& memory) {
+    String& slot = slots_[slotOf(text, slots_.size())];
+    if (slot == text) {
+        return slot;
+    }
+    if (!slot.isNil() && slots_.size() < most_ && ++lost_ == slots_.size()) {
+        slots_.assign(4 * slots_.size(), String());
+        lost_ = 0;
+        return of(text, memory);
+    }
+    return slot = String::in(memory, text);
 }
 
 const std::optional<Date>& SVNChangeReader::dateOf(std::string_view text) {
@@ -48,10 +51,10 @@ const std::optional<Date>& SVNChangeReader::dateOf(std::string_view text) {
 
 void SVNChangeReader::read(const XMLElement& change, Dictionary& record) {
     if (const auto revision = change.attribute("revision")) {
-        record.set(QuenSourceControlOperationRevisionKey, shared(revisions_, *revision));
+        record.set(QuenSourceControlOperationRevisionKey, revisions_.of(*revision, memory_));
     }
     if (const auto author = change.onlyChild("author")) {
-        record.set(QuenSourceControlOperationAuthorKey, shared(authors_, author->text()));
+        record.set(QuenSourceControlOperationAuthorKey, authors_.of(author->text(), memory_));
     }
     if (const auto dateText = change.onlyChild("date")) {
         if (const auto date = dateOf(dateText->text())) {

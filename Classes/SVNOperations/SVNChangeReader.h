@@ -1,12 +1,15 @@
 #pragma once
 
 #include "Foundation/Date.h"
+#include "Foundation/RecordMemory.h"
 #include "Foundation/XMLReport.h"
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quen {
 
@@ -20,13 +23,27 @@ DateFormatter makeReportDateFormatter();
 /// text, and a date is read once.
 class SVNChangeReader {
 public:
-    /// The formatter must outlive the reader.
-    explicit SVNChangeReader(const DateFormatter& formatter) : formatter_(formatter) {}
+    /// The formatter and the memory must outlive the reader.
+    SVNChangeReader(const DateFormatter& formatter, RecordMemory& memory)
+        : formatter_(formatter), memory_(memory) {}
 
     /// Adds what `change`, a `commit` or a `logentry`, has to say to a record.
     void read(const XMLElement& change, Dictionary& record);
 
 private:
+    /// Texts that come again are one String each: those that were read last of all that share a
+    /// slot. The slots become more, up to `most`, where texts keep taking each other's.
+    class KnownTexts {
+    public:
+        KnownTexts(std::size_t slots, std::size_t most) : slots_(slots), most_(most) {}
+        const String& of(std::string_view text, RecordMemory& memory);
+
+    private:
+        std::vector<String> slots_;
+        std::size_t most_;
+        std::size_t lost_ = 0;
+    };
+
     struct KnownDate {
         std::string text;
         std::optional<Date> date;
@@ -35,9 +52,10 @@ private:
     const std::optional<Date>& dateOf(std::string_view text);
 
     const DateFormatter& formatter_;
+    RecordMemory& memory_;
+    KnownTexts revisions_{64, 16384};
+    KnownTexts authors_{16, 1024};
     /// What was read last of those that share a slot.
-    std::array<String, 256> revisions_;
-    std::array<String, 16> authors_;
     std::array<KnownDate, 64> dates_;
 };
 

@@ -1,6 +1,7 @@
 #include "Classes/SVNOperations/SVNInfoOperation.h"
 
 #include "Classes/SVNOperations/SVNChangeReader.h"
+#include "Foundation/DictionaryKeys.h"
 #include "QuenFoundation/QuenSourceControlRequestFacts.h"
 
 #include <utility>
@@ -12,7 +13,7 @@ namespace {
 class InfoReading : public SVNReading {
 public:
     explicit InfoReading(const DateFormatter& formatter)
-        : SVNReading({"entry"}), changes_(formatter) {}
+        : SVNReading({"entry"}), changes_(formatter, memory) {}
 
 private:
     /// An item that was never committed has no record.
@@ -21,19 +22,24 @@ private:
         if (!commit) {
             return;
         }
-        Dictionary record = Dictionary::withCapacity(5);
+        Dictionary record = Dictionary::withKeys(keys_, memory);
         if (const auto url = entry.onlyChild("url")) {
-            record.set(QuenSourceControlOperationRemoteOriginKey, String(url->text()));
+            record.set(QuenSourceControlOperationRemoteOriginKey, String::in(memory, url->text()));
         }
         if (const auto repository = entry.onlyChild("repository")) {
             if (const auto root = repository->onlyChild("root")) {
-                record.set(QuenSourceControlOperationRepositoryRootKey, String(root->text()));
+                record.set(QuenSourceControlOperationRepositoryRootKey,
+                           String::in(memory, root->text()));
             }
         }
         changes_.read(*commit, record);
         records.append(std::move(record));
     }
 
+    const DictionaryKeys& keys_ = DictionaryKeys::constant(
+        {QuenSourceControlOperationRemoteOriginKey, QuenSourceControlOperationRepositoryRootKey,
+         QuenSourceControlOperationRevisionKey, QuenSourceControlOperationAuthorKey,
+         QuenSourceControlOperationDateKey});
     SVNChangeReader changes_;
 };
 

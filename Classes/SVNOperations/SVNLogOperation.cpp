@@ -4,9 +4,11 @@
 #include "Classes/SVNOperations/SVNChangeReader.h"
 #include "Classes/SVNOperations/SVNRevisions.h"
 #include "Classes/SVNOperations/SVNStatusVocabulary.h"
+#include "Foundation/DictionaryKeys.h"
 #include "Foundation/PegPath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
+#include <iterator>
 #include <utility>
 
 namespace quen {
@@ -27,25 +29,27 @@ void appendTarget(StringArray& command, const QuenSourceControlRequest& request)
 class LogReading : public SVNReading {
 public:
     LogReading(const SVNLogOperation& operation, const DateFormatter& formatter)
-        : SVNReading({"logentry"}), operation_(operation), changes_(formatter) {}
+        : SVNReading({"logentry"}), operation_(operation), changes_(formatter, memory) {}
 
 private:
     void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
-        Dictionary record = Dictionary::withCapacity(5);
+        Dictionary record = Dictionary::withKeys(keys_, memory);
         changes_.read(entry, record);
         if (const auto paths = entry.onlyChild("paths")) {
             record.set(QuenSourceControlOperationFilesKey, filesIn(*paths));
         }
         if (const auto message = entry.onlyChild("msg")) {
-            record.set(QuenSourceControlOperationMessageKey, String(message->text()));
+            record.set(QuenSourceControlOperationMessageKey, String::in(memory, message->text()));
         }
         records.append(std::move(record));
     }
 
     Dictionary filesIn(const XMLElement& paths) {
-        Dictionary files = Dictionary::empty();
-        for (const XMLElement& path : paths.children("path")) {
-            files.set(String(path.text()), statusValueOf(path));
+        const auto children = paths.children("path");
+        const auto count = std::distance(children.begin(), children.end());
+        Dictionary files = Dictionary::withCapacity(static_cast<std::size_t>(count), memory);
+        for (const XMLElement& path : children) {
+            files.set(String::in(memory, path.text()), statusValueOf(path));
         }
         return files;
     }
@@ -62,6 +66,10 @@ private:
     }
 
     const SVNLogOperation& operation_;
+    const DictionaryKeys& keys_ = DictionaryKeys::constant(
+        {QuenSourceControlOperationRevisionKey, QuenSourceControlOperationAuthorKey,
+         QuenSourceControlOperationDateKey, QuenSourceControlOperationFilesKey,
+         QuenSourceControlOperationMessageKey});
     SVNChangeReader changes_;
 };
 

@@ -3,6 +3,7 @@
 #include "Classes/SVNOperations/SVNFingerprint.h"
 #include "Classes/SVNOperations/SVNRemarks.h"
 #include "Foundation/Data.h"
+#include "Foundation/RecordMemory.h"
 #include "Foundation/XMLReport.h"
 
 #include <chrono>
@@ -47,6 +48,9 @@ public:
 protected:
     /// `container` counts the elements that hold records, see XMLReportReader.
     virtual void readRecord(const XMLElement& element, std::size_t container) = 0;
+
+    /// Where the records and their texts are made.
+    RecordMemory memory;
 
 private:
     void takeRecord(const XMLElement& element, std::size_t container);

@@ -1,6 +1,7 @@
 #include "Classes/SVNOperations/SVNStatusOperation.h"
 
 #include "Classes/SVNOperations/SVNStatusVocabulary.h"
+#include "Foundation/DictionaryKeys.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
 #include <utility>
@@ -18,9 +19,10 @@ private:
     using Word = std::optional<std::string_view>;
 
     void readRecord(const XMLElement& entry, std::size_t /*container*/) override {
-        Dictionary record = Dictionary::withCapacity(3);
+        Dictionary record = Dictionary::withKeys(keys_, memory);
         // An entry without a path is kept, under an empty one: its status may still be told.
-        record.set(QuenSourceControlOperationPathKey, String(entry.attribute("path").value_or("")));
+        record.set(QuenSourceControlOperationPathKey,
+                   String::in(memory, entry.attribute("path").value_or("")));
         record.set(QuenSourceControlOperationWCStatusKey, workingCopyStatus(entry));
         record.set(QuenSourceControlOperationRepositoryStatusKey, repositoryStatus(entry));
         records.append(std::move(record));
@@ -70,6 +72,9 @@ private:
     }
 
     const SVNOperation& operation_;
+    const DictionaryKeys& keys_ = DictionaryKeys::constant(
+        {QuenSourceControlOperationPathKey, QuenSourceControlOperationWCStatusKey,
+         QuenSourceControlOperationRepositoryStatusKey});
 };
 
 } // namespace
