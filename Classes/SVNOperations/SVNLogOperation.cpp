@@ -8,7 +8,7 @@
 #include "Foundation/PegPath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <iterator>
+#include <cstddef>
 #include <utility>
 
 namespace quen {
@@ -44,10 +44,17 @@ private:
         records.append(std::move(record));
     }
 
+    static std::size_t countOf(const XMLElement::Children& children) noexcept {
+        std::size_t count = 0;
+        for (auto child = children.begin(); child != children.end(); ++child) {
+            ++count;
+        }
+        return count;
+    }
+
     Dictionary filesIn(const XMLElement& paths) {
         const auto children = paths.children("path");
-        const auto count = std::distance(children.begin(), children.end());
-        Dictionary files = Dictionary::withCapacity(static_cast<std::size_t>(count), memory);
+        Dictionary files = Dictionary::withCapacity(countOf(children), memory);
         for (const XMLElement& path : children) {
             files.set(String::in(memory, path.text()), statusValueOf(path));
         }

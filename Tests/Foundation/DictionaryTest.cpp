@@ -1,3 +1,5 @@
+#include "Foundation/DictionaryKeys.h"
+#include "Foundation/RecordMemory.h"
 #include "Foundation/Value.h"
 
 #include <chrono>
@@ -59,6 +61,79 @@ TEST(DictionaryTest, CopiesShareUntilOneChanges) {
     first.set("b", 3);
     EXPECT_EQ(first, (Dictionary{{"a", 2}, {"b", 3}}));
     EXPECT_EQ(second, (Dictionary{{"a", 1}}));
+}
+
+/// Keys set in a table that shares `kindKeys`, in this order, each with its number.
+struct SharedKeysCase {
+    const char* name;
+    std::vector<String> set;
+};
+void PrintTo(const SharedKeysCase& each, std::ostream* out) {
+    *out << each.name;
+}
+
+const String first = String::constant("first");
+const String second = String::constant("second");
+const String third = String::constant("third");
+
+Dictionary withSharedKeys(RecordMemory& memory) {
+    return Dictionary::withKeys(DictionaryKeys::constant({first, second, third}), memory);
+}
+
+class SharedKeysTest : public testing::TestWithParam<SharedKeysCase> {};
+
+TEST_P(SharedKeysTest, IsATableLikeAnyOther) {
+    RecordMemory memory;
+    Dictionary shared = withSharedKeys(memory);
+    Dictionary expected = Dictionary::empty();
+    std::vector<Dictionary> sharedBefore;
+    std::vector<Dictionary> expectedBefore;
+    for (const bool isCopied : {false, true}) {
+        for (const String& key : GetParam().set) {
+            if (isCopied) {
+                sharedBefore.push_back(shared);
+                expectedBefore.push_back(expected);
+            }
+            shared.set(key, expected.count() + (isCopied ? 100 : 0));
+            expected.set(key, expected.count() + (isCopied ? 100 : 0));
+            ASSERT_EQ(shared, expected);
+            ASSERT_EQ(shared[key], expected[key]);
+        }
+        shared = Dictionary(withSharedKeys(memory));
+        expected = Dictionary::empty();
+    }
+    EXPECT_EQ(sharedBefore, expectedBefore);
+    EXPECT_EQ(expected.find(third), shared.find(third));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Orders, SharedKeysTest,
+    testing::Values(SharedKeysCase{"none", {}}, SharedKeysCase{"the first alone", {first}},
+                    SharedKeysCase{"all", {first, second, third}},
+                    SharedKeysCase{"one left out", {first, third}},
+                    SharedKeysCase{"another order", {third, first, second}},
+                    SharedKeysCase{"one twice", {first, first, second}},
+                    SharedKeysCase{"one of the same content", {"first", "second", third}},
+                    SharedKeysCase{"more", {first, second, third, "fourth", "fifth"}},
+                    SharedKeysCase{"another among them", {first, "other", second, third}}));
+
+TEST(DictionaryTest, MoreSharedKeysThanASmallTableHasAreItsOwn) {
+    RecordMemory memory;
+    const DictionaryKeys keys{"1",  "2",  "3",  "4",  "5",  "6",  "7",  "8", "9",
+                              "10", "11", "12", "13", "14", "15", "16", "17"};
+    Dictionary dictionary = Dictionary::withKeys(keys, memory);
+    for (const String& key : keys) {
+        dictionary.set(key, key);
+    }
+    EXPECT_EQ(dictionary.count(), keys.count());
+    EXPECT_EQ(dictionary["17"], Value("17"));
+}
+
+TEST(DictionaryTest, TheSameSharedKeysAreMadeOnce) {
+    EXPECT_EQ(&DictionaryKeys::constant({first, second}),
+              &DictionaryKeys::constant({first, second}));
+    EXPECT_NE(&DictionaryKeys::constant({first, second}),
+              &DictionaryKeys::constant({second, first}));
 }
 
 TEST(DictionaryTest, HoldsACopyOfItself) {
