@@ -33,6 +33,9 @@ quen_needs_check=(
     libsasl2-modules=/usr/lib/x86_64-linux-gnu/sasl2/libdigestmd5.so
     sasl2-bin=saslpasswd2
     python3=python3
+    python3-jsonschema=/usr/lib/python3/dist-packages/jsonschema/__init__.py
+    zsh=zsh
+    fish=fish
 )
 # shellcheck disable=SC2034
 quen_needs_ci=(

@@ -1,4 +1,5 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Session/ErrorReport.h"
 #include "Tools/Terminal/InterruptWatch.h"
 #include "Tools/Terminal/StandardStreams.h"
 
@@ -60,6 +61,9 @@ int main(int argc, char** argv) {
     // Whoever started this program may ignore it, and the system would forget how clients end.
     std::signal(SIGCHLD, SIG_DFL);
     quen::tools::StandardStreams streams;
-    const int status = quen::tools::run({argv + std::min(argc, 1), argv + argc});
-    return quen::tools::concluded(status, streams.finish());
+    const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    quen::tools::ErrorReport report(quen::tools::asksForJson(words));
+    const int status = quen::tools::concluded(quen::tools::run(words), streams.finish());
+    report.finish(status);
+    return status;
 }

@@ -85,6 +85,10 @@ install(DIRECTORY Examples/ DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libquen
 if(NOT QUEN_BUILD_TOOLS)
     return()
 endif()
+# What the JSON of the commands looks like.
+install(DIRECTORY Tools/Schemas/ DESTINATION ${CMAKE_INSTALL_DATADIR}/quen/schemas
+    COMPONENT runtime FILES_MATCHING PATTERN "*.schema.json")
+
 # Manual pages, and completion where each shell looks for it.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/said/man1 DESTINATION ${CMAKE_INSTALL_MANDIR}
     COMPONENT runtime)

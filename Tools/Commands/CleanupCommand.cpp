@@ -17,7 +17,7 @@ struct Options {
     std::vector<std::string> paths{"."};
 };
 
-int cleanUp(const Session& session, const std::string& path) {
+int cleanUp(const Session& session, const std::string& path, Array& records) {
     const std::filesystem::path top = topDirectoryOf(path);
     if (top.empty()) {
         return session.fail("\"" + printable(path) + "\" is not in a working copy.").status;
@@ -28,6 +28,9 @@ int cleanUp(const Session& session, const std::string& path) {
         cleanup->run();
     }
     const int status = session.finish(*cleanup);
+    if (status == ExitSuccess) {
+        records.append(Dictionary{{"path", String(top.string())}});
+    }
     if (status == ExitSuccess && !session.options().json) {
         std::cout << "Cleaned up " << printable(top.string()) << ".\n";
     }
@@ -36,13 +39,14 @@ int cleanUp(const Session& session, const std::string& path) {
 
 int runCleanupCommand(Session& session, const Options& options) {
     int status = ExitSuccess;
+    Array records = Array::empty();
     for (const std::string& path : options.paths) {
         const int each =
-            InterruptWatch::wasInterrupted() ? ExitInterrupted : cleanUp(session, path);
+            InterruptWatch::wasInterrupted() ? ExitInterrupted : cleanUp(session, path, records);
         status = status == ExitSuccess ? each : status;
     }
     if (session.options().json) {
-        printJson(Value());
+        printJson(records);
     }
     return status;
 }

@@ -1,6 +1,7 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
+#include "Tools/Commands/Changes/ChangeRecords.h"
 #include "Tools/Commands/Changes/CommitPreview.h"
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
@@ -27,7 +28,7 @@ constexpr std::size_t shownItems = 20;
 
 int tellNothingToCommit(const Options& options, const CommitPreview& preview) {
     if (options.common.json) {
-        printJson(Value());
+        printJson(changeRecord(Value(), "Nothing to commit.", ClientReport()));
         return ExitSuccess;
     }
     std::cout << "Nothing to commit.\n";

@@ -81,13 +81,25 @@ Value recordsWithBytes(const Value& result, std::string_view bytes) {
     return Array{record};
 }
 
-int printRecords(Session& session, const QuenSourceControlRequestPtr& request) {
-    const auto operation = session.perform(request);
-    if (!operation) {
-        return operation.status();
+/// One record a change, in one array; a change without differences has none, and nothing at all is
+/// null.
+int printRecords(Session& session, const std::vector<QuenSourceControlRequestPtr>& requests) {
+    Array records;
+    int status = ExitSuccess;
+    for (const QuenSourceControlRequestPtr& request : requests) {
+        const auto operation = session.perform(request);
+        if (!operation) {
+            return operation.status();
+        }
+        const Value result = recordsWithBytes((*operation)->result(), bytesOf(**operation));
+        for (const Value& record : result.array() == nullptr ? Array() : *result.array()) {
+            records.append(record);
+        }
+        const int each = session.finish(**operation);
+        status = status == ExitSuccess ? each : status;
     }
-    printJson(recordsWithBytes((*operation)->result(), bytesOf(**operation)));
-    return session.finish(**operation);
+    printJson(records.count() == 0 ? Value() : Value(records));
+    return status;
 }
 
 /// The client finds no local changes of a name that is closed with an `@` (seen on 1.14.2). A name
@@ -120,9 +132,11 @@ int showDifferences(Session& session, const SourceTree& source, const Options& o
         }
     }
     if (options.common.json && !options.isStat) {
-        return changes.size() == 1
-                   ? printRecords(session, requestFor(options, source, changes.front()))
-                   : session.fail("--json shows one change at a time.", ExitUsage).status;
+        std::vector<QuenSourceControlRequestPtr> requests;
+        for (const std::string& change : changes) {
+            requests.push_back(requestFor(options, source, change));
+        }
+        return printRecords(session, requests);
     }
     DifferenceStream stream(session, options.isStat);
     int status = ExitSuccess;

@@ -3,6 +3,7 @@
 #include "QuenFoundation/QuenSourceControlPlugIn.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/CommandLine/ManualPage.h"
+#include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/SafeText.h"
 
 #include <algorithm>
@@ -27,7 +28,15 @@ std::string clientVersion() {
     return printable(version + " (" + directory + "/svn)");
 }
 
-int showVersions() {
+int showVersions(const std::vector<std::string>& words) {
+    if (std::find(words.begin(), words.end(), "--json") != words.end()) {
+        std::cout << jsonText(
+                         Dictionary{{"quen", String(QUEN_VERSION)},
+                                    {"contract", std::int64_t{QuenSourceControlContractVersion}},
+                                    {"svn", String(clientVersion())}})
+                  << '\n';
+        return ExitSuccess;
+    }
     std::cout << "quen " << QUEN_VERSION << "\nplug-in contract "
               << QuenSourceControlContractVersion << "\nsvn " << clientVersion() << '\n';
     return ExitSuccess;
@@ -75,12 +84,16 @@ CommandText plainCommand(const std::string& name, const std::string& help,
 
 void addHelpCommand(CommandLine& line) {
     // The command line itself answers it.
-    line.addPlain(plainCommand("help", "Describe quen or one command",
-                               {"COMMAND", "Command to describe", false, false}),
-                  {});
+    CommandText help = plainCommand("help", "Describe quen or one command",
+                                    {"COMMAND", "Command to describe", false, false});
+    OptionText json;
+    json.longName = "--json";
+    json.help = "Print JSON for scripts";
+    help.options.push_back(json);
+    line.addPlain(help, {});
     CommandText version = plainCommand("version", "Show versions", {});
     version.isHidden = true;
-    line.addPlain(version, [](const auto&) { return showVersions(); });
+    line.addPlain(version, [](const auto& words) { return showVersions(words); });
     CommandText manual = plainCommand("manual", "Write the manual pages to a directory",
                                       {"DIRECTORY", "Where to write", true, false});
     manual.isHidden = true;

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <utility>
 
 namespace quen::tools {
 
@@ -35,12 +36,9 @@ public:
         reader_.take(piece);
         std::string text;
         for (const ListEntry& entry : reader_.takeFacts().entries) {
-            text += options_.isInLines    ? jsonText(entryRecord(entry))
-                    : options_.isDetailed ? detailedEntry(entry, palette_, now_)
-                                          : nameOfEntry(entry, palette_);
-            text += '\n';
+            text += textOf(entry);
         }
-        if (options_.isInLines) {
+        if (isForScripts()) {
             return (std::cout << text).flush().good();
         }
         return output_.write(text);
@@ -52,7 +50,28 @@ public:
         return broken;
     }
 
+    /// Ends the array of `--json`. What failed before there was anything has no result.
+    void conclude(int status) const {
+        if (isArray()) {
+            std::cout << (!isFirst_ ? "]\n" : status == ExitSuccess ? "[]\n" : "null\n");
+        }
+    }
+
 private:
+    bool isArray() const { return options_.common.json && !options_.isInLines; }
+    bool isForScripts() const { return options_.common.json || options_.isInLines; }
+
+    std::string textOf(const ListEntry& entry) {
+        if (isArray()) {
+            return (std::exchange(isFirst_, false) ? "[" : ",") + jsonText(contractRecord(entry));
+        }
+        return (options_.isInLines    ? jsonText(entryRecord(entry))
+                : options_.isDetailed ? detailedEntry(entry, palette_, now_)
+                                      : nameOfEntry(entry, palette_)) +
+               "\n";
+    }
+
+    bool isFirst_ = true;
     const Options& options_;
     const Palette palette_;
     const Date now_ = currentDate();
@@ -87,18 +106,11 @@ int runListCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
-    if (options.common.json && (options.isDeep || options.revision.isGiven())) {
-        return session.fail("--json lists one directory as it is; use --jsonl.", ExitUsage).status;
-    }
-    if (options.common.json && !options.isInLines) {
-        const auto operation =
-            session.perform(makeRequest(RequestTypeList, *source, {clientPath(options.path)}));
-        return showRecords(session, operation, [](const Array& /*records*/) {});
-    }
     View view(options);
     const int status =
         stream(session, *source, options, [&](std::string_view piece) { return view.take(piece); });
     const Error broken = view.finish();
+    view.conclude(status);
     if (status == ExitSuccess && broken && std::cout) {
         session.tell(broken);
         return ExitFailure;

@@ -66,7 +66,8 @@ public:
             std::cout << jsonText(shortRecord(entry, options_.query.wantsPaths)) << '\n';
             return;
         }
-        std::cout << (isFirst_ ? "[" : ",") << jsonText(contractRecord(entry));
+        std::cout << (isFirst_ ? "[" : ",")
+                  << jsonText(contractRecord(entry, options_.query.wantsPaths));
         isFirst_ = false;
     }
 

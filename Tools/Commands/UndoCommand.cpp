@@ -95,6 +95,27 @@ int undo(const Session& session, const std::string& top, std::uint32_t step, Arr
     return restored.refused.empty() ? ExitSuccess : ExitFailure;
 }
 
+/// One step for a script, as `--step` counts them.
+Dictionary stepRecord(const UndoEntry& entry, std::int64_t number, const std::string& top) {
+    const auto time = std::chrono::time_point_cast<std::chrono::microseconds>(entry.time);
+    Array items = Array::empty();
+    for (const auto& item : entry.items) {
+        items.append(Dictionary{{"path", item.path}});
+    }
+    return {{"workingCopy", String(top)},
+            {"number", number},
+            {"step", entry.step},
+            {"date", Date(time)},
+            {"items", items}};
+}
+
+void listRecords(const std::string& top, Array& records) {
+    std::int64_t number = 0;
+    for (const UndoEntry& entry : UndoStore().entries(top)) {
+        records.append(stepRecord(entry, ++number, top));
+    }
+}
+
 void list(const std::string& top, const Palette& palette) {
     Table table;
     std::size_t number = 0;
@@ -136,17 +157,19 @@ int runUndoCommand(Session& session, const Options& options) {
         return tops.status();
     }
     int status = ExitSuccess;
-    Array records;
+    Array records = Array::empty();
     for (const std::string& top : *tops) {
-        if (options.onlyLists) {
+        if (options.onlyLists && options.common.json) {
+            listRecords(top, records);
+        } else if (options.onlyLists) {
             list(top, options.common.palette());
         } else {
             const int each = undo(session, top, std::max(options.step, 1U), records);
             status = status == ExitSuccess ? each : status;
         }
     }
-    if (options.common.json && !options.onlyLists) {
-        printJson(records.count() == 0 ? Value() : Value(records));
+    if (options.common.json) {
+        printJson(records);
     }
     return status;
 }

@@ -7,8 +7,18 @@
 
 namespace quen::tools {
 
+namespace {
+
+bool isForbidden = false;
+
+} // namespace
+
+void neverAsk() noexcept {
+    isForbidden = true;
+}
+
 bool canAsk() noexcept {
-    return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
+    return !isForbidden && isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1;
 }
 
 bool ask(const std::string& question) {

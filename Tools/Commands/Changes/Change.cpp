@@ -1,6 +1,7 @@
 #include "Tools/Commands/Changes/Change.h"
 
 #include "Foundation/Lines.h"
+#include "Tools/Commands/Changes/ChangeRecords.h"
 #include "Tools/Commands/Session/CleanupAdvice.h"
 
 #include <filesystem>
@@ -58,11 +59,19 @@ int finishChange(const Session& session, const Outcome<QuenSourceControlOperatio
         return operation.status();
     }
     const QuenSourceControlOperation& performed = **operation;
+    const bool isMade = !performed.error() && !session.wasStopped(performed);
+    const std::string told = isMade ? summary(performed.result(), session.report()) : "";
     if (session.options().json) {
-        printJson(performed.result());
-    } else if (!performed.error() && !session.wasStopped(performed)) {
-        std::cout << summary(performed.result(), session.report()) << '\n';
+        printJson(isMade ? Value(changeRecord(performed.result(), told, session.report()))
+                         : Value());
+    } else if (isMade) {
+        std::cout << told << '\n';
     }
+    return concludeChange(session, performed, change);
+}
+
+int concludeChange(const Session& session, const QuenSourceControlOperation& performed,
+                   const Change& change) {
     const int status = session.finish(performed);
     if (session.wasStopped(performed)) {
         tellOfCommit(session);

@@ -22,13 +22,17 @@ struct Change {
 /// what the client has said.
 using ChangeSummary = std::function<std::string(const Value& result, const ClientReport& report)>;
 
-/// Makes the change and tells how it went: the records as JSON or the summary on standard output,
-/// and on standard error what went wrong, with what to do where the working copy may have been left
-/// locked. The exit status.
+/// Makes the change and tells how it went: as JSON (`changeRecord`, null where it was not made) or
+/// the summary on standard output, and on standard error what went wrong, with what to do where the
+/// working copy may have been left locked. The exit status.
 int makeChange(Session& session, const Change& change, const ChangeSummary& summary);
 
 /// The second half of that, for an operation that was performed.
 int finishChange(const Session& session, const Outcome<QuenSourceControlOperationPtr>& operation,
                  const Change& change, const ChangeSummary& summary);
+
+/// The last part of that: what went wrong, once the result has been printed.
+int concludeChange(const Session& session, const QuenSourceControlOperation& performed,
+                   const Change& change);
 
 } // namespace quen::tools

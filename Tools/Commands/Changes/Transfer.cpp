@@ -1,6 +1,7 @@
 #include "Tools/Commands/Changes/Transfer.h"
 
 #include "Host/Keeping/ConflictOutcome.h"
+#include "Tools/Commands/Changes/ChangeRecords.h"
 #include "Tools/Commands/Changes/TransferNews.h"
 
 #include <filesystem>
@@ -34,15 +35,22 @@ std::vector<ConflictOutcome> outcomesOf(const Transfer& transfer, const ChangeFa
     return outcomes;
 }
 
-/// Where conflicts are left the client fails at the very end: all else was done.
-int tellDone(const Session& session, const QuenSourceControlOperation& operation,
-             const std::string& summary) {
+/// Where conflicts are left the client fails at the very end: all else was done. A script is also
+/// told of what was done until it failed on the way.
+int finish(const Session& session, const QuenSourceControlOperation& performed,
+           const Transfer& transfer, const ChangeFacts& facts,
+           const std::vector<ConflictOutcome>& outcomes) {
+    const bool isDone = saysOnlyConflictsLeft(performed.error());
+    const bool isMade = isDone || (!performed.error() && !session.wasStopped(performed));
+    const std::string summary = isMade ? transfer.summary(facts) : "";
     if (session.options().json) {
-        printJson(operation.result());
-    } else {
+        Dictionary record = changeRecord(performed.result(), summary, session.report());
+        addTransfer(record, facts, outcomes);
+        printJson(record);
+    } else if (isMade) {
         std::cout << summary << '\n';
     }
-    return ExitSuccess;
+    return isDone ? ExitSuccess : concludeChange(session, performed, transfer.change);
 }
 
 } // namespace
@@ -54,13 +62,7 @@ int makeTransfer(Session& session, const Transfer& transfer) {
         return operation.status();
     }
     const auto outcomes = outcomesOf(transfer, facts);
-    const bool isDone = saysOnlyConflictsLeft((**operation).error());
-    const int status =
-        isDone ? tellDone(session, **operation, transfer.summary(facts))
-               : finishChange(session, operation, transfer.change,
-                              [&](const Value& /*result*/, const ClientReport& /*report*/) {
-                                  return transfer.summary(facts);
-                              });
+    const int status = finish(session, **operation, transfer, facts, outcomes);
     tellOutcomes(session, outcomes, facts.skipped, transfer.showTheirs);
     const bool isToBeSeen = facts.holdsSettled() || facts.holdsLeft();
     return status == ExitSuccess && isToBeSeen ? ExitConflicts : status;

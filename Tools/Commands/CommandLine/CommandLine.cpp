@@ -1,10 +1,12 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
 #include "Tools/Commands/CommandLine/Arguments.h"
+#include "Tools/Commands/CommandLine/CommandRecords.h"
 #include "Tools/Commands/CommandLine/CommandTable.h"
 #include "Tools/Commands/CommandLine/HelpText.h"
 #include "Tools/Commands/CommandLine/Suggestion.h"
 #include "Tools/Commands/CommandLine/UsageProblem.h"
+#include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/Columns.h"
 #include "Tools/Terminal/SafeText.h"
 
@@ -111,11 +113,19 @@ int CommandLine::tellUnknown(const std::string& word) const {
 int CommandLine::showHelp(const Words& words) const {
     const CommandText program = text();
     const CommandText* command = &program;
+    const bool isForScripts = std::find(words.begin(), words.end(), "--json") != words.end();
     for (const std::string& word : words) {
+        if (word == "--json") {
+            continue;
+        }
         command = command->find(word);
         if (command == nullptr) {
             return tellUnknown(word);
         }
+    }
+    if (isForScripts) {
+        std::cout << jsonText(commandRecord(*command)) << '\n';
+        return ExitSuccess;
     }
     const std::size_t width = outputColumns();
     std::cout << (words.empty() ? overviewOf(program, width) : helpOf(*command, width));

@@ -26,6 +26,7 @@ const std::vector<Row>& rows() {
         {"show", looking, {}},
         {"incoming", looking, {}},
         {"blame", looking, {"praise", "annotate", "ann"}},
+        {"report", looking, {}},
         {"info", looking, {}},
         {"list", looking, {"ls"}},
         {"cat", looking, {}},

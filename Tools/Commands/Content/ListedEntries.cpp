@@ -1,6 +1,7 @@
 #include "Tools/Commands/Content/ListedEntries.h"
 
 #include "Host/Text.h"
+#include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/History/HistoryFilter.h"
 #include "Tools/Terminal/SafeText.h"
 #include "Tools/Terminal/Times.h"
@@ -66,6 +67,16 @@ Dictionary entryRecord(const ListEntry& entry) {
     record.set("revision", entry.commit.revision ? Value(*entry.commit.revision) : Value());
     record.set("author", entry.commit.author.isNil() ? Value() : Value(entry.commit.author));
     record.set("date", entry.commit.date.isNil() ? Value() : Value(entry.commit.date));
+    return record;
+}
+
+Dictionary contractRecord(const ListEntry& entry) {
+    Dictionary record = Dictionary::empty();
+    record.set(QuenSourceControlOperationIsLeafKey, entry.kind != "dir");
+    record.set(QuenSourceControlOperationNameKey, entry.name);
+    for (const Dictionary::Entry& member : entryRecord(entry)) {
+        record.set(member.key, member.value);
+    }
     return record;
 }
 

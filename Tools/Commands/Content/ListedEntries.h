@@ -16,6 +16,8 @@ std::string detailedEntry(const ListEntry& entry, const Palette& palette, Date n
 
 /// An entry for a script: name, kind, size, revision, author and date.
 Dictionary entryRecord(const ListEntry& entry);
+/// The record that the provider makes of an entry, and behind it the members of `entryRecord`.
+Dictionary contractRecord(const ListEntry& entry);
 
 /// A size for people: `840`, `1.4k`, `20M`.
 std::string sizeText(std::int64_t bytes);

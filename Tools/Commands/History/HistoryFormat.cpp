@@ -111,8 +111,8 @@ std::string oneLine(const HistoryEntry& entry, const Palette& palette, std::size
     return line.append(message).append("\n");
 }
 
-Dictionary contractRecord(const HistoryEntry& entry) {
-    Dictionary record = Dictionary::withCapacity(5);
+Dictionary contractRecord(const HistoryEntry& entry, bool hasPaths) {
+    Dictionary record = Dictionary::withCapacity(10);
     if (entry.commit.revision) {
         record.set(QuenSourceControlOperationRevisionKey,
                    String(std::to_string(*entry.commit.revision)));
@@ -132,6 +132,9 @@ Dictionary contractRecord(const HistoryEntry& entry) {
     }
     if (!entry.message.isNil()) {
         record.set(QuenSourceControlOperationMessageKey, entry.message);
+    }
+    for (const Dictionary::Entry& member : shortRecord(entry, hasPaths)) {
+        record.set(member.key, member.value);
     }
     return record;
 }

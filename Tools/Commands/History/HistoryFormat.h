@@ -18,8 +18,8 @@ std::string fullText(const HistoryEntry& entry, const Palette& palette, Date now
 /// A revision in one line of at most `width` cells; 0 for any width.
 std::string oneLine(const HistoryEntry& entry, const Palette& palette, std::size_t width);
 
-/// The record that the provider makes of a revision.
-Dictionary contractRecord(const HistoryEntry& entry);
+/// The record that the provider makes of a revision, and behind it the members of `shortRecord`.
+Dictionary contractRecord(const HistoryEntry& entry, bool hasPaths);
 
 /// A revision for a script: revision, author, date, message and, where `hasPaths`, paths.
 Dictionary shortRecord(const HistoryEntry& entry, bool hasPaths);

@@ -320,6 +320,12 @@ std::string sentenceOnMissingPath(const std::string& path) {
 
 std::vector<std::string> linesForPerson(const Error& error,
                                         const QuenSourceControlRequest* request) {
+    std::string advice;
+    return linesForPerson(error, request, advice);
+}
+
+std::vector<std::string> linesForPerson(const Error& error, const QuenSourceControlRequest* request,
+                                        std::string& advice) {
     const Facts facts = factsOf(error, request);
     const Lines client = reasonOf(error, facts.names);
     Lines lines = reasonOnDisk(facts, client);
@@ -329,9 +335,9 @@ std::vector<std::string> linesForPerson(const Error& error,
     for (std::string& line : namesNotInUTF8(error)) {
         lines.push_back(std::move(line));
     }
-    std::string advice = adviceFor(facts, lines);
+    advice = adviceFor(facts, lines);
     if (!advice.empty() && std::find(lines.begin(), lines.end(), advice) == lines.end()) {
-        lines.push_back(std::move(advice));
+        lines.push_back(advice);
     }
     return lines;
 }

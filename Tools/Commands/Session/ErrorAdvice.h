@@ -13,6 +13,9 @@ namespace quen::tools {
 /// there was none.
 std::vector<std::string> linesForPerson(const Error& error,
                                         const QuenSourceControlRequest* request);
+/// Likewise; `advice` is set to the one thing to do, the empty text where there is none.
+std::vector<std::string> linesForPerson(const Error& error, const QuenSourceControlRequest* request,
+                                        std::string& advice);
 
 /// `"nots.txt" does not exist. Did you mean "notes.txt"?`
 std::string sentenceOnMissingPath(const std::string& path);

@@ -6,6 +6,8 @@
 #include "Host/RequestRefusal.h"
 #include "Host/StreamingRunner.h"
 #include "Tools/Commands/Session/ErrorAdvice.h"
+#include "Tools/Commands/Session/ErrorReport.h"
+#include "Tools/Commands/Session/ShortNames.h"
 #include "Tools/Commands/Session/TerminalCredentials.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Provider/Provider.h"
@@ -210,9 +212,11 @@ void Session::tell(const std::string& text) const {
 }
 
 void Session::tell(const Error& error, const QuenSourceControlRequest* request) const {
-    for (const std::string& line : linesForPerson(error, request)) {
+    std::string advice;
+    for (const std::string& line : linesForPerson(error, request, advice)) {
         tell(line);
     }
+    ErrorReport::note(error, printableLine(advice));
 }
 
 Explained Session::fail(const std::string& text, int status) const {
@@ -221,7 +225,7 @@ Explained Session::fail(const std::string& text, int status) const {
 }
 
 void printJson(const Value& result) {
-    std::cout << jsonText(result) << '\n';
+    std::cout << jsonText(withShortNames(result)) << '\n';
 }
 
 } // namespace quen::tools

@@ -135,7 +135,7 @@ template <typename Options> void runInSession(Subcommand command,
     });
 }
 
-/// The result as the operation gives it, on one line.
+/// The result as the operation gives it, with short names beside the long ones, on one line.
 void printJson(const Value& result);
 
 } // namespace quen::tools

@@ -1,0 +1,102 @@
+#include "Tools/Commands/Changes/ChangeRecords.h"
+
+#include "Tools/Commands/Session/ShortNames.h"
+
+#include <charconv>
+
+namespace quen::tools {
+
+namespace {
+
+const char* wordFor(ItemAction action) {
+    switch (action) {
+    case ItemAction::none: return "none";
+    case ItemAction::added: return "added";
+    case ItemAction::deleted: return "deleted";
+    case ItemAction::updated: return "updated";
+    case ItemAction::merged: return "merged";
+    case ItemAction::existed: return "existed";
+    case ItemAction::replaced: return "replaced";
+    case ItemAction::conflicted: return "conflicted";
+    case ItemAction::restored: return "restored";
+    case ItemAction::reverted: return "reverted";
+    case ItemAction::sent: return "sent";
+    }
+    return "none";
+}
+
+const char* wordFor(ConflictOutcome::Kind kind) {
+    switch (kind) {
+    case ConflictOutcome::Kind::text: return "text";
+    case ConflictOutcome::Kind::property: return "property";
+    case ConflictOutcome::Kind::tree: return "tree";
+    case ConflictOutcome::Kind::unspecified: return "unspecified";
+    }
+    return "unspecified";
+}
+
+Value orNull(const String& text) {
+    return text.isNil() ? Value() : Value(text);
+}
+
+Dictionary recordOf(const ChangedItem& item) {
+    return {{"path", item.path},
+            {"action", String(wordFor(item.text))},
+            {"properties", String(wordFor(item.properties))}};
+}
+
+Dictionary recordOf(const ConflictOutcome& outcome) {
+    const bool isSettled = outcome.state == ConflictState::settled;
+    return {{"path", outcome.path},
+            {"kind", String(wordFor(outcome.kind))},
+            {"state", String(isSettled ? "settled" : "left")},
+            {"theirs", orNull(outcome.theirs)},
+            {"mine", orNull(outcome.mine)},
+            {"description", orNull(outcome.description)},
+            {"revision", outcome.revision ? Value(*outcome.revision) : Value()}};
+}
+
+Dictionary recordOf(const SkippedItem& item) {
+    return {{"path", item.path}, {"reason", orNull(item.reason)}};
+}
+
+template <typename Item> Array recordsOf(const std::vector<Item>& items) {
+    Array records = Array::empty();
+    for (const Item& item : items) {
+        records.append(recordOf(item));
+    }
+    return records;
+}
+
+Value numberIn(const std::string& text) {
+    std::int64_t number = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
+    return text.empty() || read.ec != std::errc() ? Value() : Value(number);
+}
+
+} // namespace
+
+Dictionary changeRecord(const Value& result, const std::string& summary,
+                        const ClientReport& report) {
+    Dictionary record = Dictionary::empty();
+    const Array* const records = result.array();
+    if (records != nullptr && records->count() == 1 && (*records)[0].dictionary() != nullptr) {
+        record = withShortNames(*(*records)[0].dictionary());
+    }
+    record.set("summary", String(summary));
+    if (record.find("revision") == nullptr) {
+        record.set("revision", numberIn(report.revision()));
+    }
+    record.set("items", static_cast<std::int64_t>(report.items()));
+    return record;
+}
+
+void addTransfer(Dictionary& record, const ChangeFacts& facts,
+                 const std::vector<ConflictOutcome>& outcomes) {
+    record.set("revision", facts.revision ? Value(*facts.revision) : Value());
+    record.set("changes", recordsOf(facts.items));
+    record.set("conflicts", recordsOf(outcomes));
+    record.set("skipped", recordsOf(facts.skipped));
+}
+
+} // namespace quen::tools
