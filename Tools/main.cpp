@@ -63,7 +63,8 @@ int main(int argc, char** argv) {
     quen::tools::StandardStreams streams;
     const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
     quen::tools::ErrorReport report(quen::tools::asksForJson(words));
-    const int status = quen::tools::concluded(quen::tools::run(words), streams.finish());
-    report.finish(status);
-    return status;
+    const int status = quen::tools::run(words);
+    const int concluded = quen::tools::concluded(status, streams.finish());
+    report.finish(concluded);
+    return concluded;
 }

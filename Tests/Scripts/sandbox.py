@@ -10,7 +10,7 @@ class Sandbox:
     """A fresh repository with a working copy of its trunk; removed with the object's `with`."""
 
     def __init__(self, program):
-        self.program = program
+        self.program = os.path.realpath(program)
         self.directory = tempfile.TemporaryDirectory(prefix="quen-scripts-")
         self.root = pathlib.Path(os.path.realpath(self.directory.name))
         self.home = self.root / "home"

@@ -99,7 +99,9 @@ bool HistoryCollector::add(const HistoryEntry& entry) {
     for (const ChangedPath& path : entry.paths) {
         addPath(path, revision);
     }
-    cutRevisions_ += revision.changes.size() < revision.changeCount ? 1 : 0;
+    if (revision.changes.size() < revision.changeCount) {
+        ++cutRevisions_;
+    }
     facts_.revisions.push_back(std::move(revision));
     return true;
 }

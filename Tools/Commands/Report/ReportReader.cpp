@@ -179,7 +179,7 @@ void Reader::readMerges() {
     XMLReportReader reader({"logentry"},
                            [this](const XMLElement& entry, std::size_t) { addMerge(entry); });
     const int status = session_.streamClient(words, {layout_.url()}, [&](std::string_view piece) {
-        reader.parse(piece);
+        reader.read(piece);
         return true;
     });
     if (status != ExitSuccess || reader.finish()) {
