@@ -8,8 +8,8 @@ namespace quen {
 
 namespace {
 
-ChangedPath changedPath(const XMLElement& element, TextTaker& texts) {
-    ChangedPath path;
+HistoryPath changedPath(const XMLElement& element, TextTaker& texts) {
+    HistoryPath path;
     path.path = texts.takePath(element.text());
     const auto action = element.attribute("action");
     path.action = action && !action->empty() ? action->front() : 'M';

@@ -13,7 +13,7 @@
 namespace quen {
 
 /// One item that a revision changed.
-struct ChangedPath {
+struct HistoryPath {
     /// Below the repository's root: `/trunk/a.c`.
     String path;
     /// `A`, `D`, `M` or `R`.
@@ -31,7 +31,7 @@ struct HistoryEntry {
     CommitFacts commit;
     String message;
     /// Where the report holds them (`-v`).
-    std::vector<ChangedPath> paths;
+    std::vector<HistoryPath> paths;
 };
 
 /// Reads the bytes of a log while the client writes them, and hands each revision over as soon as

@@ -67,7 +67,7 @@ make_system 0 "$all_build"
 require build check
 expect 'purposes add up' "$said" \
     "check: Installing libgtest-dev libgmock-dev libxml2-dev apache2-bin libapache2-mod-svn\
- openssh-server openssh-client locales openssl libsasl2-modules sasl2-bin python3 (once)..."
+ openssh-server openssh-client locales openssl libsasl2-modules sasl2-bin python3 python3-jsonschema zsh fish (once)..."
 expect_like 'a server is told not to run before it comes' "$calls" \
     "*install -D -m 644 /dev/null /etc/ssh/sshd_not_to_be_run
 apt-get *install*openssh-server*"

@@ -58,20 +58,22 @@ class Terminal:
             os.chdir(sandbox.copy)
             os.execvpe(words[0], words, sandbox.environment({"PS1": "", "COLUMNS": "200"}))
         self.shown = b""
+        self.found = 0
 
     def type(self, text):
         os.write(self.keys, text.encode())
 
     def wait_for(self, text, seconds=20):
+        """Reads until the text is shown behind what this found before; whether it was."""
         deadline = time.monotonic() + seconds
-        while text.encode() not in self.shown:
-            ready = select.select([self.keys], [], [], max(0, deadline - time.monotonic()))[0]
-            if not ready:
+        while (place := self.shown.find(text.encode(), self.found)) < 0:
+            if not select.select([self.keys], [], [], max(0, deadline - time.monotonic()))[0]:
                 return False
             try:
                 self.shown += os.read(self.keys, 65536)
             except OSError:
-                return text.encode() in self.shown
+                return False
+        self.found = place + len(text)
         return True
 
     def end(self):
@@ -89,9 +91,14 @@ compadd() {{
     builtin compadd "$@"
 }}
 source {script}
-bindkey '^I' complete-word
+complete-and-tell() {{ zle complete-word; zle -M "done-$((40+2))" }}
+zle -N complete-and-tell
+bindkey '^I' complete-and-tell
 print ready-$((40+2))
 """
+
+# The line editor has the terminal when it asks for pasted text to be marked.
+EDITING = "\x1b[?2004h"
 
 
 def offered_by_zsh(sandbox, typed):
@@ -101,14 +108,11 @@ def offered_by_zsh(sandbox, typed):
     setup.write_text(ZSH.format(record=record, script=script_for(sandbox, "zsh")))
     shell = Terminal(["zsh", "-f", "-i"], sandbox)
     shell.type(f"source {setup}\n")
-    if not shell.wait_for("ready-42"):
+    if not (shell.wait_for("ready-42") and shell.wait_for(EDITING)):
         failures.append(f"zsh does not start: {shell.shown!r}")
     shell.type(f"{typed}\t")
-    # The line is finished by the shell after the completion, so that the mark is behind it.
-    shell.type("\x15print done-$((40+2))\n")
     if not shell.wait_for("done-42"):
         failures.append(f"zsh does not answer: {shell.shown!r}")
-    shell.type("exit\n")
     shell.end()
     return [line.rstrip("/") for line in record.read_text().splitlines()]
 

@@ -75,11 +75,13 @@ TEST_F(BlameTest, GivesScriptsTheRecordsOfTheOperation) {
                            "[{\"QuenSourceControlOperationLineNumberKey\":\"1\","
                            "\"QuenSourceControlOperationRevisionKey\":\"2\","
                            "\"QuenSourceControlOperationAuthorKey\":\"alice\","
-                           "\"QuenSourceControlOperationDateKey\":\"DATE\"},"
+                           "\"QuenSourceControlOperationDateKey\":\"DATE\","
+                           "\"line\":1,\"revision\":2,\"author\":\"alice\",\"date\":\"DATE\"},"
                            "{\"QuenSourceControlOperationLineNumberKey\":\"2\","
                            "\"QuenSourceControlOperationRevisionKey\":\"3\","
                            "\"QuenSourceControlOperationAuthorKey\":\"bob\","
-                           "\"QuenSourceControlOperationDateKey\":\"DATE\"}]\n"}});
+                           "\"QuenSourceControlOperationDateKey\":\"DATE\","
+                           "\"line\":2,\"revision\":3,\"author\":\"bob\",\"date\":\"DATE\"}]\n"}});
 }
 
 TEST_F(BlameTest, SaysWhatIsWrong) {

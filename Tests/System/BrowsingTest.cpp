@@ -49,7 +49,10 @@ TEST_F(BrowsingTest, InfoTellsWhereAnItemLiesAndItsLastChange) {
                  "\"QuenSourceControlOperationRepositoryRootKey\":\"file://SANDBOX/repository\","
                  "\"QuenSourceControlOperationRevisionKey\":\"2\","
                  "\"QuenSourceControlOperationAuthorKey\":\"alice\","
-                 "\"QuenSourceControlOperationDateKey\":\"DATE\"}]\n"}});
+                 "\"QuenSourceControlOperationDateKey\":\"DATE\","
+                 "\"url\":\"file://SANDBOX/repository/trunk/empty\","
+                 "\"repositoryRoot\":\"file://SANDBOX/repository\","
+                 "\"revision\":2,\"author\":\"alice\",\"date\":\"DATE\"}]\n"}});
 }
 
 TEST_F(BrowsingTest, ListsInDetailDeepAndAsOfARevision) {
@@ -100,7 +103,9 @@ TEST_F(BrowsingTest, ListNamesWhatADirectoryHolds) {
          {{"list", sandbox_.url("tags")}, ""},
          {{"list", "--json", "src"},
           "[{\"QuenSourceControlOperationIsLeafKey\":true,"
-          "\"QuenSourceControlOperationNameKey\":\"main.c\"}]\n"},
+          "\"QuenSourceControlOperationNameKey\":\"main.c\","
+          "\"name\":\"main.c\",\"kind\":\"file\",\"size\":2,\"revision\":2,"
+          "\"author\":\"alice\",\"date\":\"DATE\"}]\n"},
          {{"list", "new.c"}, "", 1, "quen list: Path \"new.c\" has no committed revision\n"}});
 }
 
@@ -118,7 +123,7 @@ TEST_F(BrowsingTest, BranchTellsTrunkAndBranchesByTheUsualLayout) {
                           {{"branch", sandbox_.url("tags")}, "", 0, noBranch},
                           {{"branch", "--json"},
                            "[{\"QuenSourceControlOperationNameKey\":"
-                           "\"QuenSourceControlTrunkBranchName\"}]\n"},
+                           "\"QuenSourceControlTrunkBranchName\",\"name\":\"trunk\"}]\n"},
                           {{"branch", "--json", sandbox_.url("tags")}, "[]\n"}});
 }
 
@@ -146,7 +151,8 @@ TEST_F(BrowsingTest, BranchesListsThem) {
                           {{"branches", "--branches", sandbox_.url("tags")}, ""},
                           {{"branches", "--json"},
                            "[{\"QuenSourceControlOperationIsLeafKey\":false,"
-                           "\"QuenSourceControlOperationNameKey\":\"feature\"}]\n"}});
+                           "\"QuenSourceControlOperationNameKey\":\"feature\","
+                           "\"name\":\"feature\",\"kind\":\"dir\"}]\n"}});
 }
 
 TEST_F(BrowsingTest, ASettingsFileAtFaultIsNamedWithItsLine) {
@@ -174,7 +180,8 @@ TEST_F(BrowsingTest, CatPrintsWhatTheRepositoryHolds) {
                 {{"cat", sandbox_.url("trunk/hello.c")}, "one\nTWO\nthree\n"},
                 {{"cat", "-r", "2", "--peg", sandbox_.url("trunk/greet.c")}, "one\ntwo\nthree\n"},
                 {{"cat", "--json", "hello.c"},
-                 "[{\"QuenSourceControlOperationContentKey\":\"one\\nTWO\\nthree\\n\"}]\n"}});
+                 "[{\"QuenSourceControlOperationContentKey\":\"one\\nTWO\\nthree\\n\","
+                 "\"content\":\"one\\nTWO\\nthree\\n\"}]\n"}});
 }
 
 TEST_F(BrowsingTest, CatRefusesWhatItCannotPrint) {
@@ -194,12 +201,10 @@ TEST_F(BrowsingTest, CatRefusesWhatItCannotPrint) {
          {{"cat", "src"},
           "",
           1,
-          "quen cat: \"src\" is not a file. `quen list` shows what a directory holds.\n"},
-         {{"cat", "--json", "blob"},
-          "",
-          1,
-          "quen cat: \"blob\" is not text, and JSON holds nothing else. Without --json it is "
-          "printed as it is.\n"}});
+          "quen cat: \"src\" is not a file. `quen list` shows what a directory holds.\n"}});
+    EXPECT_THAT(sandbox_.quen({"cat", "--json", "blob"}).err,
+                HasSubstr(R"("message":"\"blob\" is not text, and JSON holds nothing else. )"
+                          R"(Without --json it is printed as it is.",)"));
     EXPECT_EQ(sandbox_.quen({"cat", "-r", "1:2", "hello.c"}).status, 2);
 }
 
@@ -222,7 +227,7 @@ TEST_F(BrowsingTest, ExportWritesAFileToAnotherPlace) {
                  "Exported to ../out/blank.txt\n"},
                 {{"export", "--json", "--", "-dash.txt", "../out"},
                  "[{\"QuenSourceControlOperationPathKey\":{\"MarlFilePath\":"
-                 "\"SANDBOX/out/-dash.txt\"}}]\n"},
+                 "\"SANDBOX/out/-dash.txt\"},\"path\":\"SANDBOX/out/-dash.txt\"}]\n"},
                 {{"export", "hello.c", "../out/now.c"},
                  "",
                  1,

@@ -58,11 +58,15 @@ TEST_F(LocalEditCommandsTest, AddTakesNamesAsTheyAre) {
 
 TEST_F(LocalEditCommandsTest, AddTellsWhatIsWrong) {
     commitFiles({"a.c"});
-    expectEach(sandbox_, {{{"add", "nowhere"}, "", 1, "quen add: \"nowhere\" does not exist.\n"},
-                          {{"add", "--json", "."},
-                           "null\n",
-                           1,
-                           "quen add: \".\" is already under version control\n"}});
+    expectEach(sandbox_,
+               {{{"add", "nowhere"}, "", 1, "quen add: \"nowhere\" does not exist.\n"},
+                {{"add", "."}, "", 1, "quen add: \".\" is already under version control\n"}});
+    const Ran json = sandbox_.quen({"add", "--json", "."});
+    EXPECT_EQ(json.out, "null\n");
+    EXPECT_THAT(json.err, StartsWith(R"({"error":{"exitStatus":1,)"
+                                     R"("domain":"QuenSourceControlTaskErrorDomain","code":150002,)"
+                                     R"("message":"\".\" is already under version control",)"));
+    EXPECT_EQ(json.status, 1);
 }
 
 /// The client says nothing of a path that is not there.
@@ -93,7 +97,9 @@ TEST_F(LocalEditCommandsTest, RevertTakesNamesAsTheyAre) {
     expectEach(sandbox_, {{withNames({"revert", "--yes"}, awkwardNames),
                            "Reverted 11 items. `quen undo` brings back what the files held.\n"},
                           {withNames({"revert"}, awkwardNames), "Nothing to revert.\n"},
-                          {{"revert", "--json", "."}, "null\n"}});
+                          {{"revert", "--json", "."},
+                           "{\"summary\":\"Nothing to revert.\",\"revision\":null,"
+                           "\"items\":0}\n"}});
 
     EXPECT_EQ(sandbox_.svn({"status"}), "");
     EXPECT_EQ(sandbox_.read("icon@2x.png"), "one\n");
@@ -403,7 +409,10 @@ TEST_F(TransferCommandsTest, CheckoutNamesTheDirectoryAfterTheURL) {
     EXPECT_EQ(checkout({sandbox_.url("trunk"), "-r", "1", "--", "-old@1"}).out,
               "Checked out revision 1 to ./-old@1.\n");
     EXPECT_EQ(sandbox_.neutral(checkout({"--json", sandbox_.url("trunk/d"), "x"}).out),
-              "[{\"QuenSourceControlOperationPathKey\":{\"MarlFilePath\":\"x\"}}]\n");
+              "{\"QuenSourceControlOperationPathKey\":{\"MarlFilePath\":\"x\"},\"path\":\"x\","
+              "\"summary\":\"Checked out revision 2 to x (1 item).\",\"revision\":2,\"items\":1,"
+              "\"changes\":[{\"path\":\"x/e.c\",\"action\":\"added\",\"properties\":\"none\"}],"
+              "\"conflicts\":[],\"skipped\":[]}\n");
 
     EXPECT_EQ(sandbox_.read(place / "a b@1/c.c"), "one\n");
     EXPECT_TRUE(std::filesystem::exists(place / "-old@1/.svn"));
@@ -418,8 +427,8 @@ TEST_F(TransferCommandsTest, CheckoutTellsThatThereIsNothing) {
                            "in the repository.\n"
                            "quen checkout: `quen list` of the directory above shows what is "
                            "there.\n"},
-                          {{"checkout", "--json", sandbox_.url("trunk"), "x", "-r", "9"},
-                           "null\n",
+                          {{"checkout", sandbox_.url("trunk"), "x", "-r", "9"},
+                           "",
                            1,
                            "quen checkout: The revision 9 was not found for the file "
                            "\"file://SANDBOX/repository/trunk\".\n"
@@ -456,7 +465,10 @@ TEST_F(TransferCommandsTest, UpdateGoesToARevision) {
     expectEach(sandbox_, {{{"update"}, "Already up to date at revision 2.\n"},
                           {{"update", "-r", "1"}, "Updated to revision 1 (2 items).\n"},
                           {{"update"}, "Updated to revision 2 (2 items).\n"},
-                          {{"update", "--json", "-r", "1", "a.c"}, "null\n"},
+                          {{"update", "--json", "-r", "1", "a.c"},
+                           "{\"summary\":\"Updated to revision 1 (1 item).\",\"revision\":1,"
+                           "\"items\":1,\"changes\":[{\"path\":\"a.c\",\"action\":\"deleted\","
+                           "\"properties\":\"none\"}],\"conflicts\":[],\"skipped\":[]}\n"},
                           {{"update", "-r", "99"},
                            "",
                            1,
@@ -498,7 +510,9 @@ TEST_F(IgnoreCommandsTest, NamesGoIntoTheListOfTheirDirectoryAndOut) {
     EXPECT_EQ(ignored("src"), "\xC3\xBC.log\n\n");
 
     expectEach(sandbox_, {{{"unignore", "with blank"}, "Removed 1 pattern from svn:ignore.\n"},
-                          {{"unignore", "--json", "src/\xC3\xBC.log"}, "[]\n"}});
+                          {{"unignore", "--json", "src/\xC3\xBC.log"},
+                           "{\"summary\":\"Removed 1 pattern from svn:ignore.\","
+                           "\"revision\":null,\"items\":0}\n"}});
     EXPECT_EQ(ignored(), "*.o\n\n");
     EXPECT_EQ(sandbox_.svn({"proplist", "src"}), "");
 }

@@ -58,13 +58,16 @@ TEST_F(CommitCommandTest, TellsTheNewRevision) {
                  "added  a.c\nCommitted revision 2.\n"},
                 {{"commit", "-m", "Again"},
                  "Nothing to commit.\nNot sent, because not under version control: notes.txt\n"},
-                {{"commit", "--json", "-m", "Again"}, "null\n"},
-                {{"commit", "--json"}, "null\n"}});
+                {{"commit", "--json", "-m", "Again"},
+                 "{\"summary\":\"Nothing to commit.\",\"revision\":null,\"items\":0}\n"},
+                {{"commit", "--json"},
+                 "{\"summary\":\"Nothing to commit.\",\"revision\":null,\"items\":0}\n"}});
     EXPECT_EQ(messageOf("2"), "-- \"First\"\n\n$HOME \xC3\xBC\n");
 
     sandbox_.write("a.c", "two\n");
     expectEach(sandbox_, {{{"commit", "--json", "--message=[WIP]", "a.c"},
-                           "[{\"QuenSourceControlOperationRevisionKey\":\"3\"}]\n"}});
+                           "{\"QuenSourceControlOperationRevisionKey\":\"3\",\"revision\":3,"
+                           "\"summary\":\"Committed revision 3.\",\"items\":1}\n"}});
     EXPECT_EQ(messageOf("3"), "[WIP]\n");
 }
 

@@ -142,7 +142,9 @@ TEST_F(DiffTest, SummarisesWhatDiffersBetweenTwoPlaces) {
                            "[{\"QuenSourceControlOperationWCStatusKey\":4,"
                            "\"QuenSourceControlOperationIsLeafKey\":true,"
                            "\"QuenSourceControlOperationPathKey\":"
-                           "\"file://SANDBOX/repository/trunk/icon@2x.txt\"}]\n"}});
+                           "\"file://SANDBOX/repository/trunk/icon@2x.txt\","
+                           "\"path\":\"file://SANDBOX/repository/trunk/icon@2x.txt\","
+                           "\"kind\":\"file\",\"localFlags\":4}]\n"}});
 }
 
 TEST_F(DiffTest, SaysWhatIsWrong) {

@@ -123,7 +123,8 @@ TEST_F(InterruptTest, TellsHowToCleanUpAWorkingCopy) {
     EXPECT_EQ(cleaned.status, 0);
     EXPECT_EQ(sandbox_.quen({"add", "a.c"}).status, 0);
     EXPECT_EQ(sandbox_.quen({"cleanup", ".."}).status, 1);
-    EXPECT_EQ(sandbox_.quen({"cleanup", "--json"}).out, "null\n");
+    EXPECT_EQ(sandbox_.neutral(sandbox_.quen({"cleanup", "--json"}).out),
+              "[{\"path\":\"SANDBOX/wc\"}]\n");
 }
 
 TEST_F(InterruptTest, AQueryIsInterruptedToo) {
@@ -401,11 +402,14 @@ TEST_F(QuestionTest, UndoNeverOverwritesNewerWork) {
 }
 
 TEST_F(QuestionTest, WhatIsPrintedAsJsonIsUndoneAsWell) {
-    EXPECT_EQ(sandbox_.quen({"revert", "--yes", "--json", "a.c"}).out, "null\n");
+    EXPECT_EQ(sandbox_.quen({"revert", "--yes", "--json", "a.c"}).out,
+              "{\"summary\":\"Reverted 1 item. `quen undo` brings back what the files held.\","
+              "\"revision\":null,\"items\":1}\n");
     EXPECT_EQ(sandbox_.neutral(sandbox_.quen({"undo", "--json"}).out),
-              "[{\"QuenSourceControlOperationPathKey\":{\"MarlFilePath\":\"SANDBOX/wc/a.c\"}}]\n");
+              "[{\"QuenSourceControlOperationPathKey\":{\"MarlFilePath\":\"SANDBOX/wc/a.c\"},"
+              "\"path\":\"SANDBOX/wc/a.c\"}]\n");
     EXPECT_EQ(sandbox_.read("a.c"), "two\n");
-    EXPECT_EQ(sandbox_.quen({"undo", "--json"}).out, "null\n");
+    EXPECT_EQ(sandbox_.quen({"undo", "--json"}).out, "[]\n");
 }
 
 TEST_F(QuestionTest, RemoveAsksForWhatIsOnTheDiskAlone) {

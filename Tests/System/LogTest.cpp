@@ -130,7 +130,11 @@ TEST_F(LogTest, GivesScriptsTheRecordsOfTheOperation) {
                            "\"QuenSourceControlOperationFilesKey\":"
                            "{\"/trunk/greet.c\":12,\"/trunk/icon@2x.txt\":12},"
                            "\"QuenSourceControlOperationMessageKey\":"
-                           "\"Shout\\n\\nLouder is clearer.\"}]\n"}});
+                           "\"Shout\\n\\nLouder is clearer.\","
+                           "\"revision\":3,\"author\":\"bob\",\"date\":\"DATE\","
+                           "\"message\":\"Shout\\n\\nLouder is clearer.\","
+                           "\"paths\":[{\"path\":\"/trunk/greet.c\",\"action\":\"M\"},"
+                           "{\"path\":\"/trunk/icon@2x.txt\",\"action\":\"M\"}]}]\n"}});
 }
 
 TEST_F(LogTest, SaysWhatIsWrong) {

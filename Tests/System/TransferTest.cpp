@@ -112,8 +112,13 @@ TEST_F(TransferTest, UpdateTellsFromAnywhereAndAsJson) {
 
     const Ran ran = sandbox_.quen({"update", "--json", "wc/text", "wc/dir"}, sandbox_.root());
 
-    EXPECT_EQ(ran.out, "null\n");
-    EXPECT_THAT(ran.err, HasSubstr("\n  wc/text       theirs: wc/text.theirs.r3\n"));
+    const std::string out = sandbox_.neutral(ran.out);
+    EXPECT_THAT(out, HasSubstr(R"("revision":3,)"));
+    EXPECT_THAT(out, HasSubstr(R"({"path":"SANDBOX/wc/text","kind":"text","state":"settled",)"
+                               R"("theirs":"SANDBOX/wc/text.theirs.r3","mine":null,)"
+                               R"("description":null,"revision":3})"));
+    EXPECT_THAT(ran.err, HasSubstr(R"({"error":{"exitStatus":3,)"));
+    EXPECT_THAT(ran.err, HasSubstr("theirs: wc/text.theirs.r3\""));
     EXPECT_EQ(ran.status, 3);
     EXPECT_EQ(sandbox_.read("dir/in it.theirs.r3"), "1\ntheirs\n3\n");
 }

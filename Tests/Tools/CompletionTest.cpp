@@ -46,7 +46,8 @@ TEST(Completion, FollowsTheCommandLine) {
              {{"commit", "a", "b", ""}, Kind::changedFiles},
              {{"commit", "--", "-"}, Kind::changedFiles},
              {{"add", ""}, Kind::unversionedFiles},
-             {{"help", "--frob="}, Kind::files},
+             {{"help", "sta"}, Kind::words, {"status"}},
+             {{"help", "status", "a"}, Kind::words},
          }) {
         SCOPED_TRACE(testing::PrintToString(each.words));
         const Completion completion = completionOf(program, each.words);

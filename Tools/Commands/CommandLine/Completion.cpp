@@ -38,7 +38,7 @@ Kind kindOfValue(const std::string& name, const CommandText& command) {
 /// The words of a command line, read up to the last one.
 class Reading {
 public:
-    explicit Reading(const CommandText& program) : command_(&program) {}
+    explicit Reading(const CommandText& program) : program_(program), command_(&program) {}
 
     void take(const std::string& word) {
         if (option_ != nullptr) {
@@ -93,15 +93,24 @@ private:
         return completion;
     }
 
-    Completion argument(const std::string& last) const {
-        Completion completion{Kind::words, {}, last};
-        for (const CommandText& each : command_->commands) {
-            if (names_ == 0 && !each.isHidden) {
+    static void addCommands(const CommandText& command, Completion& completion) {
+        for (const CommandText& each : command.commands) {
+            if (!each.isHidden) {
                 completion.candidates.push_back(
                     {each.name.substr(each.name.rfind(' ') + 1), each.help});
             }
         }
+    }
+
+    Completion argument(const std::string& last) const {
+        Completion completion{Kind::words, {}, last};
         const auto& arguments = command_->arguments;
+        if (names_ == 0) {
+            addCommands(*command_, completion);
+        }
+        if (names_ == 0 && !arguments.empty() && arguments[0].name == "COMMAND") {
+            addCommands(program_, completion);
+        }
         if (completion.candidates.empty() && !arguments.empty()) {
             const std::size_t index = std::min(names_, arguments.size() - 1);
             const bool isThere = names_ < arguments.size() || arguments.back().isRepeated;
@@ -110,6 +119,7 @@ private:
         return completion;
     }
 
+    const CommandText& program_;
     const CommandText* command_;
     const OptionText* option_ = nullptr;
     bool onlyNames_ = false;

@@ -119,7 +119,7 @@ bool HistoryFilter::admits(const HistoryEntry& entry) const {
         }
     }
     return text.empty() || containsIgnoringCase(entry.message.view(), text) ||
-           std::any_of(entry.paths.begin(), entry.paths.end(), [&](const ChangedPath& path) {
+           std::any_of(entry.paths.begin(), entry.paths.end(), [&](const HistoryPath& path) {
                return containsIgnoringCase(path.path.view(), text);
            });
 }

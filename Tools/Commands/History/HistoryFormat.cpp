@@ -39,7 +39,7 @@ std::string authorText(const CommitFacts& commit) {
     return commit.author.isEmpty() ? "(no author)" : printable(commit.author.view());
 }
 
-std::string origin(const ChangedPath& path) {
+std::string origin(const HistoryPath& path) {
     if (path.copiedFrom.isNil()) {
         return {};
     }
@@ -47,9 +47,9 @@ std::string origin(const ChangedPath& path) {
            (path.copiedFromRevision ? "@" + std::to_string(*path.copiedFromRevision) : "") + ")";
 }
 
-std::string pathsText(const std::vector<ChangedPath>& paths, const Palette& palette) {
+std::string pathsText(const std::vector<HistoryPath>& paths, const Palette& palette) {
     Table table;
-    for (const ChangedPath& path : paths) {
+    for (const HistoryPath& path : paths) {
         const auto words = wordsForStatus(statusOf(path.action));
         const StatusWord word = words.empty() ? StatusWord{"changed"} : words.front();
         table.add({{"  "},
@@ -125,7 +125,7 @@ Dictionary contractRecord(const HistoryEntry& entry, bool hasPaths) {
     }
     if (!entry.paths.empty()) {
         Dictionary files = Dictionary::empty();
-        for (const ChangedPath& path : entry.paths) {
+        for (const HistoryPath& path : entry.paths) {
             files.set(path.path, statusOf(path.action));
         }
         record.set(QuenSourceControlOperationFilesKey, std::move(files));
@@ -149,7 +149,7 @@ Dictionary shortRecord(const HistoryEntry& entry, bool hasPaths) {
         return record;
     }
     Array paths = Array::empty();
-    for (const ChangedPath& path : entry.paths) {
+    for (const HistoryPath& path : entry.paths) {
         Dictionary item = Dictionary::empty();
         item.set("path", path.path);
         item.set("action", String(std::string(1, path.action)));

@@ -44,7 +44,7 @@ ReportIndex HistoryCollector::indexOfBranch(const std::string& branch) {
 }
 
 /// A name may have been used twice; the younger branch is the one that is told of.
-void HistoryCollector::addBranchEvent(const ChangedPath& path, ReportIndex branch,
+void HistoryCollector::addBranchEvent(const HistoryPath& path, ReportIndex branch,
                                       std::int64_t revision) {
     const std::string from =
         path.copiedFrom.isNil() ? std::string() : layout_.branchOf(path.copiedFrom.view());
@@ -62,7 +62,7 @@ void HistoryCollector::addBranchEvent(const ChangedPath& path, ReportIndex branc
     }
 }
 
-void HistoryCollector::addPath(const ChangedPath& path, ReportRevision& revision) {
+void HistoryCollector::addPath(const HistoryPath& path, ReportRevision& revision) {
     const std::string branch = layout_.branchOf(path.path.view());
     if (!branch.empty()) {
         const ReportIndex index = indexOfBranch(branch);
@@ -96,7 +96,7 @@ bool HistoryCollector::add(const HistoryEntry& entry) {
     revision.date = dateOf(entry.commit);
     revision.author = indexOfAuthor(entry.commit.author);
     revision.message = entry.message;
-    for (const ChangedPath& path : entry.paths) {
+    for (const HistoryPath& path : entry.paths) {
         addPath(path, revision);
     }
     if (revision.changes.size() < revision.changeCount) {

@@ -32,8 +32,8 @@ private:
     ReportIndex indexOfPath(const std::string& path);
     ReportIndex indexOfAuthor(const String& author);
     ReportIndex indexOfBranch(const std::string& branch);
-    void addPath(const ChangedPath& path, ReportRevision& revision);
-    void addBranchEvent(const ChangedPath& path, ReportIndex branch, std::int64_t revision);
+    void addPath(const HistoryPath& path, ReportRevision& revision);
+    void addBranchEvent(const HistoryPath& path, ReportIndex branch, std::int64_t revision);
 
     const ProjectLayout& layout_;
     const ReportLimits& limits_;

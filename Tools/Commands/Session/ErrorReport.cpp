@@ -96,7 +96,10 @@ void ErrorReport::finish(int status) {
         return;
     }
     std::cerr.rdbuf(former_);
-    std::cerr << (status == ExitSuccess ? said_.str() : textFor(status)) << std::flush;
+    // A preview that finds something to look at has said so in its result.
+    const bool hasFailed =
+        status != ExitSuccess && (status != ExitConflicts || !said_.str().empty());
+    std::cerr << (hasFailed ? textFor(status) : said_.str()) << std::flush;
     former_ = nullptr;
     active = nullptr;
 }

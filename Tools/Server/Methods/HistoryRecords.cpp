@@ -33,7 +33,7 @@ String stringIn(const OrderedJson& json) {
 
 OrderedJson logEntryJson(const HistoryEntry& entry) {
     OrderedJson files = OrderedJson::array();
-    for (const ChangedPath& file : entry.paths) {
+    for (const HistoryPath& file : entry.paths) {
         files.push_back({{"path", toJson(file.path)}, {"action", wordOf(file.action)}});
     }
     return {{"revision", entry.commit.revision.value_or(0)},
@@ -49,7 +49,7 @@ HistoryEntry logEntryFrom(const OrderedJson& json) {
                     stringIn(json.at("date"))};
     entry.message = stringIn(json.at("message"));
     for (const OrderedJson& file : json.at("files")) {
-        ChangedPath path;
+        HistoryPath path;
         path.path = stringIn(file.at("path"));
         path.action = letterOf(file.at("action").get<std::string>());
         entry.paths.push_back(std::move(path));
