@@ -30,6 +30,7 @@ set(QUEN_PUBLIC_HEADERS
     Foundation/Ambient.h
     Foundation/Data.h
     Foundation/Date.h
+    Foundation/DictionaryKeys.h
     Foundation/Export.h
     Foundation/Format.h
     Foundation/Lines.h
@@ -38,6 +39,7 @@ set(QUEN_PUBLIC_HEADERS
     Foundation/PathComponents.h
     Foundation/PegPath.h
     Foundation/PercentCoding.h
+    Foundation/RecordMemory.h
     Foundation/Shared.h
     Foundation/String.h
     Foundation/URL.h

@@ -18,8 +18,11 @@ namespace quen::test {
 namespace {
 
 static_assert(std::ranges::contiguous_range<const Array>);
-static_assert(std::ranges::contiguous_range<const Dictionary>);
 static_assert(std::ranges::sized_range<const Array>);
+// Its keys and its values lie apart, so that an entry is a pair of references.
+static_assert(std::ranges::input_range<const Dictionary>);
+static_assert(std::ranges::sized_range<const Dictionary>);
+static_assert(std::same_as<std::ranges::range_value_t<const Dictionary>, Dictionary::Entry>);
 static_assert(std::same_as<std::ranges::range_value_t<Array>, Value>);
 static_assert(std::constructible_from<std::string, const String&>);
 static_assert(std::constructible_from<std::string_view, const String&>);
