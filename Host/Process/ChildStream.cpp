@@ -13,14 +13,10 @@ namespace {
 /// What a pipe holds unless somebody changed it.
 constexpr std::size_t usualPipeSize = 64 * 1024;
 
-/// What a fast client writes while the host leaves the pipe alone must fit in here. Not the most
-/// that could be had, which a user has only for a few dozen pipes.
-constexpr int widePipeSize = 256 * 1024;
-
 } // namespace
 
-void ChildStream::widen() noexcept {
-    static_cast<void>(::fcntl(readEnd_.number(), F_SETPIPE_SZ, widePipeSize));
+void ChildStream::widen(std::size_t size) noexcept {
+    static_cast<void>(::fcntl(readEnd_.number(), F_SETPIPE_SZ, static_cast<int>(size)));
 }
 
 std::size_t ChildStream::capacity() const noexcept {

@@ -18,8 +18,8 @@ public:
         : data_(std::move(data)), watcher_(watcher), keeps_(keeps) {}
 
     void open(FileDescriptor readEnd) noexcept { readEnd_ = std::move(readEnd); }
-    /// Makes the pipe hold more than usual, where the system allows it.
-    void widen() noexcept;
+    /// Makes the pipe hold so much, where the system allows it.
+    void widen(std::size_t size) noexcept;
     /// How much the pipe holds before who writes into it must wait.
     std::size_t capacity() const noexcept;
     bool isOpen() const noexcept { return readEnd_.isOpen(); }

@@ -37,7 +37,6 @@ SpawnResult startChild(const ProcessInvocation& invocation, ChildStream& output,
     SpawnResult result = spawn(
         invocation, {input.number(), outputPipe->writeEnd.number(), errorPipe->writeEnd.number()});
     output.open(std::move(outputPipe->readEnd));
-    output.widen();
     errors.open(std::move(errorPipe->readEnd));
     return result;
 }

@@ -20,6 +20,12 @@ constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot 
 /// and the end of the stream are seen at once all the same.
 constexpr std::chrono::milliseconds gatheringTime{2};
 
+/// What a child writes in that time must fit into the pipe, or the child waits. Only one that is
+/// seen to write so fast gets the most that can be had, which a user has only for a few dozen
+/// pipes.
+constexpr std::size_t widePipe = 256 * 1024;
+constexpr std::size_t widestPipe = 1024 * 1024;
+
 /// Any limit may be given, the largest number too.
 RunClock::TimePoint after(RunClock::TimePoint time, std::chrono::milliseconds span) noexcept {
     const auto most =
@@ -48,7 +54,8 @@ ProcessRun::ProcessRun(const ProcessInvocation& invocation, const CancelWatch& c
                        ChildProcess& child, ChildStream& output, ChildStream& errors,
                        const RunClock& clock, TimePoint start) noexcept
     : invocation_(invocation), cancel_(cancel), child_(child), output_(output), errors_(errors),
-      clock_(clock), outputCapacity_(output.capacity()) {
+      clock_(clock) {
+    widenOutput(widePipe);
     if (invocation.limits.total) {
         totalDeadline_ = after(start, *invocation.limits.total);
     }
@@ -122,9 +129,16 @@ void ProcessRun::wait() noexcept {
 }
 
 void ProcessRun::takeOutput() noexcept {
-    if (keep([this] { return output_.read(); }) < outputCapacity_ / 2) {
+    if (keep([this] { return output_.readAll(); }) < outputCapacity_ / 2) {
         outputPauseEnd_ = after(clock_.now(), gatheringTime);
+    } else if (outputCapacity_ < widestPipe && output_.isOpen()) {
+        widenOutput(widestPipe);
     }
+}
+
+void ProcessRun::widenOutput(std::size_t size) noexcept {
+    output_.widen(size);
+    outputCapacity_ = output_.capacity();
 }
 
 /// Reads, and bears what reading throws. How many bytes came.

@@ -33,6 +33,7 @@ private:
     std::chrono::nanoseconds uncounted() const noexcept;
     void wait() noexcept;
     void takeOutput() noexcept;
+    void widenOutput(std::size_t size) noexcept;
     template <typename Read> std::size_t keep(Read read) noexcept;
     bool noteEnd() noexcept;
     void enforce() noexcept;
@@ -49,7 +50,7 @@ private:
     ChildStream& output_;
     ChildStream& errors_;
     const RunClock& clock_;
-    const std::size_t outputCapacity_;
+    std::size_t outputCapacity_ = 0;
 
     Phase phase_ = Phase::running;
     // Both as if no time were left uncounted.
