@@ -3,9 +3,9 @@
 #include "Fuzz/Support/Report.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-namespace quen {
+namespace quen::fuzz {
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const ReportChoices choices = reportChoices(input);
     const Outcome outcome = agreedOutcome<SVNBlameOperation>(
         choices, {.type = RequestTypeBlame, .files = StringArray{"a.c"}});
@@ -17,4 +17,4 @@ void fuzz(FuzzInput input) {
                                     {QuenSourceControlOperationDateKey, FieldKind::date}});
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -112,7 +112,7 @@ void requireBetter(const Error& translated) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const unsigned end = input.byte();
     const ClientMessage message = readClientMessage(input.rest());
     const ClientMessage expected = expectedMessage(input.rest());
@@ -132,4 +132,4 @@ void fuzz(FuzzInput input) {
     requireBetter(error);
 }
 
-} // namespace quen
+} // namespace quen::fuzz

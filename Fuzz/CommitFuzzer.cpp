@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -51,7 +51,7 @@ Value expectedResult(std::string_view output) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const ReportChoices choices = reportChoices(input);
     const Outcome outcome = agreedOutcome<SVNCommitOperation>(
         choices, {.type = RequestTypeCommit,
@@ -61,4 +61,4 @@ void fuzz(FuzzInput input) {
     require(!outcome.error, "a commit's output has an error");
 }
 
-} // namespace quen
+} // namespace quen::fuzz

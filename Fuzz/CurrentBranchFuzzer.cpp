@@ -6,7 +6,7 @@
 
 #include <vector>
 
-namespace quen {
+namespace quen::fuzz {
 
 using namespace test;
 
@@ -29,7 +29,7 @@ std::vector<QuenSourceControlSourceTreePtr> sourceTrees() {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     static const std::vector<QuenSourceControlSourceTreePtr> trees = sourceTrees();
     const ReportChoices choices = reportChoices(input);
     const Outcome outcome = agreedOutcome<SVNCurrentBranchOperation>(
@@ -39,4 +39,4 @@ void fuzz(FuzzInput input) {
     requireRecords(outcome.result, {{QuenSourceControlOperationNameKey, FieldKind::text, true}});
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -96,7 +96,7 @@ void fuzzPattern(FuzzInput input) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     if (input.rest().starts_with('%')) {
         input.byte();
         fuzzPattern(input);
@@ -107,4 +107,4 @@ void fuzz(FuzzInput input) {
     require(!date || dateText(*date) == input.rest(), "a date prints as another");
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -3,9 +3,9 @@
 #include "Fuzz/Support/Report.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-namespace quen {
+namespace quen::fuzz {
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const ReportChoices choices = reportChoices(input);
     const bool hasRange = (choices.options & 1) != 0;
     const Outcome outcome = agreedOutcome<SVNDiffOperation>(
@@ -21,4 +21,4 @@ void fuzz(FuzzInput input) {
                                     {QuenSourceControlOperationPathKey, FieldKind::text, true}});
 }
 
-} // namespace quen
+} // namespace quen::fuzz

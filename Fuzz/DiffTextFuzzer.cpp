@@ -4,9 +4,9 @@
 #include "Fuzz/Support/Text.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-namespace quen {
+namespace quen::fuzz {
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const ReportChoices choices = reportChoices(input);
     const Outcome outcome = agreedOutcome<SVNDiffOperation>(
         choices, {.type = RequestTypeDiff,
@@ -21,4 +21,4 @@ void fuzz(FuzzInput input) {
     require(!outcome.error, "a text has an error");
 }
 
-} // namespace quen
+} // namespace quen::fuzz

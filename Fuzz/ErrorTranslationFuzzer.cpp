@@ -15,7 +15,7 @@
 #include <memory>
 #include <string>
 
-namespace quen {
+namespace quen::fuzz {
 
 using namespace test;
 
@@ -71,7 +71,7 @@ void requireNoticeIsDropped(Make make, const std::string& text) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const unsigned which = input.byte() % makers.size();
     const unsigned end = input.byte();
     const std::string_view errors = input.rest();
@@ -91,4 +91,4 @@ void fuzz(FuzzInput input) {
     requireNoticeIsDropped(makers.at(which), std::string(errors));
 }
 
-} // namespace quen
+} // namespace quen::fuzz

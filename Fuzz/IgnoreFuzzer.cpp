@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-namespace quen {
+namespace quen::fuzz {
 
 using namespace test;
 
@@ -154,7 +154,7 @@ void fuzzList(std::int32_t type, std::string_view name, std::string_view list) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const std::string_view name = input.line();
     const ReportChoices choices = reportChoices(input);
     const std::int32_t type = (choices.options & 1) != 0 ? RequestTypeIgnore : RequestTypeUnignore;
@@ -168,4 +168,4 @@ void fuzz(FuzzInput input) {
     require(outcome.runs.size() == 1 || !outcome.error, "an edit follows a query that failed");
 }
 
-} // namespace quen
+} // namespace quen::fuzz

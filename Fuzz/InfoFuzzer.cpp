@@ -5,9 +5,9 @@
 
 #include <array>
 
-namespace quen {
+namespace quen::fuzz {
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     // A check looks at nothing, so it gets a small share.
     constexpr std::array types{RequestTypeInfoCheck, RequestTypeInfoCheckAlternate};
     const ReportChoices choices = reportChoices(input);
@@ -27,4 +27,4 @@ void fuzz(FuzzInput input) {
                                     {QuenSourceControlOperationDateKey, FieldKind::date}});
 }
 
-} // namespace quen
+} // namespace quen::fuzz

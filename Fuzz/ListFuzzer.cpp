@@ -4,11 +4,11 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tests/Support/Trees.h"
 
-namespace quen {
+namespace quen::fuzz {
 
 using namespace test;
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     static const auto tree = repository({.branchesLocation = "file:///r/branches"});
     const ReportChoices choices = reportChoices(input);
     const Outcome outcome = agreedOutcome<SVNListOperation>(
@@ -20,4 +20,4 @@ void fuzz(FuzzInput input) {
                                     {QuenSourceControlOperationNameKey, FieldKind::text}});
 }
 
-} // namespace quen
+} // namespace quen::fuzz

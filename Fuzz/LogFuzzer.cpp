@@ -3,7 +3,7 @@
 #include "Fuzz/Support/Report.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -17,7 +17,7 @@ void requireFiles(const Dictionary& files) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const ReportChoices choices = reportChoices(input);
     const Outcome outcome = agreedOutcome<SVNLogOperation>(
         choices, {.type = (choices.options & 1) != 0 ? RequestTypeLogAll : RequestTypeLog,
@@ -36,4 +36,4 @@ void fuzz(FuzzInput input) {
     }
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::fuzz {
 
 using namespace tools;
 
@@ -35,7 +35,7 @@ std::vector<std::string> membersOf(const OrderedJson& json) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     static RequestConsole console = makeConsole();
     static const std::vector<std::string> served{"authenticationRequired",
                                                  "valid",
@@ -59,4 +59,4 @@ void fuzz(FuzzInput input) {
     require(nlohmann::json::accept(answer.json.dump()), "the answer is not JSON");
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-namespace quen {
+namespace quen::fuzz {
 
 using namespace tools::server;
 
@@ -73,7 +73,7 @@ std::size_t converse(std::string_view stream) {
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const std::size_t size = 1 + input.byte() % 64;
     const std::string_view stream = input.rest();
     require(readInPieces(stream, size) ==
@@ -85,4 +85,4 @@ void fuzz(FuzzInput input) {
             "a request without an id");
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -3,9 +3,9 @@
 #include "Fuzz/Support/Report.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-namespace quen {
+namespace quen::fuzz {
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     const ReportChoices choices = reportChoices(input);
     const Outcome outcome = agreedOutcome<SVNStatusOperation>(
         choices, {.type = (choices.options & 1) != 0 ? RequestTypeRemoteStatus : RequestTypeStatus,
@@ -19,4 +19,4 @@ void fuzz(FuzzInput input) {
                     {QuenSourceControlOperationRepositoryStatusKey, FieldKind::integer, true}});
 }
 
-} // namespace quen
+} // namespace quen::fuzz

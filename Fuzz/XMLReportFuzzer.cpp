@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -90,7 +90,7 @@ Reading piecesBy(bool byExpatAlone, std::string_view report, const Choices& choi
 
 } // namespace
 
-void fuzz(FuzzInput input) {
+void run(FuzzInput input) {
     Choices choices;
     const unsigned options = input.byte();
     choices.hasContainers = (options & 1) != 0;
@@ -107,4 +107,4 @@ void fuzz(FuzzInput input) {
     }
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -36,7 +36,7 @@ Lists listsFor(const std::vector<String>& paths, const QueryRunner& run) {
         if (lists.contains(directory)) {
             continue;
         }
-        const auto query = ClientQuery::make(
+        const auto query = ClientCommand::makeQuery(
             {"propget", "--xml", String(ignoreProperty), closedClientPath(directory)});
         run(*query);
         lists[directory] = {ignoreListIn(query->output()->bytes()), query->error()};

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/Value.h"
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
 
 #include <optional>

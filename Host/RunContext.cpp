@@ -1,18 +1,13 @@
 #include "Host/RunContext.h"
 
 #include "Foundation/Format.h"
+#include "Host/ClientLookup.h"
 #include "Host/ClientRunner.h"
 #include "Host/Credentials/SignInRunner.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <mutex>
 #include <string>
-#include <string_view>
-#include <system_error>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -41,33 +36,6 @@ public:
         }
     }
 };
-
-/// The value that a child sees; nil where it sees none.
-String variable(const EnvironmentChanges& changes, const char* name) {
-    const auto found = std::find_if(changes.rbegin(), changes.rend(),
-                                    [name](const auto& change) { return change.first == name; });
-    return found != changes.rend() ? found->second
-                                   : String(std::getenv(name)); // NOLINT(concurrency-mt-unsafe)
-}
-
-/// A directory may be called `svn` too.
-bool isProgram(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(path, ignored) && access(path.c_str(), X_OK) == 0;
-}
-
-/// The first directory of a list with colons that holds an executable `svn`.
-String directoryOfClient(std::string_view path) {
-    while (!path.empty()) {
-        const std::size_t end = std::min(path.find(':'), path.size());
-        const std::string directory(path.substr(0, end));
-        if (directory.starts_with('/') && isProgram(directory + "/svn")) {
-            return directory;
-        }
-        path.remove_prefix(std::min(end + 1, path.size()));
-    }
-    return "/usr/bin";
-}
 
 } // namespace
 
@@ -203,7 +171,7 @@ RunContext RunContext::withAssertionHandler(AssertionHandler handler) const {
 
 String RunContext::toolsDirectory() const {
     return state_->toolsDirectory.isNil()
-               ? directoryOfClient(variable(state_->environment, "PATH").view())
+               ? directoryOfClient(variableOf(state_->environment, "PATH").view())
                : state_->toolsDirectory;
 }
 
@@ -215,7 +183,7 @@ String RunContext::temporaryDirectory() const {
     if (!state_->temporaryDirectory.isNil()) {
         return state_->temporaryDirectory;
     }
-    const String directory = variable(state_->environment, "TMPDIR");
+    const String directory = variableOf(state_->environment, "TMPDIR");
     return directory.isEmpty() ? "/tmp" : directory;
 }
 

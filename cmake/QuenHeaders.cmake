@@ -45,7 +45,7 @@ set(QUEN_PUBLIC_HEADERS
     Foundation/URL.h
     Foundation/Value.h
     Foundation/XMLReport.h
-    Host/ClientQuery.h
+    Host/ClientCommand.h
     Host/ClientRunner.h
     Host/Credentials/CredentialSource.h
     Host/Credentials/Credentials.h

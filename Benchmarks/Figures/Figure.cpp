@@ -6,7 +6,7 @@
 #include <iostream>
 #include <utility>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -46,4 +46,4 @@ std::string decimals(double number, int count) {
     return text.data();
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// One measured number, with what it may be at most.
 struct Figure {
@@ -30,4 +30,4 @@ double median(std::vector<double> numbers);
 /// `decimals(1.25, 1)` is `1.2`.
 std::string decimals(double number, int count);
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-namespace quen {
+namespace quen::benchmarks {
 
 void BareExpat::parse(std::string_view piece, bool isLast) {
     if (XML_Parse(parser_.get(), piece.data(), static_cast<int>(piece.size()), isLast ? 1 : 0) !=
@@ -11,4 +11,4 @@ void BareExpat::parse(std::string_view piece, bool isLast) {
     }
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// A pass of expat without any handler: every byte seen and checked, nothing done with it. It
 /// throws where the report is malformed.
@@ -23,4 +23,4 @@ private:
                                                                     &XML_ParserFree};
 };
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -18,7 +18,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -168,13 +168,13 @@ private:
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::benchmarks
 
 int main(int argc, char** argv) {
-    for (const quen::ReportKind& kind : quen::reportKinds()) {
+    for (const quen::benchmarks::ReportKind& kind : quen::benchmarks::reportKinds()) {
         benchmark::RegisterBenchmark(
             std::string(kind.name).c_str(),
-            [&kind](benchmark::State& state) { quen::readInTurn(state, kind); })
+            [&kind](benchmark::State& state) { quen::benchmarks::readInTurn(state, kind); })
             ->ArgName("MB")
             ->Arg(1)
             ->Arg(10)
@@ -188,7 +188,7 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 1;
     }
-    quen::TableReporter table;
+    quen::benchmarks::TableReporter table;
     benchmark::RunSpecifiedBenchmarks(&table);
     benchmark::Shutdown();
     return table.areMet() ? 0 : 1;

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -157,4 +157,4 @@ const std::vector<ReportKind>& reportKinds() {
     return kinds;
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// Reports as the client prints them, of any size and always the same.
 ///
@@ -33,4 +33,4 @@ struct ReportKind {
 
 const std::vector<ReportKind>& reportKinds();
 
-} // namespace quen
+} // namespace quen::benchmarks

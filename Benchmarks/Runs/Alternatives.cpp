@@ -7,7 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -112,4 +112,4 @@ Figures measureAlternatives(const Question& question, const std::function<double
     return figures;
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// A question to the client, in the words of each who is to ask it.
 struct Question {
@@ -27,4 +27,4 @@ struct Question {
 Figures measureAlternatives(const Question& question, const std::function<double()>& run,
                             std::size_t turns);
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <string>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// How large the data is that everything is measured on.
 struct Sizes {
@@ -35,4 +35,4 @@ Figures measureConcurrency(const Sizes& sizes);
 int hostOneReport(const std::string& kind);
 int hostStarts(std::size_t megabytes);
 
-} // namespace quen
+} // namespace quen::benchmarks

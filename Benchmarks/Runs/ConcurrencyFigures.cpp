@@ -7,7 +7,7 @@
 
 #include <thread>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -48,4 +48,4 @@ Figures measureConcurrency(const Sizes& sizes) {
     return figures;
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <stdexcept>
 
-namespace quen {
+namespace quen::benchmarks {
 
 Figures measureConsole(const Sizes& sizes) {
     const std::size_t requests = sizes.files / 3;
@@ -34,4 +34,4 @@ Figures measureConsole(const Sizes& sizes) {
     return figures;
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <thread>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -48,4 +48,4 @@ Cost costBesideNeighbour(const std::function<void()>& work) {
     return costOf(work);
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

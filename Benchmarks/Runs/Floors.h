@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// What the client costs in any host, whatever that makes of the output: the floors below which no
 /// operation can come.
@@ -21,4 +21,4 @@ void runAndCheck(const std::vector<std::string>& arguments);
 /// times above 1 is what the processors take from each other. The processor time is of both.
 Cost costBesideNeighbour(const std::function<void()>& work);
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -10,7 +10,7 @@
 #include <iostream>
 #include <map>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -82,4 +82,4 @@ Figures measureMemory(const Sizes& sizes) {
     return figures;
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -8,7 +8,7 @@
 
 #include <functional>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -179,4 +179,4 @@ Figures measureInfo(const Sizes& sizes) {
                    sizes.pairs * pairsForOne);
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

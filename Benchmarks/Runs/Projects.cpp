@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -156,4 +156,4 @@ std::string makeLongFile(const std::string& place, std::size_t lines) {
     return load(place, path) + "/long.txt";
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

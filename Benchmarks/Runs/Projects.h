@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// Real repositories and working copies of any size, in a place that must be a directory. Each
 /// answers what to ask the client about.
@@ -17,4 +17,4 @@ std::string makeLongHistory(const std::string& place, std::size_t revisions);
 /// A file that many revisions wrote a share of; its URL.
 std::string makeLongFile(const std::string& place, std::size_t lines);
 
-} // namespace quen
+} // namespace quen::benchmarks

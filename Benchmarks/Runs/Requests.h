@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// An operation for one file or place.
 inline QuenSourceControlOperationPtr operationOn(std::int32_t type, const std::string& file,
@@ -27,4 +27,4 @@ inline std::size_t recordsOf(const QuenSourceControlOperation& operation) {
     return operation.result().array()->count();
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

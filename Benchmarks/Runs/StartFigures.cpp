@@ -6,7 +6,7 @@
 #include <iostream>
 #include <memory>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -61,4 +61,4 @@ Figures measureStart(const Sizes& sizes) {
     return figures;
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

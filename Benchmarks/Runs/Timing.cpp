@@ -14,7 +14,7 @@
 
 extern char** environ;
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -118,4 +118,4 @@ std::string toolPath(const std::string& tool) {
     return RunContext::current().toolsDirectory().str() + "/" + tool;
 }
 
-} // namespace quen
+} // namespace quen::benchmarks

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::benchmarks {
 
 /// What a piece of work took: time on the clock, and the processors' time of this process and of
 /// the children that it waited for.
@@ -26,4 +26,4 @@ std::string outputOf(const std::string& program, const std::vector<std::string>&
 /// The client's own program, `svn`, or another of its family.
 std::string toolPath(const std::string& tool = "svn");
 
-} // namespace quen
+} // namespace quen::benchmarks

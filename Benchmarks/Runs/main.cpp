@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace quen {
+namespace quen::benchmarks {
 
 namespace {
 
@@ -42,11 +42,11 @@ int run(std::vector<std::string> words) {
 
 } // namespace
 
-} // namespace quen
+} // namespace quen::benchmarks
 
 int main(int argc, char** argv) {
     try {
-        return quen::run({argv + 1, argv + argc});
+        return quen::benchmarks::run({argv + 1, argv + argc});
     } catch (const std::exception& error) {
         std::cerr << "RunsBenchmark: " << error.what() << '\n';
         return 2;

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <string_view>
 
-namespace quen {
+namespace quen::fuzz {
 
 /// Says what does not hold and ends the process, which makes the input a finding.
 [[noreturn]] void reportFinding(std::string_view what);
@@ -33,4 +33,4 @@ template <typename A, typename B> void requireEqual(const A& a, const B& b, std:
     }
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -107,4 +107,4 @@ Outcome outcomeOf(const QuenSourceControlOperationPtr& operation, std::vector<Pl
             std::exchange(host.remarks, {}), host.runner->takeAsked()};
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::fuzz {
 
 /// A run of the client as a target plays it. The texts outlive the run.
 struct PlayedRun {
@@ -38,4 +38,4 @@ struct Outcome {
 /// without threads, with the played runs one after the other; those behind the last are empty.
 Outcome outcomeOf(const QuenSourceControlOperationPtr& operation, std::vector<PlayedRun> runs);
 
-} // namespace quen
+} // namespace quen::fuzz

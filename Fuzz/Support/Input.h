@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace quen {
+namespace quen::fuzz {
 
 /// The bytes of one execution: what the target chooses by, in front, then what it reads.
 class FuzzInput {
@@ -36,6 +36,6 @@ private:
 };
 
 /// One execution. Each target defines it.
-void fuzz(FuzzInput input);
+void run(FuzzInput input);
 
-} // namespace quen
+} // namespace quen::fuzz

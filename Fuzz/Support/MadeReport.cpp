@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -191,4 +191,4 @@ std::string madeReport(FuzzInput input) {
     }
 }
 
-} // namespace quen
+} // namespace quen::fuzz

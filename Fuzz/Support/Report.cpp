@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -85,4 +85,4 @@ void requireRecords(const Value& result, std::initializer_list<Field> fields) {
     }
 }
 
-} // namespace quen
+} // namespace quen::fuzz

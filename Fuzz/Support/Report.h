@@ -7,7 +7,7 @@
 #include <initializer_list>
 #include <memory>
 
-namespace quen {
+namespace quen::fuzz {
 
 using namespace test;
 
@@ -48,4 +48,4 @@ struct Field {
 /// The result is nothing, or a list of records that hold these fields and no others.
 void requireRecords(const Value& result, std::initializer_list<Field> fields);
 
-} // namespace quen
+} // namespace quen::fuzz

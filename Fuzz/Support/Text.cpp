@@ -1,6 +1,6 @@
 #include "Fuzz/Support/Text.h"
 
-namespace quen {
+namespace quen::fuzz {
 
 namespace {
 
@@ -89,4 +89,4 @@ std::optional<std::string> expectedText(std::string_view bytes) {
     return text + decodedLine(line);
 }
 
-} // namespace quen
+} // namespace quen::fuzz

@@ -122,6 +122,20 @@ int make(const fs::path& path, const fs::path& persons, const SignInFacts& facts
 
 } // namespace
 
+void SignInFacts::put(const SignInFacts& more) {
+    for (const KeptPassword& password : more.passwords) {
+        std::erase_if(passwords,
+                      [&](const KeptPassword& each) { return each.realm == password.realm; });
+        passwords.push_back(password);
+    }
+    for (const TrustedCertificate& certificate : more.certificates) {
+        std::erase_if(certificates, [&](const TrustedCertificate& each) {
+            return each.name == certificate.name;
+        });
+        certificates.push_back(certificate);
+    }
+}
+
 int makeConfigDirectory(const std::string& path, const std::string& persons,
                         const SignInFacts& facts) {
     return make(path, persons, facts, true);

@@ -19,6 +19,8 @@ struct SignInFacts {
     std::vector<TrustedCertificate> certificates = {};
 
     bool isEmpty() const { return passwords.empty() && certificates.empty(); }
+    /// Adds these, in the place of what was there of the same realm or name.
+    void put(const SignInFacts& more);
 };
 
 /// Makes a configuration directory of the client at `path`: links to all that the person's own one

@@ -1,6 +1,5 @@
 #include "Host/Credentials/SignInSteps.h"
 
-#include "Foundation/Format.h"
 #include "Foundation/PegPath.h"
 
 #include <algorithm>
@@ -39,25 +38,6 @@ std::string urlAmong(const ToolInvocation& invocation, const ServerQuestions& qu
     return questions.urlOfWorkingCopy(".");
 }
 
-bool isAmong(const std::vector<KeptPassword>& passwords, const String& realm) {
-    return std::any_of(passwords.begin(), passwords.end(),
-                       [&](const KeptPassword& each) { return realm.view() == each.realm; });
-}
-
-void put(SignInFacts& facts, const SignInFacts& more) {
-    for (const KeptPassword& password : more.passwords) {
-        std::erase_if(facts.passwords,
-                      [&](const KeptPassword& each) { return each.realm == password.realm; });
-        facts.passwords.push_back(password);
-    }
-    for (const TrustedCertificate& certificate : more.certificates) {
-        std::erase_if(facts.certificates, [&](const TrustedCertificate& each) {
-            return each.name == certificate.name;
-        });
-        facts.certificates.push_back(certificate);
-    }
-}
-
 TaskFailure failureOf(SignInProblem problem) {
     switch (problem) {
     case SignInProblem::noPassword: return TaskFailure::noPassword;
@@ -91,7 +71,7 @@ std::unique_ptr<SignInAttempt> SignInSteps::prepare() {
     CredentialKeeper::Snapshot snapshot = keeper_.snapshot(user_);
     since_ = snapshot.number;
     facts_ = std::move(snapshot.facts);
-    put(facts_, once_);
+    facts_.put(once_);
     failure_ = std::nullopt;
     std::stop_source stop;
     auto questions =
@@ -150,17 +130,6 @@ void SignInSteps::findSecureShellsReason() {
     failure_->clientText = words;
 }
 
-bool SignInSteps::mayAskAbout(const std::string& realm) const {
-    return credentials_->mayAsk() && !keeper_.wasRefusedSince(realm, credentials_->act());
-}
-
-CredentialKeeper::Turn SignInSteps::takeTurn(const std::string& server) {
-    SignInFacts waited;
-    const auto turn = keeper_.takeTurn(server, since_, waited, stop_);
-    put(once_, waited);
-    return turn;
-}
-
 /// Of an external the client says no more than that it could not get there.
 bool SignInSteps::isExternalHad(const SignInAttempt& attempt) {
     const auto prompt = questions().promptAt(url_);
@@ -173,122 +142,6 @@ bool SignInSteps::isExternalHad(const SignInAttempt& attempt) {
         return isCertificateTrusted();
     }
     return false;
-}
-
-bool SignInSteps::isPasswordHad(const SignInAttempt& attempt) {
-    if (!credentials_->mayAsk() && attempt.facts().passwords.empty()) {
-        return false;
-    }
-    const std::string server = serverOf(url_);
-    if (const auto turn = takeTurn(server); turn != CredentialKeeper::Turn::mine) {
-        return turn == CredentialKeeper::Turn::answered;
-    }
-    CredentialTurn turn(keeper_, server);
-    const auto prompt = questions().promptAt(url_);
-    if (!prompt || prompt->kind != ClientPrompt::Kind::password) {
-        return false;
-    }
-    if (!isRealmOf(prompt->realm.view(), url_)) {
-        failure_->nextStep =
-            formatText("%@ asks in a name that is not its own, so nobody was asked "
-                       "for a password. Ask whoever runs it.",
-                       {String(server)});
-        return false;
-    }
-    const auto refused = attempt.usedPassword(prompt->realm.str());
-    if (refused) {
-        keeper_.forget(refused->realm, refused->number);
-        fail(TaskFailure::wrongPassword, refused->user);
-    } else if (isAmong(facts_.passwords, prompt->realm)) {
-        return false; // the client does not take what is known, and would not take more
-    }
-    return mayAskAbout(prompt->realm.str()) && askForPassword(*prompt, refused, turn);
-}
-
-bool SignInSteps::askForPassword(const ClientPrompt& prompt,
-                                 const std::optional<KeptPassword>& refused, CredentialTurn& turn) {
-    const CredentialQuestion question{.kind = CredentialKind::password,
-                                      .realm = prompt.realm,
-                                      .url = url_,
-                                      .user = refused ? String(refused->user) : prompt.user,
-                                      .isUserFixed = !user_.empty(),
-                                      .wasRefused = refused.has_value()};
-    auto answer = credentials_->source().answer(question, stop_);
-    if (stop_.stop_requested()) {
-        return false;
-    }
-    if (!answer) {
-        keeper_.noteRefusal(prompt.realm.str());
-        return false;
-    }
-    const String user = answer->user.isEmpty() ? question.user : answer->user;
-    if (question.isUserFixed && user != question.user) {
-        keeper_.noteRefusal(prompt.realm.str());
-        failure_->nextStep = formatText("The request signs in as %@, so the password of %@ cannot "
-                                        "be used. Name the right user in the request.",
-                                        {question.user, user});
-        return false;
-    }
-    KeptPassword password{.realm = prompt.realm.str(),
-                          .user = user.str(),
-                          .secret = std::make_shared<const Secret>(std::move(answer->secret))};
-    promised_ = std::nullopt;
-    if (answer->keep == CredentialKeep::once) {
-        password.number = keeper_.noteAnswer();
-        put(once_, {{password}, {}});
-        turn.setAnswered(password.number, {{password}, {}});
-        return true;
-    }
-    if (answer->keep == CredentialKeep::client) {
-        promised_ = password;
-    }
-    turn.setAnswered(keeper_.keep(std::move(password)));
-    return true;
-}
-
-bool SignInSteps::isCertificateTrusted() {
-    if (!credentials_->mayAsk()) {
-        return false;
-    }
-    const std::string server = serverOf(url_);
-    if (const auto turn = takeTurn(server); turn != CredentialKeeper::Turn::mine) {
-        return turn == CredentialKeeper::Turn::answered;
-    }
-    CredentialTurn turn(keeper_, server);
-    const auto prompt = questions().promptAt(url_);
-    return prompt && prompt->kind == ClientPrompt::Kind::certificate && mayAskAbout(server) &&
-           prompt->certificate.fingerprint != lastFingerprint_ && askForTrust(*prompt, turn);
-}
-
-bool SignInSteps::askForTrust(const ClientPrompt& prompt, CredentialTurn& turn) {
-    const CredentialQuestion question{.kind = CredentialKind::certificate,
-                                      .realm = serverOf(url_),
-                                      .url = url_,
-                                      .certificate = prompt.certificate};
-    const auto answer = credentials_->source().answer(question, stop_);
-    if (stop_.stop_requested()) {
-        return false;
-    }
-    if (!answer) {
-        keeper_.noteRefusal(serverOf(url_));
-        return false;
-    }
-    lastFingerprint_ = prompt.certificate.fingerprint;
-    const ServerQuestions asking = questions();
-    const auto certificate = asking.trust(url_, prompt.certificate.fingerprint);
-    if (!certificate) {
-        return false;
-    }
-    if (answer->keep == CredentialKeep::once) {
-        put(once_, {{}, {*certificate}});
-        turn.setAnswered(keeper_.noteAnswer(), {{}, {*certificate}});
-        return true;
-    }
-    if (answer->keep == CredentialKeep::client) {
-        asking.keepInPersonsHome(*certificate);
-    }
-    turn.setAnswered(keeper_.keep(*certificate));
-    return true;
 }
 
 void SignInSteps::keepWhatWasPromised() {

@@ -11,9 +11,6 @@ namespace quen {
 // One line of what the client prints while it changes something, taken apart. Private to
 // `ChangeFactsReader`. Every function answers nullopt for a line of another kind.
 
-/// Columns, or a sentence about one item: `U    a.c`, `Restored 'a.c'`, `Sending        a.c`.
-std::optional<ChangedItem> itemIn(std::string_view line, ChangeColumns columns);
-
 /// `Skipped 'a.c' -- Node remains in conflict`.
 std::optional<SkippedItem> skippedIn(std::string_view line);
 

@@ -1,6 +1,7 @@
 #include "Host/Facts/StatusFacts.h"
 
 #include "Host/Facts/RecordReading.h"
+#include "Host/Places/Locations.h"
 
 #include <algorithm>
 #include <array>
@@ -57,11 +58,6 @@ void takeRepositoryStatus(const XMLElement& status, TextTaker& texts, StatusEntr
     entry.incomingItem = sharedWord(status.attribute("item"));
     entry.incomingProperties = sharedWord(status.attribute("props"));
     entry.repositoryLock = texts.takeLock(status);
-}
-
-bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept {
-    return path.starts_with(directory) &&
-           (path.size() == directory.size() || path[directory.size()] == '/');
 }
 
 /// The other end of a move, in the form of the entry's path. The client writes an end that lies

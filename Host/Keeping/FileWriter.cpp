@@ -2,15 +2,12 @@
 
 #include "Foundation/PathComponents.h"
 #include "Host/Keeping/FileErrors.h"
+#include "Host/Keeping/FileNames.h"
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
-#include <filesystem>
-#include <random>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace quen {
@@ -20,62 +17,9 @@ namespace {
 constexpr std::string_view couldNotBeWritten = "could not be written";
 constexpr int attempts = 100;
 
-std::string directoryOf(const std::string& path) {
-    const std::string_view parent = deletingLastPathComponent(path);
-    return parent.empty() ? "." : std::string(parent);
-}
-
-std::string randomName() {
-    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789";
-    thread_local std::random_device device;
-    std::uniform_int_distribution<std::size_t> choice(0, letters.size() - 1);
-    std::string name = ".quen-";
-    for (int i = 0; i < 12; ++i) {
-        name += letters[choice(device)];
-    }
-    return name;
-}
-
-/// Where a link leads, through further links; the link need not lead to anything that exists.
-std::string destinationOf(const std::string& path) {
-    std::error_code error;
-    const auto resolved = std::filesystem::weakly_canonical(path, error);
-    if (!error && !std::filesystem::is_symlink(resolved, error)) {
-        return resolved.string();
-    }
-    std::filesystem::path at = path;
-    for (int i = 0; i < 40 && std::filesystem::is_symlink(at, error); ++i) {
-        at = at.parent_path() / std::filesystem::read_symlink(at, error);
-    }
-    return at.string();
-}
-
 /// The permissions that the kernel lets a file inherit from another.
 mode_t permissionsOf(const struct stat& facts) noexcept {
     return facts.st_mode & 07777U;
-}
-
-/// Renames without replacing. Not every file system knows how; a second name does the same.
-int renameToNew(const char* from, const char* to) noexcept {
-    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) {
-        return 0;
-    }
-    if (errno != EINVAL && errno != ENOSYS) {
-        return -1;
-    }
-    if (::link(from, to) != 0) {
-        return -1;
-    }
-    ::unlink(from);
-    return 0;
-}
-
-/// So that the new name outlives a power cut, where the file system can do that.
-void syncDirectory(const std::string& path) noexcept {
-    const FileDescriptor directory(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (directory.number() >= 0) {
-        ::fsync(directory.number());
-    }
 }
 
 } // namespace
@@ -110,7 +54,7 @@ Error FileWriter::open() {
         if (options_.link == Link::replaced) {
             return options_.existing == Existing::refused ? fail(EEXIST) : openBeside();
         }
-        target_ = destinationOf(target_);
+        target_ = destinationOfLink(target_);
         if (::lstat(target_.c_str(), &facts) != 0) {
             return errno == ENOENT ? openBeside() : fail(errno);
         }
@@ -131,7 +75,7 @@ Error FileWriter::openTarget() {
 
 Error FileWriter::openBeside() {
     for (int i = 0; i < attempts; ++i) {
-        const String path = appendingPathComponent(directoryOf(target_), randomName());
+        const String path = appendingPathComponent(directoryOfFile(target_), randomFileName());
         file_ = FileDescriptor(::open(path.c_str(),
                                       O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
                                       options_.mode.value_or(0666) & 0777U));
@@ -198,7 +142,7 @@ Error FileWriter::place() {
     }
     beside_.clear();
     if (options_.isSynced) {
-        syncDirectory(directoryOf(target_));
+        syncDirectory(directoryOfFile(target_));
     }
     return {};
 }

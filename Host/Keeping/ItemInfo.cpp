@@ -31,7 +31,7 @@ std::map<std::string, InfoEntry> askItemInfo(const std::vector<std::string>& abs
         for (std::size_t i = first; i < std::min(absolutePaths.size(), first + atOnce); ++i) {
             arguments.emplace_back(closedClientPath(absolutePaths[i]));
         }
-        const auto query = ClientQuery::make(std::move(arguments));
+        const auto query = ClientCommand::makeQuery(std::move(arguments));
         run(*query);
         InfoFactsReader reader;
         reader.take(query->output()->bytes());

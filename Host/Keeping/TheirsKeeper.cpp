@@ -48,8 +48,8 @@ Placement placeBeside(const std::string& path, const std::string& suffix, std::s
 }
 
 Placement keepText(const std::string& path, const Incoming& incoming, const QueryRunner& run) {
-    const auto query =
-        ClientQuery::make({"cat", "-r", String(incoming.revision), String(incoming.location)});
+    const auto query = ClientCommand::makeQuery(
+        {"cat", "-r", String(incoming.revision), String(incoming.location)});
     run(*query);
     return query->error()
                ? Placement{{}, query->error()}
@@ -58,7 +58,7 @@ Placement keepText(const std::string& path, const Incoming& incoming, const Quer
 
 Placement keepProperties(const std::string& path, const Incoming& incoming,
                          const QueryRunner& run) {
-    const auto query = ClientQuery::make(
+    const auto query = ClientCommand::makeQuery(
         {"proplist", "-v", "-r", String(incoming.revision), String(incoming.location)});
     run(*query);
     if (query->error()) {

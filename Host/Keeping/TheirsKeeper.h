@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/Export.h"
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "Host/Facts/ChangeFacts.h"
 
 #include <cstdint>

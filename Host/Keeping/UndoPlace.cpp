@@ -3,6 +3,7 @@
 #include "Host/Keeping/FileErrors.h"
 #include "Host/Keeping/FileWriter.h"
 #include "Host/Keeping/FreeName.h"
+#include "Host/Places/Locations.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -48,11 +49,6 @@ bool holdTheSame(const std::string& a, const std::string& b) {
 }
 
 } // namespace
-
-bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept {
-    return path.starts_with(directory) &&
-           (path.size() == directory.size() || path[directory.size()] == '/');
-}
 
 std::string UndoPlace::makeParent() const {
     const fs::path parent = fs::path(path_).parent_path();

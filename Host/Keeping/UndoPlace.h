@@ -38,7 +38,4 @@ private:
     const std::string path_;
 };
 
-/// By components: `/a/b` lies below `/a`, `/ab` does not.
-bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept;
-
 } // namespace quen

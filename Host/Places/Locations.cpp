@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
+#include <system_error>
 
 namespace quen {
 
@@ -30,6 +32,29 @@ bool isRepositoryURL(std::string_view location) {
            std::all_of(scheme.begin(), scheme.end(), [](unsigned char c) {
                return std::isalnum(c) != 0 || c == '+' || c == '-' || c == '.';
            });
+}
+
+bool isOnDisk(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+std::string plainPath(const std::string& path) {
+    std::string plain = std::filesystem::path(path).lexically_normal().string();
+    while (plain.size() > 1 && plain.ends_with('/')) {
+        plain.pop_back();
+    }
+    return plain;
+}
+
+std::string absolutePath(const std::string& path) {
+    std::error_code ignored;
+    return plainPath(std::filesystem::absolute(path, ignored).string());
+}
+
+bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept {
+    return path.starts_with(directory) &&
+           (path.size() == directory.size() || directory == "/" || path[directory.size()] == '/');
 }
 
 std::string directoryNameFor(const std::string& url) {

@@ -12,6 +12,18 @@ namespace quen {
 /// else is a path.
 bool isRepositoryURL(std::string_view location);
 
+/// Whether something has that name on the disk; a link counts, wherever it leads.
+bool isOnDisk(const std::string& path);
+
+/// As it is named without `.` and `..` parts and without slashes at the end; links are not
+/// followed.
+std::string plainPath(const std::string& path);
+/// Likewise, from the root on; empty where the current directory is needed and cannot be told.
+std::string absolutePath(const std::string& path);
+
+/// By components: `/a/b` lies at or below `/a`, `/ab` does not; a path lies at or below itself.
+bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept;
+
 /// The directory that a checkout of a URL is named after: its last part, decoded.
 std::string directoryNameFor(const std::string& url);
 

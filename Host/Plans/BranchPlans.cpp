@@ -14,7 +14,8 @@ namespace quen {
 namespace {
 
 InfoFacts infoOf(const String& location, const QueryRunner& run, Error& error) {
-    const auto query = ClientQuery::make({"info", "--xml", closedClientPath(location.str())});
+    const auto query =
+        ClientCommand::makeQuery({"info", "--xml", closedClientPath(location.str())});
     run(*query);
     error = query->error();
     InfoFactsReader reader;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "Host/Facts/ReportFacts.h"
 
 #include <string>

@@ -1,4 +1,5 @@
 #include "Foundation/PathComponents.h"
+#include "Host/Places/Locations.h"
 #include "Host/Plans/PlanQueries.h"
 #include "Host/Plans/Plans.h"
 #include "Host/WorkingCopyCleanup.h"
@@ -87,7 +88,7 @@ std::vector<String> directoriesAbove(const std::vector<CommitGroup>& groups) {
         for (const String& path : group.paths) {
             const std::string_view top = group.workingCopy.view();
             for (auto parent = deletingLastPathComponent(path.view());
-                 !top.empty() && liesAtOrBelow(parent, top) && found.emplace(parent).second;
+                 !top.empty() && isAtOrBelow(parent, top) && found.emplace(parent).second;
                  parent = deletingLastPathComponent(parent)) {
             }
         }
@@ -103,7 +104,7 @@ void findNeeded(CommitPlan& plan, const QueryRunner& run) {
     for (const StatusEntry& entry : above.facts.entries) {
         const bool isNew = entry.item.view() == "added" || entry.item.view() == "replaced";
         const bool leads = std::any_of(sent.begin(), sent.end(), [&](const std::string& path) {
-            return liesAtOrBelow(path, entry.path.view());
+            return isAtOrBelow(path, entry.path.view());
         });
         if (isNew && leads && !sent.contains(entry.path.view())) {
             plan.needsParents.push_back(entry.path);
@@ -123,7 +124,8 @@ void findNeeded(CommitPlan& plan, const QueryRunner& run) {
 CommitPlan planCommit(const std::vector<String>& paths, const QueryRunner& run) {
     CommitPlan plan;
     std::vector<String> plain;
-    std::transform(paths.begin(), paths.end(), std::back_inserter(plain), plainPath);
+    std::transform(paths.begin(), paths.end(), std::back_inserter(plain),
+                   [](const String& path) { return String(plainPath(path.str())); });
     StatusAnswer answer = askStatus(plain, {"--ignore-externals"}, run);
     plan.error = answer.error;
     plan.unreadable = std::move(answer.facts.unreadable);

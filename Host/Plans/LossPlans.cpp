@@ -37,11 +37,6 @@ bool isDirectory(const StatusEntry& entry) {
         std::filesystem::symlink_status(entry.path.str(), ignored));
 }
 
-bool isOnDisk(const StatusEntry& entry) {
-    std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::symlink_status(entry.path.str(), ignored));
-}
-
 CopiedEdits editsIn(const StatusFacts& facts, const QueryRunner& run) {
     std::vector<String> copies;
     for (const StatusEntry& entry : facts.entries) {
@@ -63,7 +58,7 @@ bool holdsOwnContent(const StatusEntry& entry, const CopiedEdits& edits) {
     // Something else may stand where an item is deleted: a revert puts the item in its place.
     const bool standsThere = isOneOf(entry.item, {"replaced", "deleted"}) ||
                              (entry.isTreeConflict && entry.item.view() != "added");
-    return standsThere && isOnDisk(entry) && !isDirectory(entry);
+    return standsThere && isOnDisk(entry.path.str()) && !isDirectory(entry);
 }
 
 LostItem lossByRevert(const StatusEntry& entry, const CopiedEdits& edits) {
@@ -82,7 +77,8 @@ LostItem lossByRemoval(const StatusEntry& entry, const CopiedEdits& edits) {
     const bool isNew = isOneOf(entry.item, {"unversioned", "ignored"}) ||
                        (entry.item.view() == "added" && !isTopOfCopy(entry));
     const bool isEmptyAddition = entry.item.view() == "added" && isDirectory(entry);
-    item.losesContent = item.losesContent || (isNew && isOnDisk(entry) && !isEmptyAddition);
+    item.losesContent =
+        item.losesContent || (isNew && isOnDisk(entry.path.str()) && !isEmptyAddition);
     return item;
 }
 
@@ -92,7 +88,7 @@ void askRemoved(const std::vector<String>& urls, RemoteRemovePlan& plan, const Q
     for (const String& url : urls) {
         arguments.push_back(closedClientPath(url.str()));
     }
-    const auto query = ClientQuery::make(std::move(arguments));
+    const auto query = ClientCommand::makeQuery(std::move(arguments));
     run(*query);
     InfoFactsReader reader;
     reader.take(query->output()->bytes());
@@ -106,7 +102,8 @@ void askRemoved(const std::vector<String>& urls, RemoteRemovePlan& plan, const Q
 }
 
 std::size_t askItemsBelow(const String& url, Error& error, const QueryRunner& run) {
-    const auto query = ClientQuery::make({"list", "-R", "--xml", closedClientPath(url.str())});
+    const auto query =
+        ClientCommand::makeQuery({"list", "-R", "--xml", closedClientPath(url.str())});
     run(*query);
     ListFactsReader reader;
     reader.take(query->output()->bytes());

@@ -6,7 +6,6 @@
 #include "Host/WorkingCopyCleanup.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 namespace quen {
@@ -73,7 +72,7 @@ StatusAnswer askStatus(const std::vector<String>& paths, const StringArray& opti
     StringArray command{"status", "--xml"};
     command.insert(command.end(), options.begin(), options.end());
     inGroups(paths, command, closed, [&](StringArray arguments) {
-        const auto query = ClientQuery::make(std::move(arguments));
+        const auto query = ClientCommand::makeQuery(std::move(arguments));
         run(*query);
         StatusFactsReader reader;
         reader.take(query->output()->bytes());
@@ -110,7 +109,7 @@ CopiedEdits askCopiedEdits(const std::vector<String>& paths, const QueryRunner& 
     // A person's own program for differences would write in a form of its own.
     const StringArray command{"diff", "--internal-diff", "--depth", "empty"};
     inGroups(paths, command, asItIs, [&](StringArray arguments) {
-        const auto query = ClientQuery::make(std::move(arguments));
+        const auto query = ClientCommand::makeQuery(std::move(arguments));
         run(*query);
         CopiedEdits some = copiedEditsIn(query->output()->bytes());
         all.texts.merge(some.texts);
@@ -124,24 +123,11 @@ std::string askPropertyDifferences(const std::vector<String>& paths, const Query
     std::string text;
     const StringArray command{"diff", "--internal-diff", "--properties-only", "--depth", "empty"};
     inGroups(paths, command, asItIs, [&](StringArray arguments) {
-        const auto query = ClientQuery::make(std::move(arguments));
+        const auto query = ClientCommand::makeQuery(std::move(arguments));
         run(*query);
         text += query->output()->bytes();
     });
     return text;
-}
-
-String plainPath(const String& path) {
-    std::string plain = std::filesystem::path(path.str()).lexically_normal().string();
-    while (plain.size() > 1 && plain.ends_with('/')) {
-        plain.pop_back();
-    }
-    return plain;
-}
-
-bool liesAtOrBelow(std::string_view path, std::string_view directory) noexcept {
-    return path.starts_with(directory) &&
-           (path.size() == directory.size() || directory == "/" || path[directory.size()] == '/');
 }
 
 } // namespace quen

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "Host/Facts/StatusFacts.h"
 
 #include <set>
@@ -35,11 +35,5 @@ std::string askPropertyDifferences(const std::vector<String>& paths, const Query
 
 /// The sections of a plain diff, for `askCopiedEdits`.
 CopiedEdits copiedEditsIn(std::string_view diff);
-
-/// Without slashes at the end and without `.` parts.
-String plainPath(const String& path);
-
-/// By components; a path lies at or below itself.
-bool liesAtOrBelow(std::string_view path, std::string_view directory) noexcept;
 
 } // namespace quen

@@ -27,7 +27,8 @@ bool isNew(const StatusEntry& entry) noexcept {
 /// A switch and a merge ask for the state of the target alone.
 template <typename Plan>
 StatusFacts takeLocalChanges(Plan& plan, const String& path, const QueryRunner& run) {
-    StatusAnswer answer = askStatus({plainPath(path)}, {"--no-ignore", "--ignore-externals"}, run);
+    StatusAnswer answer =
+        askStatus({plainPath(path.str())}, {"--no-ignore", "--ignore-externals"}, run);
     plan.error = answer.error;
     plan.unreadable = answer.facts.unreadable;
     for (const StatusEntry& entry : answer.facts.entries) {
@@ -41,7 +42,7 @@ StatusFacts takeLocalChanges(Plan& plan, const String& path, const QueryRunner& 
 /// What differs between two places of the repository, below them; `item` words by path.
 std::map<std::string, std::string> askSummary(const String& from, const String& to, Error& error,
                                               const QueryRunner& run) {
-    const auto query = ClientQuery::make({"diff", "--summarize", "--xml", from, to});
+    const auto query = ClientCommand::makeQuery({"diff", "--summarize", "--xml", from, to});
     run(*query);
     std::map<std::string, std::string> found;
     XMLReportReader reader({"paths", "path"}, [&](const XMLElement& record, std::size_t) {
@@ -60,7 +61,7 @@ std::map<std::string, std::string> askSummary(const String& from, const String& 
 
 /// The place that a working copy rests on, with its revision.
 String restingPlace(const String& path, Error& error, const QueryRunner& run) {
-    const auto query = ClientQuery::make({"info", "--xml", closedClientPath(path.str())});
+    const auto query = ClientCommand::makeQuery({"info", "--xml", closedClientPath(path.str())});
     run(*query);
     InfoFactsReader reader;
     reader.take(query->output()->bytes());
@@ -129,7 +130,7 @@ MergePlan planMerge(const String& source, const String& target, const String& ra
     }
     arguments.push_back(source);
     arguments.push_back(closedClientPath(target.str()));
-    const auto query = ClientQuery::make(std::move(arguments));
+    const auto query = ClientCommand::makeQuery(std::move(arguments));
     run(*query);
     ChangeFactsReader reader;
     reader.take(query->output()->bytes());
@@ -140,7 +141,7 @@ MergePlan planMerge(const String& source, const String& target, const String& ra
 
 SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& run) {
     SwitchPlan plan;
-    const String top = plainPath(path);
+    const String top = plainPath(path.str());
     const StatusFacts facts = takeLocalChanges(plan, top, run);
     const String from = restingPlace(top, plan.error, run);
     if (from.isNil()) {
@@ -152,7 +153,7 @@ SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& 
         plan.incoming.push_back({String(top.str() + below), String(item)});
     }
     for (const StatusEntry& entry : facts.entries) {
-        const std::string below = liesAtOrBelow(entry.path.view(), top.view())
+        const std::string below = isAtOrBelow(entry.path.view(), top.view())
                                       ? entry.path.str().substr(top.length())
                                       : std::string();
         if (!differences.contains(below)) {
@@ -162,45 +163,6 @@ SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& 
             plan.changedOnBothSides.push_back(entry);
         } else if (isNew(entry)) {
             plan.inTheWay.push_back(entry);
-        }
-    }
-    return plan;
-}
-
-CheckoutPlan planCheckout(const String& url, const String& directory, const QueryRunner& run) {
-    CheckoutPlan plan;
-    std::error_code error;
-    const fs::path place = plainPath(directory).str();
-    const fs::file_status status = fs::status(place, error);
-    if (!fs::exists(status)) {
-        return plan;
-    }
-    if (!fs::is_directory(status)) {
-        plan.inTheWay.emplace_back(place.string());
-        return plan;
-    }
-    plan.isWorkingCopy = fs::exists(place / ".svn", error);
-    if (fs::is_empty(place, error)) {
-        return plan;
-    }
-    const auto query = ClientQuery::make({"list", "-R", "--xml", url});
-    run(*query);
-    ListFactsReader reader;
-    reader.take(query->output()->bytes());
-    const Error broken = reader.finish();
-    plan.error = query->error() ? query->error() : broken;
-    std::set<std::string> told;
-    for (const ListEntry& entry : reader.facts().entries) {
-        const fs::path existing = place / entry.name.str();
-        const fs::file_status there = fs::symlink_status(existing, error);
-        // What lies in a directory that is in the way itself is not told again.
-        const bool isTold = told.contains(existing.parent_path().string());
-        if (!fs::exists(there)) {
-            continue;
-        }
-        told.insert(existing.string());
-        if (!isTold) {
-            plan.inTheWay.emplace_back(existing.string());
         }
     }
     return plan;

@@ -1,6 +1,6 @@
 #include "Foundation/PathComponents.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace quen::test {
 namespace {

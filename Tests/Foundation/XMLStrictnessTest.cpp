@@ -238,7 +238,7 @@ TEST(XMLStrictnessTest, KnowsJunkBehindTheRootByItsEncoding) {
     }
 }
 
-/// A comment or an instruction that goes wrong there is no junk.
+/// A comment or an instruction that goes wrong there is not junk.
 TEST(XMLStrictnessTest, KnowsFaultyMarkupBehindTheRoot) {
     const struct {
         std::string_view report;

@@ -1,4 +1,4 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 #include "Tools/Console/Base64.h"
 
 #include <filesystem>
@@ -12,21 +12,16 @@ namespace {
 using ::testing::HasSubstr;
 
 /// Changelists, properties, locks, patches, and what an administrator mends.
-class ServeAttributes : public ::testing::Test {
+class ServeAttributes : public ServedFiles {
 protected:
     ServeAttributes() {
         sandbox.write("a.c", "a\n");
         sandbox.write("b@2.c", "b\n");
         sandbox.svn({"add", "-q", "a.c", "b@2.c@"});
         sandbox.commit("Two files");
-        server.initialize();
-        server.ask("workingCopy/open", {{"path", root()}});
+        openWorkingCopy();
     }
 
-    std::string path(const std::string& name) const {
-        return (sandbox.workingCopy() / name).string();
-    }
-    std::string root() const { return sandbox.workingCopy().string(); }
     /// What is kept of an item; null where nothing is.
     Json item(const std::string& name) {
         const Json status = server.ask("workingCopy/status", {{"workingCopy", root()}});
@@ -40,9 +35,6 @@ protected:
     Json properties(const std::string& name) {
         return server.ask("property/list", {{"path", path(name)}}).at("properties");
     }
-
-    Sandbox sandbox;
-    RunningServer server{sandbox};
 };
 
 TEST_F(ServeAttributes, AFileGoesIntoAChangelistAndOutOfIt) {

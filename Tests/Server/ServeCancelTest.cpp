@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <random>
 #include <set>
 

@@ -1,4 +1,4 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -9,41 +9,16 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class ServeChanges : public ::testing::Test {
+class ServeChanges : public ServedFiles {
 protected:
     ServeChanges() {
-        sandbox.write("a.c", "a\n");
-        sandbox.write("d/b.c", "b\n");
-        sandbox.svn({"add", "-q", "a.c", "d"});
-        sandbox.commit("Two files");
-        server.initialize();
-        server.ask("workingCopy/open", {{"path", root()}});
+        commitTwoFiles();
+        openWorkingCopy();
     }
 
-    std::string path(const std::string& name) const {
-        return (sandbox.workingCopy() / name).string();
-    }
-    std::string root() const { return sandbox.workingCopy().string(); }
     Json change(const std::string& method, const Json& params) {
         return server.ask("change/" + method, params);
     }
-    Json counts() {
-        return server.ask("workingCopy/status", {{"workingCopy", root()}}).at("counts");
-    }
-    /// Somebody else commits this text.
-    void changeElsewhere(const std::string& name, const std::string& text) const {
-        const std::string other = (sandbox.root() / "other").string();
-        std::filesystem::remove_all(other);
-        sandbox.svn({"checkout", "-q", sandbox.url("trunk"), other});
-        sandbox.write(std::filesystem::path(other) / name, text);
-        sandbox.svn({"commit", "-q", "-m", "theirs", other});
-    }
-    static Json itemOf(const std::string& path, const std::string& action) {
-        return {{"path", path}, {"action", action}};
-    }
-
-    Sandbox sandbox;
-    RunningServer server{sandbox};
 };
 
 TEST_F(ServeChanges, ACommitAnswersItsRevision) {

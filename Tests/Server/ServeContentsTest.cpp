@@ -1,4 +1,4 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 #include "Tools/Console/Base64.h"
 
 #include <gmock/gmock.h>
@@ -9,7 +9,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class ServeContents : public ::testing::Test {
+class ServeContents : public ServedFiles {
 protected:
     ServeContents() {
         sandbox.write("a.c", "one\ntwo\n");
@@ -20,9 +20,6 @@ protected:
         server.initialize();
     }
 
-    std::string path(const std::string& name) const {
-        return (sandbox.workingCopy() / name).string();
-    }
     std::string content(const Json& params) {
         const Json answer = server.ask("file/content", params);
         const auto bytes = answer.value("base64", Json()).is_string()
@@ -30,9 +27,6 @@ protected:
                                : std::nullopt;
         return bytes.value_or("none: " + answer.dump());
     }
-
-    Sandbox sandbox;
-    RunningServer server{sandbox};
 };
 
 TEST_F(ServeContents, ContentIsByteForByte) {

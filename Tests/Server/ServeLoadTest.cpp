@@ -1,6 +1,6 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace quen::test {
 
@@ -13,12 +13,8 @@ constexpr std::size_t allowedKilobytes = 512 * 1024;
 constexpr std::size_t allowedKilobytes = 8 * 1024;
 #endif
 
-class ServeLoad : public ::testing::Test {
+class ServeLoad : public ServedFiles {
 protected:
-    Sandbox sandbox;
-    RunningServer server{sandbox};
-
-    std::string root() const { return sandbox.workingCopy().string(); }
     /// Sends requests and waits for all answers.
     void askMany(int count, const std::function<int(int)>& start) {
         std::vector<int> ids;

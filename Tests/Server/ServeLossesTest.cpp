@@ -1,4 +1,4 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -9,28 +9,12 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class ServeLosses : public ::testing::Test {
+class ServeLosses : public FilesToServe {
 protected:
     ServeLosses() {
-        sandbox.write("a.c", "a\n");
-        sandbox.write("d/b.c", "b\n");
-        sandbox.svn({"add", "-q", "a.c", "d"});
-        sandbox.commit("Two files");
+        commitTwoFiles();
         sandbox.write("a.c", "edited\n");
     }
-
-    std::string path(const std::string& name) const {
-        return (sandbox.workingCopy() / name).string();
-    }
-    std::string root() const { return sandbox.workingCopy().string(); }
-    static Json itemOf(const std::string& path, const std::string& action) {
-        return {{"path", path}, {"action", action}};
-    }
-    Json counts(RunningServer& server) const {
-        return server.ask("workingCopy/status", {{"workingCopy", root()}}).at("counts");
-    }
-
-    Sandbox sandbox;
 };
 
 TEST_F(ServeLosses, ARevertKeepsWhatItTakesAndUndoBringsItBack) {
@@ -42,7 +26,7 @@ TEST_F(ServeLosses, ARevertKeepsWhatItTakesAndUndoBringsItBack) {
     EXPECT_EQ(done.at("failure"), nullptr) << done;
     EXPECT_EQ(done.at("kept"), Json::array({path("a.c")}));
     EXPECT_EQ(sandbox.read("a.c"), "a\n");
-    EXPECT_EQ(counts(server), Json::object());
+    EXPECT_EQ(countsOf(server), Json::object());
 
     const Json back = server.ask("change/undo", {{"workingCopy", root()}});
     EXPECT_EQ(back.at("step"), "revert") << back;
@@ -50,7 +34,7 @@ TEST_F(ServeLosses, ARevertKeepsWhatItTakesAndUndoBringsItBack) {
     EXPECT_EQ(back.at("notRestored"), Json::array());
     EXPECT_THAT(back.at("notes").dump(), HasSubstr("green"));
     EXPECT_EQ(sandbox.read("a.c"), "edited\n");
-    EXPECT_EQ(counts(server), Json::parse(R"({"modified": 1})"));
+    EXPECT_EQ(countsOf(server), Json::parse(R"({"modified": 1})"));
 
     const Json nothing = server.ask("change/undo", {{"workingCopy", root()}});
     EXPECT_EQ(nothing.at("step"), nullptr) << nothing;

@@ -1,6 +1,5 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 
 namespace quen::test {
@@ -9,21 +8,13 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class ServePlans : public ::testing::Test {
+class ServePlans : public ServedFiles {
 protected:
     ServePlans() {
-        sandbox.write("a.c", "a\n");
-        sandbox.write("d/b.c", "b\n");
-        sandbox.svn({"add", "-q", "a.c", "d"});
-        sandbox.commit("Two files");
-        server.initialize();
-        server.ask("workingCopy/open", {{"path", root()}});
+        commitTwoFiles();
+        openWorkingCopy();
     }
 
-    std::string path(const std::string& name) const {
-        return (sandbox.workingCopy() / name).string();
-    }
-    std::string root() const { return sandbox.workingCopy().string(); }
     Json plan(Json params, const std::string& kind) {
         params["kind"] = kind;
         Json told = server.ask("change/plan", params);
@@ -33,25 +24,9 @@ protected:
     Json planOf(const std::string& name, const std::string& kind) {
         return plan({{"paths", {path(name)}}}, kind);
     }
-    /// Somebody else commits this text on the trunk, or on a branch.
-    void changeElsewhere(const std::string& name, const std::string& text,
-                         const std::string& place = "trunk") const {
-        const std::string other = (sandbox.root() / "other").string();
-        std::filesystem::remove_all(other);
-        sandbox.svn({"checkout", "-q", sandbox.url(place), other});
-        sandbox.write(std::filesystem::path(other) / name, text);
-        sandbox.svn({"add", "-q", "--force", other});
-        sandbox.svn({"commit", "-q", "-m", "theirs", other});
-    }
     void makeBranch() const {
         sandbox.svn({"copy", "-q", "-m", "b", sandbox.url("trunk"), sandbox.url("branches/b")});
     }
-    static Json itemOf(const std::string& path, const std::string& action) {
-        return {{"path", path}, {"action", action}};
-    }
-
-    Sandbox sandbox;
-    RunningServer server{sandbox};
 };
 
 TEST_F(ServePlans, EveryKindAnswersEveryMemberAndChangesNothing) {

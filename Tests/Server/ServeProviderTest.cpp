@@ -1,4 +1,4 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 
 #include <fstream>
 #include <gmock/gmock.h>
@@ -11,7 +11,7 @@ namespace {
 using ::testing::HasSubstr;
 using OrderedJson = nlohmann::ordered_json;
 
-class ServeProvider : public ::testing::Test {
+class ServeProvider : public ServedFiles {
 protected:
     ServeProvider() {
         sandbox.write("a.c", "a\n");
@@ -26,12 +26,6 @@ protected:
         sandbox.write(sandbox.root() / "input.json", input.dump());
         return Json::parse(sandbox.quen({"request", (sandbox.root() / "input.json").string()}).out);
     }
-    std::string path(const std::string& name) const {
-        return (sandbox.workingCopy() / name).string();
-    }
-
-    Sandbox sandbox;
-    RunningServer server{sandbox};
 };
 
 /// Times and fresh names differ from run to run.

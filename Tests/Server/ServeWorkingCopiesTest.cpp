@@ -1,4 +1,4 @@
-#include "Tests/Server/RunningServer.h"
+#include "Tests/Server/ServedFiles.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -11,20 +11,13 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::UnorderedElementsAre;
 
-class ServeWorkingCopies : public ::testing::Test {
+class ServeWorkingCopies : public ServedFiles {
 protected:
     ServeWorkingCopies() {
-        sandbox.write("a.c", "a\n");
-        sandbox.write("d/b.c", "b\n");
-        sandbox.svn({"add", "-q", "a.c", "d"});
-        sandbox.commit("Two files");
+        commitTwoFiles();
         server.initialize();
     }
 
-    std::string path(const std::string& name = {}) const {
-        return (sandbox.workingCopy() / name).lexically_normal().string();
-    }
-    std::string root() const { return sandbox.workingCopy().string(); }
     Json open(const std::string& at) { return server.ask("workingCopy/open", {{"path", at}}); }
     Json status(const Json& more = Json::object()) {
         Json params{{"workingCopy", root()}};
@@ -60,9 +53,6 @@ protected:
         }
         return count;
     }
-
-    Sandbox sandbox;
-    RunningServer server{sandbox};
 };
 
 TEST_F(ServeWorkingCopies, WhoeverAsksFirstTheClientRunsOnce) {

@@ -2,7 +2,7 @@
 #include "Tests/Servers/Passage.h"
 
 #include <filesystem>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <random>
 
 namespace quen::test {

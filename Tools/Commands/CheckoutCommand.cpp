@@ -7,6 +7,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Records.h"
 
 #include <memory>
@@ -28,7 +29,7 @@ Confirmation concernsOfUpdate(const Options& options, const String& directory) {
     Confirmation confirmation("There is a working copy already, and both sides have changed:",
                               "Check out all the same?");
     // Where the plan fails the checkout does, and tells why.
-    const UpdatePlan plan = planUpdate({directory}, options.revision.start, Losses::run);
+    const UpdatePlan plan = planUpdate({directory}, options.revision.start, runHostQuery);
     for (const auto* const list : {&plan.changedOnBothSides, &plan.inTheWay}) {
         for (const StatusEntry& entry : *list) {
             confirmation.add(wordsForItem(entry), shownPath(entry.path.view()));
@@ -40,7 +41,7 @@ Confirmation concernsOfUpdate(const Options& options, const String& directory) {
 /// What lies where the checkout would put something.
 Confirmation concerns(const Options& options, const std::string& directory) {
     const String place = absolutePaths({directory}).front();
-    const CheckoutPlan plan = planCheckout(closedClientPath(options.url), place, Losses::run);
+    const CheckoutPlan plan = planCheckout(closedClientPath(options.url), place, runHostQuery);
     if (plan.isWorkingCopy) {
         return concernsOfUpdate(options, place);
     }

@@ -28,7 +28,7 @@ constexpr std::size_t shownItems = 20;
 
 int tellNothingToCommit(const Options& options, const CommitPreview& preview) {
     if (options.common.json) {
-        printJson(changeRecord(Value(), "Nothing to commit.", ClientReport()));
+        printJson(changeRecord(Value(), "Nothing to commit.", ChangeOutput()));
         return ExitSuccess;
     }
     std::cout << "Nothing to commit.\n";
@@ -59,7 +59,7 @@ std::vector<std::string> textBelowMessage(const CommitPreview& preview) {
     return lines;
 }
 
-std::string summaryOf(const Value& result, const ClientReport& /*report*/) {
+std::string summaryOf(const Value& result, const ChangeOutput& /*output*/) {
     const Array* const records = result.array();
     if (records == nullptr || records->count() == 0) {
         return "Nothing to commit.";

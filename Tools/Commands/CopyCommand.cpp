@@ -31,7 +31,7 @@ int runCopyCommand(Session& session, const Options& options) {
     const auto request = makeRequest(RequestTypeCopy, *source, {clientPath(options.source)});
     request->setDestination(closedClientPath(options.destination));
     return makeChange(session, {request, options.destination},
-                      [&](const Value& /*result*/, const ClientReport& /*report*/) {
+                      [&](const Value& /*result*/, const ChangeOutput& /*output*/) {
                           return "Copied " + printable(options.source) + " to " +
                                  printable(options.destination) + ".";
                       });

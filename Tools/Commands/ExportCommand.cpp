@@ -1,5 +1,6 @@
 #include "Foundation/PathComponents.h"
 #include "Host/Keeping/FileWriter.h"
+#include "Host/Places/Locations.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
@@ -56,7 +57,7 @@ std::error_code put(const fs::path& from, const fs::path& to, bool overwrites) {
 
 void printTarget(const fs::path& target, const Options& options) {
     if (options.common.json) {
-        const String path = fs::absolute(target).lexically_normal().string();
+        const String path = absolutePath(target.string());
         printJson(Array{Dictionary{
             {QuenSourceControlOperationPathKey, MarlFilePath::filePathForPathString(path)}}});
         return;

@@ -1,4 +1,4 @@
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlPlugIn.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
@@ -17,7 +17,7 @@ namespace {
 
 /// The client's version, and where it lies.
 std::string clientVersion() {
-    const auto query = ClientQuery::make({"--version", "--quiet"});
+    const auto query = ClientCommand::makeQuery({"--version", "--quiet"});
     query->run();
     const std::string directory = RunContext::current().toolsDirectory().str();
     if (query->error()) {

@@ -18,8 +18,8 @@ struct Options {
     std::string url;
 };
 
-std::string importSummary(const Value& result, const ClientReport& report) {
-    return report.revision().empty() ? "Nothing to import." : committedSummary(result, report);
+std::string importSummary(const Value& result, const ChangeOutput& output) {
+    return output.revision().empty() ? "Nothing to import." : committedSummary(result, output);
 }
 
 int runImportCommand(Session& session, const Options& options) {

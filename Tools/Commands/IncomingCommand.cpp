@@ -9,7 +9,6 @@
 #include "Tools/Terminal/Pager.h"
 #include "Tools/Terminal/Times.h"
 
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -27,14 +26,13 @@ struct Options {
 
 /// The revision that the working copy of a path is at; nothing where it has none.
 std::optional<std::int64_t> revisionOf(const std::string& path) {
-    const auto info =
-        ClientCommand::make({"info", "--xml"}, {std::filesystem::absolute(path).string()});
+    const auto info = ClientCommand::make({"info", "--xml"}, {absolutePath(path)});
     InfoFactsReader reader;
     info->run();
-    if (info->error() || info->data() == nullptr) {
+    if (info->error()) {
         return std::nullopt;
     }
-    reader.take(info->data()->bytes());
+    reader.take(info->output()->bytes());
     const Error broken = reader.finish();
     const InfoFacts facts = reader.takeFacts();
     return broken || facts.entries.empty() ? std::nullopt : facts.entries.front().revision;

@@ -9,7 +9,6 @@
 #include "Tools/Terminal/Pager.h"
 #include "Tools/Terminal/Times.h"
 
-#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <utility>
@@ -95,9 +94,7 @@ int stream(Session& session, const SourceTree& source, const Options& options,
         words.insert(words.end(), {"-r", options.revision.start});
     }
     const std::string place =
-        isRepositoryURL(options.path)
-            ? options.path
-            : std::filesystem::absolute(options.path).lexically_normal().string();
+        isRepositoryURL(options.path) ? options.path : absolutePath(options.path);
     return session.streamClient(words, {place}, take);
 }
 

@@ -9,6 +9,7 @@
 #include "Tools/Commands/Places/BranchLocation.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Records.h"
 
 #include <memory>
@@ -54,7 +55,7 @@ std::vector<TransferPreview::Item> conflictItems(const ChangeFacts& facts) {
 
 int previewMerge(const Session& session, const Options& options, const String& branch) {
     const MergePlan plan = planMerge(branch, absolutePaths({options.path}).front(),
-                                     rangeOf(options.revisions), Losses::run);
+                                     rangeOf(options.revisions), runHostQuery);
     if (plan.error) {
         return Losses::explain(session, plan.error).status;
     }
@@ -67,7 +68,7 @@ int previewMerge(const Session& session, const Options& options, const String& b
 
 /// What is changed and not committed would be mixed with what is merged.
 Outcome<Losses> mixedWith(const Session& session, const Options& options) {
-    const RevertPlan plan = planRevert(absolutePaths({options.path}), Losses::run);
+    const RevertPlan plan = planRevert(absolutePaths({options.path}), runHostQuery);
     if (plan.error) {
         return Losses::explain(session, plan.error);
     }

@@ -27,8 +27,8 @@ int makeDirectory(Session& session, const std::string& directory, const Dictiona
     const auto request = makeRequest(RequestTypeMakeDirectory, *source, {}, options);
     request->setDestination(closedClientPath(directory));
     return makeChange(session, {request, isRemote ? "" : directory},
-                      [&](const Value& result, const ClientReport& report) {
-                          return isRemote ? committedSummary(result, report)
+                      [&](const Value& result, const ChangeOutput& output) {
+                          return isRemote ? committedSummary(result, output)
                                           : "Made " + printable(directory) + ".";
                       });
 }

@@ -3,7 +3,6 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
-#include <filesystem>
 #include <memory>
 
 namespace quen::tools {
@@ -15,11 +14,6 @@ struct Options {
     std::string source;
     std::string destination;
 };
-
-/// The tree knows its items by absolute paths.
-std::string absolutePath(const std::string& path) {
-    return std::filesystem::absolute(path).lexically_normal().string();
-}
 
 /// The tree that both ends of the move lie in.
 Outcome<SourceTree> findTree(const Session& session, const Options& options) {
@@ -50,7 +44,7 @@ int runMoveCommand(Session& session, const Options& options) {
     // would rename the item.
     request->setDestination(absolutePath(options.destination));
     return makeChange(session, {request, source->tree->location().str()},
-                      [&](const Value& /*result*/, const ClientReport& /*report*/) {
+                      [&](const Value& /*result*/, const ChangeOutput& /*output*/) {
                           return "Moved " + printable(options.source) + " to " +
                                  printable(options.destination) + ".";
                       });

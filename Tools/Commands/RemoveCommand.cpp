@@ -2,6 +2,7 @@
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Session/HostQueries.h"
 
 #include <memory>
 #include <utility>
@@ -11,7 +12,7 @@ namespace quen::tools {
 namespace {
 
 Outcome<Losses> losses(const Session& session, const std::vector<String>& paths) {
-    return Losses::ofPlan(session, "remove", planRemove(paths, Losses::run));
+    return Losses::ofPlan(session, "remove", planRemove(paths, runHostQuery));
 }
 
 std::string wordsFor(const RemovedURL& removed) {
@@ -22,7 +23,7 @@ std::string wordsFor(const RemovedURL& removed) {
 /// Nothing is lost that the repository does not hold; but it goes for everybody, and at once.
 Outcome<Losses> remoteLosses(const Session& session, const std::vector<std::string>& urls) {
     const RemoteRemovePlan plan =
-        planRemoteRemove(std::vector<String>(urls.begin(), urls.end()), Losses::run);
+        planRemoteRemove(std::vector<String>(urls.begin(), urls.end()), runHostQuery);
     if (plan.error) {
         return Losses::explain(session, plan.error);
     }

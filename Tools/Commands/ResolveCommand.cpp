@@ -4,6 +4,7 @@
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Terminal/InterruptWatch.h"
 
 #include <memory>
@@ -20,7 +21,7 @@ struct Options {
 
 /// What the files in conflict hold now, which goes where another version is taken.
 Outcome<Losses> replacedContent(const Session& session, const std::vector<std::string>& paths) {
-    RevertPlan plan = planRevert(absolutePaths(paths), Losses::run);
+    RevertPlan plan = planRevert(absolutePaths(paths), runHostQuery);
     if (plan.error) {
         return Losses::explain(session, plan.error);
     }
@@ -60,7 +61,7 @@ int acceptVersion(Session& session, const Options& options) {
     }
     ChangeFacts facts;
     const QuenSourceControlOperationPtr operation = runResolve(options, facts);
-    const auto summary = [&](const Value& /*result*/, const ClientReport& /*report*/) {
+    const auto summary = [&](const Value& /*result*/, const ChangeOutput& /*output*/) {
         return facts.conflicts.empty() ? "Nothing to resolve."
                                        : "Resolved " + counted(facts.conflicts.size(), "conflict") +
                                              "." + replaced->advice();

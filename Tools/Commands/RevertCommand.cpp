@@ -2,6 +2,7 @@
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/MissingPaths.h"
+#include "Tools/Commands/Session/HostQueries.h"
 
 #include <memory>
 
@@ -10,7 +11,7 @@ namespace quen::tools {
 namespace {
 
 Outcome<Losses> losses(const Session& session, const std::vector<String>& paths) {
-    return Losses::ofPlan(session, "revert", planRevert(paths, Losses::run));
+    return Losses::ofPlan(session, "revert", planRevert(paths, runHostQuery));
 }
 
 int runRevertCommand(Session& session, const LocalEditOptions& options) {

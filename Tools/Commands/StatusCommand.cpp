@@ -1,5 +1,5 @@
 #include "Foundation/XMLReport.h"
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "Host/Facts/InfoFacts.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
@@ -50,7 +50,7 @@ TreeConflicts reasonsOfTreeConflicts(const std::vector<StatusEntry>& entries) {
     if (arguments.size() == 2) {
         return reasons;
     }
-    const auto query = ClientQuery::make(std::move(arguments));
+    const auto query = ClientCommand::makeQuery(std::move(arguments));
     runHostQuery(*query);
     InfoFactsReader reader;
     reader.take(query->output()->bytes());

@@ -6,6 +6,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/BranchLocation.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Records.h"
 
 #include <algorithm>
@@ -36,11 +37,11 @@ Outcome<Confirmation> concerns(const Session& session, const Options& options,
     Confirmation confirmation("These are in no revision, and would be taken along to " +
                                   printable(options.branch) + ":",
                               "Switch all the same?");
-    const LocalState state = localStateOf(paths, Losses::run);
+    const LocalState state = localStateOf(paths, runHostQuery);
     if (!state.error && state.changes.empty() && state.unversioned.empty()) {
         return confirmation;
     }
-    const SwitchPlan plan = planSwitch(paths.front(), branch, Losses::run);
+    const SwitchPlan plan = planSwitch(paths.front(), branch, runHostQuery);
     if (const Error error = state.error ? state.error : plan.error) {
         return Losses::explain(session, error);
     }

@@ -7,6 +7,7 @@
 #include "Tools/Commands/Places/MissingPaths.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/HostQueries.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -39,7 +40,7 @@ bool isIncomingItself(const StatusEntry& entry) {
 
 int previewUpdate(const Session& session, const Options& options) {
     const UpdatePlan plan =
-        planUpdate(absolutePaths(options.paths), options.revision.start, Losses::run);
+        planUpdate(absolutePaths(options.paths), options.revision.start, runHostQuery);
     if (plan.error) {
         return Losses::explain(session, plan.error).status;
     }

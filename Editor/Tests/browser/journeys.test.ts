@@ -127,7 +127,7 @@ test('where there is no server, the view says what to do', bound, async () => {
   });
 });
 
-test('a folder that is no working copy offers a checkout', bound, async () => {
+test('a folder that is not a working copy offers a checkout', bound, async () => {
   const folder = (sandbox: { directory: string }) => sandbox.directory + '/editor';
   await onStage(browser, { folder }, async ({ editor }) => {
     await editor.showSourceControl();

@@ -5,7 +5,7 @@
 #include "Tests/Support/HostRecorder.h"
 #include "Tests/Support/Operations.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <libxml/xmlreader.h>
 #include <map>
 #include <memory>
@@ -160,7 +160,7 @@ protected:
 };
 
 TEST_F(LargeReports, AHistoryOf60000RevisionsComesThroughWholeAndRight) {
-    const std::string report = logReportOf(60000);
+    const std::string report = benchmarks::logReportOf(60000);
     ASSERT_GT(report.size(), 30U * 1000 * 1000);
 
     const auto operation = parsedOperation<SVNLogOperation>(
@@ -173,7 +173,7 @@ TEST_F(LargeReports, AHistoryOf60000RevisionsComesThroughWholeAndRight) {
 }
 
 TEST_F(LargeReports, TheBlameOf100000LinesComesThroughWholeAndRight) {
-    const std::string report = blameReportOf(100000);
+    const std::string report = benchmarks::blameReportOf(100000);
 
     const auto operation = parsedOperation<SVNBlameOperation>(
         {.type = RequestTypeBlame, .files = StringArray{"a.c"}}, report);

@@ -8,7 +8,7 @@
 #include "Tests/Support/HostRecorder.h"
 #include "Tests/Support/Operations.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace quen::test {
 namespace {
@@ -32,9 +32,12 @@ const char* const summaryReport =
     "<path item='added' props='none' kind='dir'>a longer name than that</path></paths></diff>";
 
 std::vector<Streamed> streamedOperations() {
-    return {{make<SVNStatusOperation>, statusReport},  {make<SVNLogOperation>, logReportOf(3)},
-            {make<SVNListOperation>, listReportOf(3)}, {make<SVNInfoOperation>, infoReportOf(2)},
-            {make<SVNDiffOperation>, summaryReport},   {make<SVNBlameOperation>, blameReportOf(5)}};
+    return {{make<SVNStatusOperation>, statusReport},
+            {make<SVNLogOperation>, benchmarks::logReportOf(3)},
+            {make<SVNListOperation>, benchmarks::listReportOf(3)},
+            {make<SVNInfoOperation>, benchmarks::infoReportOf(2)},
+            {make<SVNDiffOperation>, summaryReport},
+            {make<SVNBlameOperation>, benchmarks::blameReportOf(5)}};
 }
 
 /// What an operation leaves, and what it said.

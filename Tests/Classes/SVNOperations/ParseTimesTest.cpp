@@ -29,12 +29,14 @@ template <typename Class> std::shared_ptr<QuenSourceControlTaskOperation> make()
 
 std::vector<Timed> timedQueries() {
     constexpr std::size_t many = 20000;
-    return {{"Status operation data parsed in: ", make<SVNStatusOperation>, statusReportOf(many),
-             "<status>", "<target><entry path='a'/></target></status>"},
-            {"Time to set parse log operation data: ", make<SVNLogOperation>, logReportOf(many),
-             "<log>", "<logentry revision='1'/></log>"},
-            {"Blame operation data parsed in: ", make<SVNBlameOperation>, blameReportOf(many),
-             "<blame>", "<target><entry line-number='1'/></target></blame>"}};
+    return {{"Status operation data parsed in: ", make<SVNStatusOperation>,
+             benchmarks::statusReportOf(many), "<status>",
+             "<target><entry path='a'/></target></status>"},
+            {"Time to set parse log operation data: ", make<SVNLogOperation>,
+             benchmarks::logReportOf(many), "<log>", "<logentry revision='1'/></log>"},
+            {"Blame operation data parsed in: ", make<SVNBlameOperation>,
+             benchmarks::blameReportOf(many), "<blame>",
+             "<target><entry line-number='1'/></target></blame>"}};
 }
 
 struct Times {

@@ -30,10 +30,10 @@ void tellOfCleanup(const Session& session, const Change& change) {
 
 /// Whether a commit that was interrupted is made all the same.
 void tellOfCommit(const Session& session) {
-    const ClientReport& report = session.report();
-    if (report.commit() == ClientReport::Commit::made) {
-        session.tell("Revision " + report.revision() + " was committed before that.");
-    } else if (report.commit() == ClientReport::Commit::underWay) {
+    const ChangeOutput& output = session.output();
+    if (output.commit() == ChangeOutput::Commit::made) {
+        session.tell("Revision " + output.revision() + " was committed before that.");
+    } else if (output.commit() == ChangeOutput::Commit::underWay) {
         session.tell(
             "It may already have been committed: `quen log -l 1` shows the last revision.");
     }
@@ -41,7 +41,7 @@ void tellOfCommit(const Session& session) {
 
 /// A hook that fails after the commit changes nothing about it.
 void tellOfHooks(const Session& session) {
-    const std::string& warning = session.report().warning();
+    const std::string& warning = session.output().warning();
     for (const std::string_view line : linesOf(warning)) {
         session.tell("Warning: " + std::string(line));
     }
@@ -60,9 +60,9 @@ int finishChange(const Session& session, const Outcome<QuenSourceControlOperatio
     }
     const QuenSourceControlOperation& performed = **operation;
     const bool isMade = !performed.error() && !session.wasStopped(performed);
-    const std::string told = isMade ? summary(performed.result(), session.report()) : "";
+    const std::string told = isMade ? summary(performed.result(), session.output()) : "";
     if (session.options().json) {
-        printJson(isMade ? Value(changeRecord(performed.result(), told, session.report()))
+        printJson(isMade ? Value(changeRecord(performed.result(), told, session.output()))
                          : Value());
     } else if (isMade) {
         std::cout << told << '\n';

@@ -20,7 +20,7 @@ struct Change {
 
 /// How a person is told of a change that was made: a sentence, from what the operation gives and
 /// what the client has said.
-using ChangeSummary = std::function<std::string(const Value& result, const ClientReport& report)>;
+using ChangeSummary = std::function<std::string(const Value& result, const ChangeOutput& output)>;
 
 /// Makes the change and tells how it went: as JSON (`changeRecord`, null where it was not made) or
 /// the summary on standard output, and on standard error what went wrong, with what to do where the

@@ -77,7 +77,7 @@ Value numberIn(const std::string& text) {
 } // namespace
 
 Dictionary changeRecord(const Value& result, const std::string& summary,
-                        const ClientReport& report) {
+                        const ChangeOutput& output) {
     Dictionary record = Dictionary::empty();
     const Array* const records = result.array();
     if (records != nullptr && records->count() == 1 && (*records)[0].dictionary() != nullptr) {
@@ -85,9 +85,9 @@ Dictionary changeRecord(const Value& result, const std::string& summary,
     }
     record.set("summary", String(summary));
     if (record.find("revision") == nullptr) {
-        record.set("revision", numberIn(report.revision()));
+        record.set("revision", numberIn(output.revision()));
     }
-    record.set("items", static_cast<std::int64_t>(report.items()));
+    record.set("items", static_cast<std::int64_t>(output.items()));
     return record;
 }
 

@@ -2,7 +2,7 @@
 
 #include "Host/Facts/ChangeFacts.h"
 #include "Host/Keeping/ConflictOutcome.h"
-#include "Tools/Commands/Changes/ClientReport.h"
+#include "Tools/Commands/Changes/ChangeOutput.h"
 
 #include <string>
 #include <vector>
@@ -13,7 +13,7 @@ namespace quen::tools {
 /// one, under long and short names; `summary`, the sentence that a person reads; `revision`, the
 /// one that was made or reached, null where there is none; `items`, how many the client named.
 Dictionary changeRecord(const Value& result, const std::string& summary,
-                        const ClientReport& report);
+                        const ChangeOutput& output);
 
 /// Adds what a transfer did: `changes`, `conflicts` and `skipped`. Paths are as the client printed
 /// them, those of conflicts absolute.

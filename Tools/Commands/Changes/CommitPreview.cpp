@@ -2,19 +2,18 @@
 
 #include "Foundation/Lines.h"
 #include "Foundation/ShellWord.h"
+#include "Host/Places/Locations.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/Content/StatusItem.h"
 #include "Tools/Commands/Session/CleanupAdvice.h"
-#include "Tools/Commands/Session/ErrorAdvice.h"
+#include "Tools/Commands/Session/ErrorReason.h"
 #include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/InterruptWatch.h"
 #include "Tools/Terminal/Table.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <sstream>
-#include <system_error>
 
 namespace quen::tools {
 
@@ -56,11 +55,6 @@ const StatusEntry* entryAt(const std::vector<StatusEntry>& entries, const String
     return found == entries.end() ? nullptr : &*found;
 }
 
-bool isOnDisk(const String& path) {
-    std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::symlink_status(path.str(), ignored));
-}
-
 } // namespace
 
 Outcome<CommitPreview> CommitPreview::of(Session& session,
@@ -96,7 +90,7 @@ bool CommitPreview::tellOfNamed(const Session& session,
             problem = "\"" + paths[i] +
                       "\" is missing. Bring it back with quen revert, or remove "
                       "it with quen remove.";
-        } else if (!isSent && plan_.sent.empty() && !isOnDisk(absolute[i])) {
+        } else if (!isSent && plan_.sent.empty() && !isOnDisk(absolute[i].str())) {
             problem = sentenceOnMissingPath(paths[i]);
         }
         if (!problem.empty()) {

@@ -103,7 +103,7 @@ int runIgnoreEdit(Session& session, RequestType type, const IgnoreDone& done,
     }
     const Change change{nullptr, options.paths.front(), false, Follow::nothing};
     return finishChange(session, perform(session, type, *source, paths), change,
-                        [&](const Value& /*result*/, const ClientReport& /*report*/) {
+                        [&](const Value& /*result*/, const ChangeOutput& /*output*/) {
                             return done(paths.size());
                         });
 }

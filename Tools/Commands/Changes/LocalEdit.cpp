@@ -4,6 +4,7 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/HostQueries.h"
 
 #include <algorithm>
 
@@ -33,14 +34,14 @@ int makeEdit(Session& session, const SourceTree& source, const LocalEdit& edit,
         return status;
     }
     const int status = makeChange(session, {request, isRemote ? "" : options.paths.front()},
-                                  [&](const Value& result, const ClientReport& report) {
+                                  [&](const Value& result, const ChangeOutput& output) {
                                       if (isRemote) {
-                                          return committedSummary(result, report);
+                                          return committedSummary(result, output);
                                       }
-                                      return report.items() == 0
+                                      return output.items() == 0
                                                  ? "Nothing to " + edit.toDo + "."
                                                  : edit.done + " " +
-                                                       counted(report.items(), edit.noun) + "." +
+                                                       counted(output.items(), edit.noun) + "." +
                                                        losses.advice();
                                   });
     return losses.conclude(session, status);

@@ -4,6 +4,7 @@
 #include "Host/Keeping/UndoStore.h"
 #include "Host/Places/SettingsFile.h"
 #include "Tools/Commands/Changes/Summaries.h"
+#include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/InterruptWatch.h"
 
@@ -49,11 +50,6 @@ std::string wordsForItem(const StatusEntry& entry) {
     return word == "normal" || word == "none" ? properties : word + ", " + properties;
 }
 
-void Losses::run(QuenSourceControlTaskOperation& query) {
-    const InterruptWatch::Action action([&query] { query.cancel(); });
-    query.run();
-}
-
 Explained Losses::explain(const Session& session, const Error& error) {
     if (InterruptWatch::wasInterrupted()) {
         return session.fail("Interrupted.", ExitInterrupted);
@@ -77,7 +73,7 @@ void Losses::keepOf(const Session& session, const std::string& workingCopy,
                     const std::vector<LostItem>& lost, Confirmation& unkept) {
     const std::vector<String> paths = lostContent(lost);
     const auto kept =
-        UndoStore().keep(workingCopy, step_, paths, lostPropertyNotes(lost, Losses::run));
+        UndoStore().keep(workingCopy, step_, paths, lostPropertyNotes(lost, runHostQuery));
     if (kept.error) {
         session.tell(kept.error);
         for (const LostItem& item : lost) {

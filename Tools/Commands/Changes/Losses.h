@@ -2,7 +2,6 @@
 
 #include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/Confirmation.h"
-#include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Session.h"
 
 #include <string>
@@ -31,8 +30,6 @@ public:
         return error ? Outcome<Losses>(explain(session, error)) : lostBy(step, plan.lost);
     }
 
-    /// Runs a plan's query, which an interrupt ends.
-    static void run(QuenSourceControlTaskOperation& query);
     /// Why a plan could not be made.
     static Explained explain(const Session& session, const Error& error);
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Foundation/Value.h"
-#include "Tools/Commands/Changes/ClientReport.h"
+#include "Tools/Commands/Changes/ChangeOutput.h"
 
 #include <cstddef>
 #include <string>
@@ -12,6 +12,6 @@ namespace quen::tools {
 std::string counted(std::size_t count, const std::string& noun);
 
 /// `Committed revision 12.`; nothing to commit where the client named no revision.
-std::string committedSummary(const Value& result, const ClientReport& report);
+std::string committedSummary(const Value& result, const ChangeOutput& output);
 
 } // namespace quen::tools

@@ -44,7 +44,7 @@ int finish(const Session& session, const QuenSourceControlOperation& performed,
     const bool isMade = isDone || (!performed.error() && !session.wasStopped(performed));
     const std::string summary = isMade ? transfer.summary(facts) : "";
     if (session.options().json) {
-        Dictionary record = changeRecord(performed.result(), summary, session.report());
+        Dictionary record = changeRecord(performed.result(), summary, session.output());
         addTransfer(record, facts, outcomes);
         printJson(record);
     } else if (isMade) {

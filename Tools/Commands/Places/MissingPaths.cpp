@@ -2,30 +2,19 @@
 
 #include "Host/Places/Locations.h"
 #include "Host/Plans/Plans.h"
-#include "Tools/Commands/Session/ErrorAdvice.h"
+#include "Tools/Commands/Session/ErrorReason.h"
 #include "Tools/Commands/Session/HostQueries.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
-#include <system_error>
 
 namespace quen::tools {
 
 namespace {
 
-bool isOnDisk(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
-}
-
 bool isOrHolds(const std::string& path, const StatusEntry& entry) {
-    const auto whole = [](const std::filesystem::path& name) {
-        std::error_code ignored;
-        return std::filesystem::absolute(name, ignored).lexically_normal().string();
-    };
-    const std::string named = whole(path);
-    const std::string told = whole(entry.path.str());
+    const std::string named = absolutePath(path);
+    const std::string told = absolutePath(entry.path.str());
     return told == named || told.starts_with(named + "/");
 }
 

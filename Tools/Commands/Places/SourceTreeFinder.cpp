@@ -6,17 +6,11 @@
 
 #include <filesystem>
 #include <memory>
-#include <system_error>
 #include <utility>
 
 namespace quen::tools {
 
 namespace {
-
-std::string absolutePath(const std::string& path) {
-    std::error_code error;
-    return std::filesystem::absolute(path, error).lexically_normal().string();
-}
 
 SourceTree makeSource(const std::string& location, HostRepository::Facts facts) {
     if (facts.location.isNil()) {

@@ -1,7 +1,7 @@
 #include "Tools/Commands/Session/CleanupAdvice.h"
 
 #include "Foundation/ShellWord.h"
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "Host/Facts/StatusFacts.h"
 #include "Host/Places/Locations.h"
 #include "Host/Places/SettingsFile.h"
@@ -27,7 +27,7 @@ bool isLeftLocked(const std::string& path) {
          at != top && at != at.parent_path(); at = at.parent_path()) {
         arguments.push_back(closedClientPath(at.string()));
     }
-    const auto query = ClientQuery::make(std::move(arguments));
+    const auto query = ClientCommand::makeQuery(std::move(arguments));
     query->run();
     StatusFactsReader reader;
     reader.take(query->output()->bytes());

@@ -17,7 +17,4 @@ std::vector<std::string> linesForPerson(const Error& error,
 std::vector<std::string> linesForPerson(const Error& error, const QuenSourceControlRequest* request,
                                         std::string& advice);
 
-/// `"nots.txt" does not exist. Did you mean "notes.txt"?`
-std::string sentenceOnMissingPath(const std::string& path);
-
 } // namespace quen::tools

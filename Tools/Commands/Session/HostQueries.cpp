@@ -1,11 +1,10 @@
 #include "Tools/Commands/Session/HostQueries.h"
 
+#include "Host/Places/Locations.h"
 #include "Tools/Terminal/InterruptWatch.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
-#include <system_error>
 
 namespace quen::tools {
 
@@ -17,15 +16,7 @@ void runHostQuery(QuenSourceControlTaskOperation& query) {
 std::vector<String> absolutePaths(const std::vector<std::string>& paths) {
     std::vector<String> absolute;
     std::transform(paths.begin(), paths.end(), std::back_inserter(absolute),
-                   [](const std::string& path) {
-                       std::error_code ignored;
-                       std::string plain =
-                           std::filesystem::absolute(path, ignored).lexically_normal().string();
-                       while (plain.size() > 1 && plain.ends_with('/')) {
-                           plain.pop_back();
-                       }
-                       return String(plain);
-                   });
+                   [](const std::string& path) { return String(absolutePath(path)); });
     return absolute;
 }
 

@@ -159,9 +159,9 @@ RunContext Session::contextFor(Follow follow) {
             if (outer) {
                 outer(operation, piece);
             }
-            report_.take(piece);
+            output_.take(piece);
             if (progress_) {
-                progress_->show(report_.lastLine(), report_.items());
+                progress_->show(output_.lastLine(), output_.items());
             }
         });
 }
@@ -178,7 +178,7 @@ void Session::run(const QuenSourceControlOperationPtr& operation, Follow follow)
     std::cout.flush();
     std::cerr.flush();
     if (follow == Follow::progress) {
-        report_ = ClientReport();
+        output_ = ChangeOutput();
         if (canShowProgress()) {
             progress_.emplace();
         }

@@ -2,7 +2,7 @@
 
 #include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlProtocol.h"
-#include "Tools/Commands/Changes/ClientReport.h"
+#include "Tools/Commands/Changes/ChangeOutput.h"
 #include "Tools/Commands/CommandLine/Outcome.h"
 #include "Tools/Commands/CommandLine/Subcommand.h"
 #include "Tools/Terminal/ExitStatus.h"
@@ -44,7 +44,7 @@ void addColourOption(Subcommand& command, std::string& colour);
 /// What is done with the client's standard output while it arrives.
 enum class Follow {
     nothing,
-    /// Read for `Session::report`, and shown as progress on a terminal if it takes long.
+    /// Read for `Session::output`, and shown as progress on a terminal if it takes long.
     progress,
 };
 
@@ -86,7 +86,7 @@ public:
                      const Taker& take);
 
     /// What the client has said in the last run that was followed.
-    const ClientReport& report() const { return report_; }
+    const ChangeOutput& output() const { return output_; }
 
     /// Whether an interrupt kept the operation, the last one performed, from doing all its work.
     bool wasStopped(const QuenSourceControlOperation& operation) const;
@@ -120,7 +120,7 @@ private:
     QuenSourceControlProtocolPtr provider_;
     std::string command_;
     const RunContext::Scope scope_;
-    ClientReport report_;
+    ChangeOutput output_;
     std::optional<Progress> progress_;
 };
 

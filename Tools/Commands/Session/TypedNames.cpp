@@ -43,15 +43,6 @@ void replaceAll(std::string& text, const std::string& what, const std::string& w
     }
 }
 
-std::string absoluteOf(const std::string& name) {
-    std::error_code ignored;
-    std::string absolute = std::filesystem::absolute(name, ignored).lexically_normal().string();
-    while (absolute.size() > 1 && absolute.ends_with('/')) {
-        absolute.pop_back();
-    }
-    return absolute;
-}
-
 } // namespace
 
 std::vector<std::string> typedFiles(const QuenSourceControlRequest& request) {
@@ -73,8 +64,8 @@ std::string withTypedNames(std::string line, const std::vector<std::string>& nam
     for (const std::string& name : names) {
         const std::string typed = "\"" + name + "\"";
         if (!isRepositoryURL(name)) {
-            replaceAll(line, "'" + absoluteOf(name) + "'", typed);
-            replaceAll(line, "'" + absoluteOf(name) + "@'", typed);
+            replaceAll(line, "'" + absolutePath(name) + "'", typed);
+            replaceAll(line, "'" + absolutePath(name) + "@'", typed);
         }
         replaceAll(line, "'" + name + "'", typed);
         replaceAll(line, "'" + name + "@'", typed);

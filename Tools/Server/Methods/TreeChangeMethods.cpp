@@ -56,11 +56,6 @@ void addFromToMethod(Server& server, const Services& services, const char* name,
         }));
 }
 
-bool isThere(const std::string& path) {
-    std::error_code error;
-    return fs::exists(fs::symlink_status(path, error));
-}
-
 void rename(const std::string& from, const std::string& to) {
     std::error_code error;
     fs::rename(from, to, error);
@@ -73,10 +68,10 @@ void rename(const std::string& from, const std::string& to) {
 /// The editor has renamed already: back, and then as a move that the client records. What the
 /// client refuses is renamed again, so that the disk is as the editor left it.
 OrderedJson adoptMove(const Services& services, Call& call, const FromToParams& params) {
-    if (isThere(params.from)) {
+    if (isOnDisk(params.from)) {
         throw InputError("params.from: there is something in that place still");
     }
-    if (!isThere(params.to)) {
+    if (!isOnDisk(params.to)) {
         throw InputError("params.to: there is nothing in that place");
     }
     rename(params.to, params.from);
@@ -86,7 +81,7 @@ OrderedJson adoptMove(const Services& services, Call& call, const FromToParams& 
         Undo& operator=(const Undo&) = delete;
         ~Undo() {
             std::error_code ignored;
-            if (isThere(params.from) && !isThere(params.to)) {
+            if (isOnDisk(params.from) && !isOnDisk(params.to)) {
                 fs::create_directories(fs::path(params.to).parent_path(), ignored);
                 fs::rename(params.from, params.to, ignored);
             }

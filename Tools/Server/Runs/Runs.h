@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Host/ClientQuery.h"
+#include "Host/ClientCommand.h"
 #include "Host/RunContext.h"
 #include "QuenFoundation/QuenSourceControlProtocol.h"
 #include "Tools/Server/Dispatch/WindowLog.h"

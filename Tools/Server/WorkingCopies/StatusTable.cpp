@@ -1,5 +1,6 @@
 #include "Tools/Server/WorkingCopies/StatusTable.h"
 
+#include "Host/Places/Locations.h"
 #include "Tools/Console/JsonOutput.h"
 
 #include <algorithm>
@@ -42,11 +43,6 @@ void addFlag(OrderedJson& json, const char* name, bool flag) {
 }
 
 } // namespace
-
-bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept {
-    return path.starts_with(directory) &&
-           (path.size() == directory.size() || directory == "/" || path[directory.size()] == '/');
-}
 
 StatusItem statusItemOf(const StatusEntry& entry) {
     StatusItem item;

@@ -78,7 +78,4 @@ private:
     Items items_;
 };
 
-/// Whether `path` is `directory` or lies below it.
-bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept;
-
 } // namespace quen::tools::server

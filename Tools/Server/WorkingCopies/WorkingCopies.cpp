@@ -1,6 +1,7 @@
 #include "Tools/Server/WorkingCopies/WorkingCopies.h"
 
 #include "Host/Facts/InfoFacts.h"
+#include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Server/Dispatch/Dispatcher.h"

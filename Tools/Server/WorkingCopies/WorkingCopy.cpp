@@ -1,5 +1,7 @@
 #include "Tools/Server/WorkingCopies/WorkingCopy.h"
 
+#include "Host/Places/Locations.h"
+
 #include <algorithm>
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "Tools/Commands/Changes/ClientReport.h"
+#include "Tools/Commands/Changes/ChangeOutput.h"
 
 #include <algorithm>
 #include <array>
@@ -42,11 +42,11 @@ bool tellsOfItem(std::string_view line) {
                        [&](std::string_view beginning) { return line.starts_with(beginning); });
 }
 
-void ClientReport::take(std::string_view piece) {
+void ChangeOutput::take(std::string_view piece) {
     lines_.take(piece, [this](std::string_view line) { takeLine(line); });
 }
 
-void ClientReport::takeLine(std::string_view line) {
+void ChangeOutput::takeLine(std::string_view line) {
     if (line.find_first_not_of(' ') == std::string_view::npos) {
         return;
     }
@@ -67,7 +67,7 @@ void ClientReport::takeLine(std::string_view line) {
 }
 
 /// True where that is all there is to the line.
-bool ClientReport::takeCommitLine(std::string_view line) {
+bool ChangeOutput::takeCommitLine(std::string_view line) {
     constexpr std::string_view warning = "Warning: ";
     if (line.starts_with("Committing transaction")) {
         commit_ = Commit::underWay;

@@ -15,7 +15,7 @@ bool tellsOfItem(std::string_view line);
 
 /// What the client says on standard output while it changes something, read line by line. The
 /// results of changes hold little or nothing, so this is what a person can be told beyond them.
-class ClientReport {
+class ChangeOutput {
 public:
     /// The next piece of the output; lines may be cut anywhere.
     void take(std::string_view piece);

@@ -1,5 +1,5 @@
 #include "Tests/Support/CaseName.h"
-#include "Tools/Commands/Changes/ClientReport.h"
+#include "Tools/Commands/Changes/ChangeOutput.h"
 
 #include <gtest/gtest.h>
 #include <ostream>
@@ -68,32 +68,32 @@ constexpr std::string_view output = "Updating '.':\n"
                                     "  Text conflicts: 0 remaining (and 1 resolved)\n"
                                     "  Skipped paths: 1\n";
 
-TEST(ClientReport, CountsItemsAndKeepsWhatThereIsToSay) {
-    ClientReport report;
-    report.take(output);
+TEST(ChangeOutput, CountsItemsAndKeepsWhatThereIsToSay) {
+    ChangeOutput read;
+    read.take(output);
 
-    EXPECT_EQ(report.items(), 4U);
-    EXPECT_EQ(report.revision(), "8");
-    EXPECT_EQ(report.lastLine(), "  Skipped paths: 1");
+    EXPECT_EQ(read.items(), 4U);
+    EXPECT_EQ(read.revision(), "8");
+    EXPECT_EQ(read.lastLine(), "  Skipped paths: 1");
 }
 
-TEST(ClientReport, DoesNotDependOnWhereThePiecesAreCut) {
+TEST(ChangeOutput, DoesNotDependOnWhereThePiecesAreCut) {
     for (std::size_t cut = 0; cut <= output.size(); ++cut) {
-        ClientReport report;
-        report.take(output.substr(0, cut));
-        report.take(output.substr(cut));
+        ChangeOutput read;
+        read.take(output.substr(0, cut));
+        read.take(output.substr(cut));
 
-        EXPECT_EQ(report.items(), 4U) << "cut at " << cut;
-        EXPECT_EQ(report.revision(), "8") << "cut at " << cut;
+        EXPECT_EQ(read.items(), 4U) << "cut at " << cut;
+        EXPECT_EQ(read.revision(), "8") << "cut at " << cut;
     }
 }
 
-TEST(ClientReport, KeepsOnlyFinishedLines) {
-    ClientReport report;
-    report.take("Adding         a.c\nTransmitting fi");
+TEST(ChangeOutput, KeepsOnlyFinishedLines) {
+    ChangeOutput read;
+    read.take("Adding         a.c\nTransmitting fi");
 
-    EXPECT_EQ(report.lastLine(), "Adding         a.c");
-    EXPECT_EQ(report.revision(), "");
+    EXPECT_EQ(read.lastLine(), "Adding         a.c");
+    EXPECT_EQ(read.revision(), "");
 }
 
 struct RevisionCase {
@@ -106,16 +106,16 @@ void PrintTo(const RevisionCase& revision, std::ostream* out) {
     *out << '"' << revision.line << '"';
 }
 
-class ReportedRevision : public testing::TestWithParam<RevisionCase> {};
+class RevisionInOutput : public testing::TestWithParam<RevisionCase> {};
 
-TEST_P(ReportedRevision, IsTheNumberInTheSentence) {
-    ClientReport report;
-    report.take(GetParam().line + "\n");
-    EXPECT_EQ(report.revision(), GetParam().revision);
+TEST_P(RevisionInOutput, IsTheNumberInTheSentence) {
+    ChangeOutput read;
+    read.take(GetParam().line + "\n");
+    EXPECT_EQ(read.revision(), GetParam().revision);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Table, ReportedRevision,
+    Table, RevisionInOutput,
     testing::Values(RevisionCase{"checkout", "Checked out revision 12.", "12"},
                     RevisionCase{"update", "Updated to revision 3.", "3"},
                     RevisionCase{"nothing new", "At revision 3.", "3"},
