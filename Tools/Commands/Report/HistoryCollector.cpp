@@ -79,7 +79,8 @@ void HistoryCollector::addPath(const HistoryPath& path, ReportRevision& revision
     const bool hasRoom =
         revision.changes.size() < limits_.changesOfOne && changes_ < limits_.changes;
     if (hasRoom) {
-        const ReportIndex index = indexOfPath(layout_.shortened(path.path.view()));
+        const ReportIndex index =
+            indexOfPath(layout_.shortened(path.path.view()) + (path.kind == "dir" ? "/" : ""));
         ++counts_[static_cast<std::size_t>(index)];
         ++changes_;
         revision.changes.emplace_back(index, path.action);

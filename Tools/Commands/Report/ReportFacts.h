@@ -67,7 +67,7 @@ struct ReportFacts {
     std::string title;
     std::string url;
     std::vector<std::string> authors;
-    /// Below the project.
+    /// Below the project; those of directories end in a slash.
     std::vector<std::string> paths;
     /// The first one is the trunk.
     std::vector<ReportBranch> branches;

@@ -6,6 +6,8 @@ function showFiles(list) {
   const facts = new Map();
   for (const revision of list) {
     for (const [path] of revision.changes) {
+      // The name of a directory ends in a slash.
+      if (data.paths[path].endsWith('/')) continue;
       const fact = facts.get(path) || { path, count: 0, authors: new Set(), last: 0 };
       fact.count++;
       fact.authors.add(revision.author);
@@ -82,7 +84,7 @@ function showRevisions(list) {
     element('td', { class: 'short' }, each.branch === NEVER ? '' : shortened(data.branches[each.branch].name, 24)),
     element('td', { class: 'message' }, each.message, pathsOf(each)),
     element('td', { class: 'number' }, numberText(each.size)))));
-  const head = element('thead', {}, element('tr', {}, ...[['', 'number'], ['Date', ''], ['Author', ''], ['Branch', ''], ['Message', ''], ['Paths', 'number']]
+  const head = element('thead', {}, element('tr', {}, ...[['', 'number'], ['Date', ''], ['Author', ''], ['Branch', ''], ['Message', 'message'], ['Paths', 'number']]
     .map(([title, kind]) => element('th', { scope: 'col', class: kind }, title || 'Revision'))));
   const more = rows.length > revisionsShown
     ? element('button', { class: 'more', type: 'button', click: () => { revisionsShown += REVISIONS_STEP; showRevisions(chosen()); } },
