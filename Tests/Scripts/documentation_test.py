@@ -1,9 +1,9 @@
 """The commands in the documentation print what it says, and those that it only names exist.
 
     documentation_test.py PROGRAM DOCUMENTATION            compares
-    documentation_test.py PROGRAM DOCUMENTATION --update   writes what is printed into commands.md
+    documentation_test.py PROGRAM DOCUMENTATION --update   writes what is printed into the pages
 
-Each console block of commands.md is run in a fresh copy of a small project; dates, ages and places are
+Each console block of commands.md and scripting.md is run in a fresh copy of a small project; dates, ages and places are
 left out of the comparison.
 """
 
@@ -20,14 +20,8 @@ from sandbox import Sandbox
 # What is done before a block that begins with the command.
 PREPARATIONS = {
     "quen undo": "quen revert --yes greet.c",
-    "quen switch trunk": "svn switch -q ^/branches/languages",
-    "quen merge languages": "svn revert -q -R .",
-    "quen resolve --accept mine greet.c": "true",
-    "quen export -r 2 --peg hello.c old.c": "true",
-    "quen update": "svn update -q -r 3",
+    "quen switch languages": "svn revert -q -R .",
     "quen incoming": "svn update -q -r 3",
-    "quen cleanup": "true",
-    "quen branch": "true",
 }
 
 
@@ -117,7 +111,9 @@ def told(project, block):
     text = ""
     for command in re.findall(r"^\$ (.*)$", block, re.MULTILINE):
         if text == "" and command in PREPARATIONS:
-            project.sandbox.run(["sh", "-c", PREPARATIONS[command]])
+            prepared = project.sandbox.run(["sh", "-c", PREPARATIONS[command]])
+            if prepared.returncode != 0:
+                raise RuntimeError(f"{PREPARATIONS[command]}: {prepared.stderr.decode()}")
         text += f"$ {command}\n{project.printed(command)}"
     return text
 
@@ -177,7 +173,9 @@ def main(program, documentation, update=None):
     documentation = pathlib.Path(documentation)
     with Sandbox(program) as sandbox:
         make_project(sandbox)
-        failures = check_commands(Project(sandbox), documentation / "commands.md", update)
+        project = Project(sandbox)
+        failures = [failure for name in ("commands.md", "scripting.md")
+                    for failure in check_commands(project, documentation / name, update)]
         description = json.loads(sandbox.quen("help", "--json").stdout)
     for page in sorted(documentation.glob("*.md")):
         failures += check_named(description, page)

@@ -3,6 +3,7 @@
 #include "Foundation/PercentCoding.h"
 #include "Foundation/XMLReport.h"
 #include "Host/Facts/ListFacts.h"
+#include "Host/Places/Locations.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/History/HistoryQuery.h"
 #include "Tools/Commands/Report/HistoryCollector.h"
@@ -225,7 +226,7 @@ void Reader::blame(const std::string& path) {
         }
     });
     const auto request =
-        makeRequest(RequestTypeBlame, source_, {String(urlBelow(layout_.url(), path))});
+        makeRequest(RequestTypeBlame, source_, {clientPath(urlBelow(layout_.url(), path))});
     session_.stream(
         request, "<blame/>",
         [&](std::string_view piece) {
