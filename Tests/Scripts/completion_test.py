@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """Completion in the shells themselves: what they offer for a beginning of a command line.
 
     completion_test.py PROGRAM

@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """The commands in the documentation print what it says, and those that it only names exist.
 
     documentation_test.py PROGRAM DOCUMENTATION            compares

@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """What `--json` and `--jsonl` print is what the schemas say, of every command, and nothing else.
 
     json_test.py PROGRAM SCHEMAS

@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """The page of `quen report` in a real browser, light and dark, with pictures.
 
     report_test.py PROGRAM PICTURES

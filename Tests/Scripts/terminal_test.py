@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """What a person sees: the commands in a terminal of 40, 80 and 250 columns, compared with files.
 
     terminal_test.py PROGRAM GOLDEN            compares
