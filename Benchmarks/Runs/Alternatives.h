@@ -23,8 +23,9 @@ struct Question {
 /// subprocess and ElementTree, Node with xml2js, the client's library through its Python binding.
 /// One after the other in each turn. What has not been installed is left out, and a row says so.
 ///
-/// `run` runs the operation and answers its seconds.
+/// `run` runs the operation and answers its seconds, `runClientAlone` the bare client. Where that
+/// alone takes more of an alternative's time than the operation may, the row has no bound.
 Figures measureAlternatives(const Question& question, const std::function<double()>& run,
-                            std::size_t turns);
+                            const std::function<double()>& runClientAlone, std::size_t turns);
 
 } // namespace quen::benchmarks

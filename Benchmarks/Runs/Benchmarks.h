@@ -33,6 +33,7 @@ Figures measureConcurrency(const Sizes& sizes);
 /// The other ends of `measureMemory` and `measureStart`: this program once more, as a host that
 /// runs one operation on a prepared report, or starts a client from a memory of a given size.
 int hostOneReport(const std::string& kind);
+int hostOneStream(const std::string& kind);
 int hostStarts(std::size_t megabytes);
 
 } // namespace quen::benchmarks

@@ -120,7 +120,8 @@ Figures measure(const Subject& subject, std::size_t turns) {
                                 .arguments = arguments,
                                 .records = subject.records};
         const Figures others = measureAlternatives(
-            question, [&] { return costOfOperation(subject).wall; }, (turns + 2) / 3);
+            question, [&] { return costOfOperation(subject).wall; },
+            [&] { return costOf(bare).wall; }, (turns + 2) / 3);
         figures.insert(figures.end(), others.begin(), others.end());
     }
     return figures;

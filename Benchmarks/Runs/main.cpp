@@ -26,6 +26,9 @@ int run(std::vector<std::string> words) {
     if (words.size() == 2 && words.front() == "host-report") {
         return hostOneReport(words.back());
     }
+    if (words.size() == 2 && words.front() == "host-stream") {
+        return hostOneStream(words.back());
+    }
     if (words.size() == 2 && words.front() == "host-starts") {
         return hostStarts(std::stoul(words.back()));
     }
