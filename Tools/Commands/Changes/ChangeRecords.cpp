@@ -1,5 +1,6 @@
 #include "Tools/Commands/Changes/ChangeRecords.h"
 
+#include "Host/Facts/ChangeWords.h"
 #include "Tools/Commands/Session/ShortNames.h"
 
 #include <charconv>
@@ -7,23 +8,6 @@
 namespace quen::tools {
 
 namespace {
-
-const char* wordFor(ItemAction action) {
-    switch (action) {
-    case ItemAction::none: return "none";
-    case ItemAction::added: return "added";
-    case ItemAction::deleted: return "deleted";
-    case ItemAction::updated: return "updated";
-    case ItemAction::merged: return "merged";
-    case ItemAction::existed: return "existed";
-    case ItemAction::replaced: return "replaced";
-    case ItemAction::conflicted: return "conflicted";
-    case ItemAction::restored: return "restored";
-    case ItemAction::reverted: return "reverted";
-    case ItemAction::sent: return "sent";
-    }
-    return "none";
-}
 
 const char* wordFor(ConflictOutcome::Kind kind) {
     switch (kind) {
@@ -41,8 +25,8 @@ Value orNull(const String& text) {
 
 Dictionary recordOf(const ChangedItem& item) {
     return {{"path", item.path},
-            {"action", String(wordFor(item.text))},
-            {"properties", String(wordFor(item.properties))}};
+            {"action", String(wordOf(item.text))},
+            {"properties", String(wordOf(item.properties))}};
 }
 
 Dictionary recordOf(const ConflictOutcome& outcome) {

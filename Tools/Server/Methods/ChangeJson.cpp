@@ -1,5 +1,6 @@
 #include "Tools/Server/Methods/ChangeJson.h"
 
+#include "Host/Facts/ChangeWords.h"
 #include "Host/Places/Locations.h"
 #include "Tools/Server/WorkingCopies/Discovery.h"
 
@@ -11,24 +12,7 @@ namespace quen::tools::server {
 
 namespace {
 
-const char* wordOf(ItemAction action) {
-    switch (action) {
-    case ItemAction::none: return "none";
-    case ItemAction::added: return "added";
-    case ItemAction::deleted: return "deleted";
-    case ItemAction::updated: return "updated";
-    case ItemAction::merged: return "merged";
-    case ItemAction::existed: return "existed";
-    case ItemAction::replaced: return "replaced";
-    case ItemAction::conflicted: return "conflicted";
-    case ItemAction::restored: return "restored";
-    case ItemAction::reverted: return "reverted";
-    case ItemAction::sent: return "sent";
-    }
-    return "none";
-}
-
-const char* wordOf(ConflictOutcome::Kind kind) {
+const char* wordOfKind(ConflictOutcome::Kind kind) {
     switch (kind) {
     case ConflictOutcome::Kind::property: return "property";
     case ConflictOutcome::Kind::tree: return "tree";
@@ -79,7 +63,7 @@ OrderedJson conflictsJson(const std::vector<ConflictOutcome>& outcomes) {
     OrderedJson json = OrderedJson::array();
     for (const ConflictOutcome& each : outcomes) {
         if (each.state == ConflictState::left) {
-            json.push_back({{"path", toJson(each.path)}, {"kind", wordOf(each.kind)}});
+            json.push_back({{"path", toJson(each.path)}, {"kind", wordOfKind(each.kind)}});
         }
     }
     return json;
@@ -91,7 +75,7 @@ OrderedJson settledJson(const std::vector<ConflictOutcome>& outcomes) {
         if (each.state == ConflictState::settled) {
             const bool hasText = each.kind == ConflictOutcome::Kind::text && !each.theirs.isNil();
             json.push_back({{"path", toJson(each.path)},
-                            {"kind", wordOf(each.kind)},
+                            {"kind", wordOfKind(each.kind)},
                             {"theirs", hasText ? toJson(each.theirs) : OrderedJson()}});
         }
     }
