@@ -19,7 +19,7 @@ sys.path.insert(0, str(HERE.parents[2] / "Tests/Scripts"))
 
 from sandbox import Sandbox  # noqa: E402
 
-ROUNDS = 5
+ROUNDS = 3
 
 # The task, what is typed for svn and for quen (several commands with `; `), and why quen needs more
 # where it does. `-` is a task that cannot be done.

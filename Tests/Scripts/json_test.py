@@ -116,6 +116,24 @@ def check(sandbox, schemas, words, name, status=0):
         fail(words, f"the failure does not say what it is: {err}")
 
 
+def check_plain(sandbox, words, status=0):
+    """Without a terminal: the same status as with JSON, no colours, no pager, no editor, no question."""
+    started = sandbox.root / "started"
+    program = f"sh -c 'cat >/dev/null; touch {started}' --"
+    variables = {name: program for name in ("PAGER", "QUEN_PAGER", "EDITOR", "VISUAL", "SVN_EDITOR")}
+    ran = sandbox.quen(*words, variables=variables)
+    said = (ran.stdout + ran.stderr).decode(errors="replace")
+    if ran.returncode != status:
+        fail(words, f"ended with {ran.returncode} instead of {status}: {said}")
+    if "\x1b" in said:
+        fail(words, f"has colours without a terminal: {said!r}")
+    if "[y/N]" in said:
+        fail(words, f"asks without a terminal: {said!r}")
+    if started.exists():
+        fail(words, "started a pager or an editor without a terminal")
+        started.unlink()
+
+
 def make_history(sandbox):
     sandbox.write("a.c", "one\ntwo\nthree\n")
     sandbox.write("b@2x.c", "b\n")
@@ -187,7 +205,6 @@ LOOKING = [
     (["list", "-r", "2"], "list"),
     (["list", "nowhere"], "list", 1),
     (["cat", "a.c"], "cat"),
-    (["cat", "blob"], "cat", 1),
     (["cat", "-r", "2", "a.c"], "cat"),
     (["export", "a.c", "../exported"], "export"),
     (["export", "a.c", "../exported"], "export", 1),
@@ -207,6 +224,11 @@ LOOKING = [
     (["update", "nowhere/at/all"], "update", 1),
     (["report"], "report"),
     (["report"], "report", 1),
+]
+
+# What is printed as it is, and cannot be JSON.
+ONLY_PLAIN = [
+    (["cat", "blob"], "cat", 1),
 ]
 
 # With `--jsonl` in place of `--json`.
@@ -302,17 +324,29 @@ CONFLICTS = {"conflicts", "skipped", "path", "kind", "state", "theirs", "mine", 
 NOT_SEEN["update"] = {"reason"}
 
 
+def located(sandbox, words):
+    return [sandbox.url(word[8:]) if word.startswith("SANDBOX") else word for word in words]
+
+
+def make_project(sandbox):
+    make_history(sandbox)
+    change_locally(sandbox)
+    change_elsewhere(sandbox)
+
+
 def main(program, directory):
     schemas = Schemas(directory)
     with Sandbox(program) as sandbox:
-        make_history(sandbox)
-        change_locally(sandbox)
-        change_elsewhere(sandbox)
+        make_project(sandbox)
         check_completeness(sandbox, schemas)
-        for option, table in (("--json", LOOKING), ("--jsonl", STREAMING), ("--json", CHANGING)):
+        for option, table in (("--json", LOOKING), ("--json", ONLY_PLAIN),
+                              ("--jsonl", STREAMING), ("--json", CHANGING)):
             for words, name, *status in table:
-                words = [sandbox.url(word[8:]) if word.startswith("SANDBOX") else word for word in words]
-                check(sandbox, schemas, [*words, option], name, *status)
+                check(sandbox, schemas, [*located(sandbox, words), option], name, *status)
+    with Sandbox(program) as sandbox:
+        make_project(sandbox)
+        for words, _, *status in LOOKING + CHANGING:
+            check_plain(sandbox, located(sandbox, words), *status)
     check_members(schemas)
     print("\n".join(failures) or f"{len(schemas.all)} schemas hold")
     return 1 if failures else 0
