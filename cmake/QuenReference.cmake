@@ -5,7 +5,8 @@ find_package(Doxygen COMPONENTS dot)
 if(DOXYGEN_FOUND)
     set(QUEN_REFERENCE_PAGES "")
     foreach(page README architecture embedding requests maintaining console server reliability
-            safety security servers performance commands from-svn from-git exit-statuses)
+            safety security servers performance commands scripting from-svn from-git exit-statuses
+            working-day)
         string(APPEND QUEN_REFERENCE_PAGES " ${PROJECT_SOURCE_DIR}/Documentation/${page}.md")
     endforeach()
     configure_file(cmake/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)
