@@ -1,10 +1,13 @@
-// An environment with an event loop: environment [--user NAME --password WORD] DIRECTORY...
+// An environment with an event loop:
+//
+//     environment [--user NAME --password WORD] [--progress] [--patience SECONDS] DIRECTORY...
 //
 // Shows for each working copy what has changed here and at the server, and its history, page by
-// page; then starts a history and cancels it. The loop never waits for a client: operations run on
-// a queue, and what they tell comes to the loop as events.
+// page; then starts a history and cancels it. A server that takes longer than the patience lasts is
+// given up. The loop never waits for a client: operations run on a queue, and what they tell comes
+// to the loop as events.
 
-#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -20,6 +23,7 @@
 #include <quen/Host/PlugInLoader.h>
 #include <quen/Host/RunContext.h>
 #include <string>
+#include <thread>
 #include <vector>
 
 using namespace quen;
@@ -83,17 +87,46 @@ private:
     std::function<void()> work_;
 };
 
+/// What the command line says.
+struct Settings {
+    std::string user = {};
+    std::string password = {};
+    bool showsProgress = false;
+    std::optional<std::chrono::seconds> patience = {};
+    std::vector<std::string> directories = {};
+};
+
+Settings settingsIn(const std::vector<std::string>& words) {
+    Settings settings;
+    for (std::size_t at = 0; at < words.size(); ++at) {
+        const bool hasNext = at + 1 < words.size();
+        if (words[at] == "--progress") {
+            settings.showsProgress = true;
+        } else if (words[at] == "--user" && hasNext) {
+            settings.user = words[++at];
+        } else if (words[at] == "--password" && hasNext) {
+            settings.password = words[++at];
+        } else if (words[at] == "--patience" && hasNext) {
+            settings.patience = std::chrono::seconds(std::stoi(words[++at]));
+        } else {
+            settings.directories.push_back(words[at]);
+        }
+    }
+    return settings;
+}
+
 class Environment {
 public:
-    Environment(QuenSourceControlProtocolPtr provider, const std::vector<std::string>& directories)
-        : provider_(std::move(provider)) {
-        for (const std::string& directory : directories) {
+    Environment(QuenSourceControlProtocolPtr provider, Settings settings)
+        : provider_(std::move(provider)), settings_(std::move(settings)) {
+        for (const std::string& directory : settings_.directories) {
             copies_.emplace_back(provider_, directory);
         }
     }
 
     void run() {
         open_ = copies_.size();
+        const std::jthread patience([this](std::stop_token done) { giveUpInTime(done); });
         for (const WorkingCopy& copy : copies_) {
             showChanges(copy);
         }
@@ -109,7 +142,11 @@ private:
         Error refusal;
         auto held = std::make_shared<QuenSourceControlOperationPtr>();
         OperationListeners listeners;
-        listeners.progress = [this](std::size_t bytes) { received_ = received_ + bytes; };
+        if (settings_.showsProgress) {
+            listeners.progress = [this](std::size_t bytes) {
+                loop_.post([bytes] { std::cout << "  " << bytes << " bytes so far\n"; });
+            };
+        }
         listeners.stop = std::move(stop);
         listeners.completion = [this, held, ended](QuenSourceControlOperation&) {
             loop_.post([held, ended] { ended(std::move(*held)); });
@@ -126,7 +163,7 @@ private:
                   .tree(copy.tree(), copy.repository())
                   .files({copy.directory()})
                   .request(),
-              {}, [this, &copy](const QuenSourceControlOperationPtr& operation) {
+              patience_.get_token(), [this, &copy](const QuenSourceControlOperationPtr& operation) {
                   std::cout << "changes in " << copy.directory() << '\n';
                   for (const StatusItem& item : statusItems(operation->result())) {
                       if (item.isChanged() || item.isUnversioned() || !item.repository.isNone()) {
@@ -134,8 +171,19 @@ private:
                       }
                   }
                   fail(operation->error(), RequestTypeRemoteStatus);
-                  showHistory(copy);
+                  operation->isCancelled() ? finish() : showHistory(copy);
               });
+    }
+
+    /// Where a server does not answer.
+    void giveUpInTime(std::stop_token done) {
+        std::mutex mutex;
+        std::unique_lock lock(mutex);
+        std::condition_variable_any never;
+        if (settings_.patience) {
+            never.wait_for(lock, done, *settings_.patience, [] { return false; });
+            patience_.request_stop();
+        }
     }
 
     static const char* describe(const StatusItem& item) {
@@ -193,10 +241,11 @@ private:
     }
 
     QuenSourceControlProtocolPtr provider_;
+    Settings settings_;
     std::deque<WorkingCopy> copies_;
+    std::stop_source patience_;
     EventLoop loop_;
     std::size_t open_ = 0;
-    std::atomic<std::size_t> received_ = 0;
     /// One client at a time, so that the lines come in order; several are as well.
     OperationQueuePtr queue_ = OperationQueue::make(1);
 };
@@ -204,22 +253,16 @@ private:
 } // namespace
 
 int main(int count, char** words) {
-    std::vector<std::string> rest(words + 1, words + count);
-    std::string user;
-    std::string password;
-    if (rest.size() > 4 && rest[0] == "--user" && rest[2] == "--password") {
-        user = rest[1];
-        password = rest[3];
-        rest.erase(rest.begin(), rest.begin() + 4);
-    }
+    const Settings settings = settingsIn({words + 1, words + count});
     Error problem;
     const auto provider = loadProvider(installedModule(), &problem);
-    if (provider == nullptr || rest.empty()) {
-        std::cerr << "Usage: environment [--user NAME --password WORD] DIRECTORY...\n"
+    if (provider == nullptr || settings.directories.empty()) {
+        std::cerr << "Usage: environment [--user NAME --password WORD] [--progress] "
+                     "[--patience SECONDS] DIRECTORY...\n"
                   << descriptionOfError(problem) << '\n';
         return 2;
     }
     RunContext::setProcessDefault(RunContext::processDefault().withCredentials(
-        Credentials::make(std::make_shared<GivenPassword>(user, password))));
-    Environment(provider, rest).run();
+        Credentials::make(std::make_shared<GivenPassword>(settings.user, settings.password))));
+    Environment(provider, settings).run();
 }

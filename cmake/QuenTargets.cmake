@@ -42,10 +42,6 @@ function(quen_library name output exported)
         set_target_properties(${name}Whole PROPERTIES EXPORT_NAME ${exported})
     endif()
     quen_target(${name}Library)
-    if(NOT PROJECT_IS_TOP_LEVEL)
-        # Nobody links the module, so that another project's build would leave it out.
-        add_dependencies(${name}Library QuenSVN)
-    endif()
     target_include_directories(${name}Library INTERFACE
         $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>

@@ -1,7 +1,7 @@
 # Installs the build, moves what was installed, builds hosts of somebody else and the examples
 # against it, and runs them and the installed command line on a working copy.
 #
-#     cmake -D BUILD=<build directory> -D CONSUMER=<its sources> -D EXAMPLES=<the examples>
+#     cmake -D BUILD=<build directory> -D CONSUMER=<its sources> -D README=<the project's>
 #           -D SCRATCH=<directory> -D GENERATOR=... -D COMPILER=... -D FLAGS=... -P PackageTest.cmake
 
 cmake_minimum_required(VERSION 3.25)
@@ -42,6 +42,7 @@ file(MAKE_DIRECTORY "${SCRATCH}")
 set(PREFIX "${SCRATCH}/moved here")
 set(COPY "${SCRATCH}/copy")
 set(HOSTS "${SCRATCH}/consumer")
+set(EXAMPLES "${PREFIX}/share/doc/libquen-dev/examples")
 
 run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${SCRATCH}/installed")
 file(RENAME "${SCRATCH}/installed" "${PREFIX}")
@@ -83,6 +84,15 @@ else()
     message(FATAL_ERROR "python3 is needed to load a host without showing its names")
 endif()
 
+run("${HOSTS}/examples/first-host" "${COPY}")
+expect("new      ${COPY}/new.txt\n")
+file(READ "${EXAMPLES}/first_host.cpp" output)
+file(READ "${README}" readme)
+string(FIND "${readme}" "${output}" at)
+if(at EQUAL -1)
+    message(FATAL_ERROR "The README's example is another one than Examples/first_host.cpp")
+endif()
+
 run("${HOSTS}/examples/own-host" "${PREFIX}/lib/quen/quen-svn.so" "${COPY}")
 expect("256 ${COPY}/new.txt\n")
 
@@ -102,6 +112,12 @@ changes in ${SCRATCH}/other/copy
 
 run("${HOSTS}/examples/server-client" "${PREFIX}/bin/quen" "${COPY}")
 expect("unversioned ${COPY}/new.txt\n")
+
+run("${PYTHON}" "${EXAMPLES}/editor_client.py"
+    --server "'${PREFIX}/bin/quen' serve" "${COPY}" INPUT_FILE /dev/null)
+expect_part("unversioned  ${COPY}/new.txt\n")
+
+run("${PYTHON}" "${CONSUMER}/sign_in.py" "${HOSTS}/examples/environment" "${SCRATCH}/sign in")
 
 # What the builder of requests refuses, the compiler says.
 foreach(case RANGE 4)
