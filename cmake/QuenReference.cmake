@@ -4,11 +4,12 @@
 find_package(Doxygen COMPONENTS dot)
 if(DOXYGEN_FOUND)
     set(QUEN_REFERENCE_PAGES "")
-    foreach(page README architecture embedding requests maintaining console server reliability
+    foreach(page README architecture first-host embedding requests maintaining console server reliability
             safety security servers performance commands scripting from-svn from-git exit-statuses
             working-day)
         string(APPEND QUEN_REFERENCE_PAGES " ${PROJECT_SOURCE_DIR}/Documentation/${page}.md")
     endforeach()
+    string(APPEND QUEN_REFERENCE_PAGES " ${PROJECT_SOURCE_DIR}/Contract/README.md")
     configure_file(cmake/Doxyfile.in ${PROJECT_BINARY_DIR}/Doxyfile @ONLY)
     add_custom_target(QuenReference
         COMMAND ${CMAKE_COMMAND}

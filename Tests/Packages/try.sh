@@ -19,9 +19,8 @@ as_user=()
 [[ $(id -u) -ne 0 ]] || as_user=(--allow-root)
 lintian "${as_user[@]}" --fail-on error "$scratch"/packages/*.deb
 
-for package in "$scratch"/packages/*.deb; do
-    dpkg-deb -x "$package" "$scratch/root"
-done
+"$here/transcript.py" "$here/../../Documentation/first-host.md" \
+    "$scratch/root" "$scratch/packages" "$scratch/me"
 prefix=$scratch/root/usr
 
 svnadmin create "$scratch/repository"
@@ -43,4 +42,5 @@ cmake --build "$build" --target QuenReference >"$scratch/reference.log" 2>&1 || 
     exit 1
 }
 [[ -s $build/reference/html/index.html ]]
+"$here/builds.sh" "$scratch/builds" "$scratch/copy"
 echo 'The packages serve a person and a host developer.'

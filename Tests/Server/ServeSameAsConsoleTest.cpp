@@ -58,7 +58,7 @@ Json completeRequest(int type) {
 /// Every type, served or not: with everything and with nothing, ended in each way.
 std::vector<Json> inputs() {
     std::vector<Json> all;
-    for (int type = 0; type <= RequestTypeLogAll + 1; ++type) {
+    for (int type = 0; type <= RequestTypeEnd; ++type) {
         for (const Json& request : {completeRequest(type), Json{{"type", type}},
                                     Json{{"type", type}, {"files", {"a.c", "b@2.c", ""}}}}) {
             all.push_back({{"request", request}, {"dryRun", true}, {"logLevel", 9}});

@@ -55,7 +55,7 @@ Json Journey::column(const Json& records, const std::string& key) {
 
 std::set<RequestType> Journey::servedTypes() {
     std::set<RequestType> types;
-    for (std::int32_t type = RequestTypeAdd; type <= RequestTypeLogAll; ++type) {
+    for (std::int32_t type = RequestTypeAdd; type < RequestTypeEnd; ++type) {
         types.insert(static_cast<RequestType>(type));
     }
     for (const RequestType other :

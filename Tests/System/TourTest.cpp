@@ -22,7 +22,7 @@ TEST(Tour, GoesThroughEveryRequestTypeAndLeavesNothing) {
     EXPECT_EQ(ran.status, 0) << ran.out;
     EXPECT_EQ(ran.err, "");
     EXPECT_THAT(ran.out, HasSubstr(" requests, 0 failed, "));
-    for (std::int32_t type = RequestTypeAdd; type <= RequestTypeLogAll; ++type) {
+    for (std::int32_t type = RequestTypeAdd; type < RequestTypeEnd; ++type) {
         const std::string name(nameOfRequestType(type));
         if (!name.empty()) {
             EXPECT_THAT(ran.out, HasSubstr(name + " (" + std::to_string(type) + ")"));
