@@ -14,7 +14,8 @@
 namespace quen {
 
 /// What the queue and its threads share, so that a thread may outlive the queue's last holder.
-class OperationQueue::State : public std::enable_shared_from_this<State> {
+class __attribute__((visibility("hidden"))) OperationQueue::State
+    : public std::enable_shared_from_this<State> {
 public:
     explicit State(std::size_t width) : width_(width) {}
 

@@ -26,9 +26,10 @@ build() {
     quietly cmake --build "$1" --parallel 2 "${@:2}"
 }
 
-# Archives, in a directory for libraries that is not the usual one.
+# Archives, in a directory for libraries that is not the usual one, and that CMake looks into.
+libraries=lib/$("${CXX:-g++}" -dumpmachine)
 quietly cmake -S "$tree" -B "$scratch/static" -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF \
-    -DQUEN_BUILD_TOOLS=OFF -DQUEN_BUILD_TESTS=OFF -DCMAKE_INSTALL_LIBDIR=lib/here
+    -DQUEN_BUILD_TOOLS=OFF -DQUEN_BUILD_TESTS=OFF "-DCMAKE_INSTALL_LIBDIR=$libraries"
 build "$scratch/static"
 quietly cmake --install "$scratch/static" --prefix "$scratch/given later"
 quietly cmake -S "$here/Static" -B "$scratch/host" "-DCMAKE_PREFIX_PATH=$scratch/given later" \
@@ -39,7 +40,7 @@ if ldd "$scratch/given later/bin/first-host" | grep quen; then
     echo 'The host is not one file.'
     exit 1
 fi
-export PKG_CONFIG_PATH="$scratch/given later/lib/here/pkgconfig"
+export PKG_CONFIG_PATH="$scratch/given later/$libraries/pkgconfig"
 eval "quietly ${CXX:-g++} -std=c++20 $(pkg-config --cflags quen) '$tree/Examples/first_host.cpp' \
     -o '$scratch/given later/bin/other-host' $(pkg-config --libs quen)"
 "$scratch/given later/bin/other-host" "$copy" | grep -q 'new\.txt'
