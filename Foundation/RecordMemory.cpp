@@ -26,9 +26,9 @@ constexpr std::size_t taker = std::numeric_limits<std::size_t>::max() / 2;
 struct RecordMemory::Page {
     std::atomic<std::size_t> users{taker};
 
-    static Page* of(const void* block) noexcept {
-        const auto address = reinterpret_cast<std::uintptr_t>(block);
-        return reinterpret_cast<Page*>(address / pageAlignment * pageAlignment);
+    static Page* of(void* block) noexcept {
+        const auto behindBeginning = reinterpret_cast<std::uintptr_t>(block) % pageAlignment;
+        return reinterpret_cast<Page*>(static_cast<char*>(block) - behindBeginning);
     }
 
     void leave(std::size_t count) noexcept {
