@@ -16,9 +16,10 @@ namespace quen {
 /// can be queued, cancelled and limited, and leaves `error`.
 class QUEN_EXPORT ClientCommand : public QuenSourceControlTaskOperation {
 public:
-    /// `svn WORDS.. PATHS..`. Never null. The names of `paths`, which must be absolute or URLs, are
-    /// closed where they hold an `@`. `type` is the request type that the run is most like: what an
-    /// interrupted run may leave behind follows from it; -1 for one that only reads.
+    /// The client with these words and paths behind it. Never null. The names of `paths`, which
+    /// must be absolute or URLs, are closed as by withPegClosed. `type` is the request type that
+    /// the run is most like: what an interrupted run may leave behind follows from it; -1 for one
+    /// that only reads.
     static std::shared_ptr<ClientCommand> make(const std::vector<std::string>& words,
                                                const std::vector<std::string>& paths,
                                                std::int32_t type = -1);

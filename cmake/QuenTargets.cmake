@@ -36,7 +36,8 @@ function(quen_library name output exported)
             OUTPUT_NAME ${output} EXPORT_NAME ${exported}Archive)
         add_library(${name}Whole INTERFACE)
         target_link_libraries(${name}Whole INTERFACE
-            $<LINK_LIBRARY:WHOLE_ARCHIVE,${name}Library>)
+            $<BUILD_INTERFACE:$<LINK_LIBRARY:WHOLE_ARCHIVE,${name}Library>>
+            $<INSTALL_INTERFACE:$<LINK_LIBRARY:WHOLE_ARCHIVE,quen::${exported}Archive>>)
         target_link_options(${name}Whole INTERFACE -rdynamic)
         add_library(quen::${exported} ALIAS ${name}Whole)
         set_target_properties(${name}Whole PROPERTIES EXPORT_NAME ${exported})
