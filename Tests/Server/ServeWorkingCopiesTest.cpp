@@ -27,6 +27,17 @@ protected:
     std::size_t runs(const std::string& word) {
         return server.ask("server/statistics").at("clientRuns").value(word, std::size_t{0});
     }
+    /// How many items have come in parts under a token.
+    std::size_t itemsInParts(const std::string& token) const {
+        std::size_t items = 0;
+        for (const Json& message : server.client().messages()) {
+            if (message.value("method", "") == "$/progress" &&
+                message.at("params").at("token") == token) {
+                items += message.at("params").at("value").size();
+            }
+        }
+        return items;
+    }
     /// The `workingCopy/changed` whose changed or removed paths hold this one; null if none comes.
     Json heardOf(const std::string& name, const std::string& status) const {
         return server.client()
@@ -222,6 +233,39 @@ TEST_F(ServeWorkingCopies, AFileInANewDirectoryIsToldByTheDirectory) {
     EXPECT_FALSE(heardOf("n", "").is_null());
 }
 
+TEST_F(ServeWorkingCopies, AnotherWorkingCopyInsideIsOneItemWhateverIsTouchedThere) {
+    open(root());
+    sandbox.svn({"checkout", "-q", sandbox.url("trunk"), path("n")});
+    server.notify("workingCopy/didChange", {{"paths", {path("n")}}});
+    EXPECT_FALSE(heardOf("n", "unversioned").is_null());
+    const std::size_t before = changesHeard();
+    sandbox.write("n/a.c", "changed\n");
+    server.notify("workingCopy/didChange", {{"paths", {path("n"), path("n/a.c")}}});
+    // What comes later has been looked at later.
+    sandbox.write("b.txt", "");
+    server.notify("workingCopy/didChange", {{"paths", {path("b.txt")}}});
+    EXPECT_FALSE(heardOf("b.txt", "unversioned").is_null());
+    EXPECT_EQ(changesHeard(), before + 1);
+    EXPECT_EQ(status().at("counts"), Json::parse(R"({"unversioned": 2})"));
+    std::filesystem::remove_all(path("n"));
+    server.notify("workingCopy/didChange", {{"paths", {path("n")}}});
+    EXPECT_FALSE(heardOf("n", "").is_null());
+}
+
+TEST_F(ServeWorkingCopies, AnExternalThatComesIsOneItemWhateverIsTouchedThere) {
+    open(root());
+    sandbox.svn({"propset", "-q", "svn:externals", "^/branches n", root()});
+    sandbox.svn({"update", "-q"});
+    EXPECT_FALSE(heardOf("n", "external").is_null());
+    sandbox.write("n/new.c", "");
+    server.notify("workingCopy/didChange", {{"paths", {path("n"), path("n/new.c")}}});
+    sandbox.write("b.txt", "");
+    server.notify("workingCopy/didChange", {{"paths", {path("b.txt")}}});
+    EXPECT_FALSE(heardOf("b.txt", "unversioned").is_null());
+    EXPECT_EQ(status().at("counts"),
+              Json::parse(R"({"external": 1, "normal": 1, "unversioned": 1})"));
+}
+
 TEST_F(ServeWorkingCopies, CommandsOfATerminalAreSeen) {
     sandbox.write("a.c", "changed\n");
     open(root());
@@ -272,26 +316,45 @@ TEST_F(ServeWorkingCopies, InfoHasARecordForEachPath) {
     EXPECT_EQ(info.at("items")[1].at("url"), nullptr);
 }
 
+TEST_F(ServeWorkingCopies, InfoNamesWhatTheClientSaysOfAConflictOfProperties) {
+    sandbox.svn({"propset", "-q", "p", "theirs", "a.c"});
+    sandbox.svn({"commit", "-q", "-m", "theirs", "a.c"});
+    sandbox.svn({"update", "-q", "-r", "PREV", "a.c"});
+    sandbox.svn({"propset", "-q", "p", "mine", "a.c"});
+    sandbox.svn({"update", "-q", "--accept", "postpone", "a.c"});
+    const Json info = server.ask("workingCopy/info", {{"paths", {path("a.c")}}});
+    const Json& conflicts = info.at("items")[0].at("conflicts");
+    ASSERT_EQ(conflicts.size(), 1U);
+    EXPECT_EQ(conflicts[0].at("kind"), "property");
+    EXPECT_EQ(conflicts[0].at("theirs"), nullptr);
+    EXPECT_EQ(conflicts[0].at("properties"), path("a.c.prej"));
+}
+
 TEST_F(ServeWorkingCopies, StatusComesInPartsWhereAsked) {
     for (int i = 0; i < 2500; ++i) {
         sandbox.write("many/" + std::to_string(i), "");
     }
     sandbox.svn({"add", "-q", "many"});
-    open(root());
-    const int id =
-        server.start("workingCopy/status",
-                     {{"workingCopy", root()}, {"refresh", true}, {"partialResultToken", "p"}});
-    const Json answer = server.answer(id).at("result");
-    EXPECT_EQ(answer.at("items"), Json::array());
-    EXPECT_EQ(answer.at("counts").at("added"), 2501);
-    std::size_t items = 0;
-    for (const Json& message : server.client().messages()) {
-        if (message.value("method", "") == "$/progress") {
-            EXPECT_EQ(message.at("params").at("token"), "p");
-            items += message.at("params").at("value").size();
-        }
+    // The first one, while the client writes, and one that a person asks for.
+    for (const bool refresh : {false, true}) {
+        const std::string token = refresh ? "second" : "first";
+        const int id = server.start(
+            "workingCopy/status",
+            {{"workingCopy", root()}, {"refresh", refresh}, {"partialResultToken", token}});
+        const Json answer = server.answer(id).at("result");
+        EXPECT_EQ(answer.at("items"), Json::array());
+        EXPECT_EQ(answer.at("counts").at("added"), 2501);
+        EXPECT_EQ(itemsInParts(token), 2501U) << token;
     }
-    EXPECT_EQ(items, 2501U);
+}
+
+TEST_F(ServeWorkingCopies, WhoOpensOneBesideItsFirstStatusWaitsForThat) {
+    sandbox.svn({"checkout", "-q", sandbox.url("trunk"), path("n")});
+    const int status = server.start("workingCopy/status", {{"workingCopy", root()}});
+    const int opened = server.start("workingCopy/open", {{"path", root()}});
+    EXPECT_EQ(server.answer(opened).at("result").at("nested"), Json::array({path("n")}));
+    EXPECT_EQ(server.answer(status).at("result").at("counts").at("unversioned"), 1);
+    EXPECT_EQ(server.ask("server/statistics").at("clientRuns").at("status"), 1);
 }
 
 TEST_F(ServeWorkingCopies, RootsAreDiscovered) {

@@ -26,7 +26,8 @@ OrderedJson conflictsJson(const InfoEntry& entry) {
                         {"reason", toJson(conflict.reason)},
                         {"base", toJson(conflict.previousBaseFile)},
                         {"mine", toJson(conflict.mineFile)},
-                        {"theirs", toJson(conflict.incomingFile)}});
+                        {"theirs", toJson(conflict.incomingFile)},
+                        {"properties", toJson(conflict.propertyFile)}});
     }
     return json;
 }

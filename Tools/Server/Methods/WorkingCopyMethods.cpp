@@ -70,13 +70,6 @@ void sendItems(Call& call, const std::vector<StatusItem>& items, bool includeIgn
 }
 
 OrderedJson status(const Services& services, Call& call, const StatusParams& params) {
-    WorkingCopies::Opened opened = services.copies.open(params.root, optionsOf(call));
-    if (opened.copy == nullptr) {
-        OrderedJson json{
-            {"generation", 0}, {"items", OrderedJson::array()}, {"counts", OrderedJson::object()}};
-        addOutcome(json, opened.ran);
-        return json;
-    }
     std::size_t seen = 0;
     bool isSent = false;
     const WorkingCopies::ItemWatcher watcher = [&](const std::vector<StatusItem>& items) {
@@ -87,6 +80,13 @@ OrderedJson status(const Services& services, Call& call, const StatusParams& par
             sendItems(call, items, params.includeIgnored);
         }
     };
+    WorkingCopies::Opened opened = services.copies.open(params.root, optionsOf(call), watcher);
+    if (opened.copy == nullptr) {
+        OrderedJson json{
+            {"generation", 0}, {"items", OrderedJson::array()}, {"counts", OrderedJson::object()}};
+        addOutcome(json, opened.ran);
+        return json;
+    }
     if (!opened.copy->isKnown()) {
         opened.ran = services.copies.makeKnown(opened.copy, optionsOf(call), watcher);
     } else if ((params.refresh && !opened.isNew) || !services.copies.isKept(*opened.copy)) {

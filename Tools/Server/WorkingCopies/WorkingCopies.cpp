@@ -79,6 +79,25 @@ std::vector<std::string> outermost(std::vector<std::string> paths) {
     return kept;
 }
 
+/// What of the paths is this working copy's to tell. One inside it that is known answers for
+/// itself; one that is not known yet is seen by a look at the directory that it lies in, because
+/// the client, asked about its top, would tell of its inside.
+std::vector<std::string> ownPaths(const WorkingCopy& copy, const std::vector<std::string>& paths) {
+    std::vector<std::string> own;
+    for (const std::string& path : paths) {
+        std::error_code ignored;
+        const bool isLink = std::filesystem::is_symlink(path, ignored);
+        const std::string root = rootAbove(isLink ? parentOf(path) : path);
+        const bool isOther = root != copy.root() && isAtOrBelow(root, copy.root());
+        if (!isOther) {
+            own.push_back(path);
+        } else if (!copy.knows(root)) {
+            own.push_back(parentOf(root));
+        }
+    }
+    return own;
+}
+
 OrderedJson newsJson(const WorkingCopy& copy, const WorkingCopy::News& news) {
     OrderedJson changed = OrderedJson::array();
     for (const StatusItem& item : news.change.changed) {
@@ -161,11 +180,40 @@ Ran WorkingCopies::readFacts(const std::string& root, WorkingCopyFacts& facts,
     return ran;
 }
 
-WorkingCopies::Opened WorkingCopies::open(const std::string& path, const RunOptions& options) {
+/// Whoever opens a working copy; waits until nobody else does.
+class WorkingCopies::Opening {
+public:
+    Opening(WorkingCopies& copies, const std::string& root, const std::stop_token& stop)
+        : copies_(copies), root_(root) {
+        std::unique_lock lock(copies_.mutex_);
+        if (!copies_.isOpened_.wait(lock, stop,
+                                    [&] { return !copies_.beingOpened_.contains(root); })) {
+            throw requestCancelled(false);
+        }
+        copies_.beingOpened_.insert(root);
+    }
+    Opening(const Opening&) = delete;
+    Opening& operator=(const Opening&) = delete;
+    ~Opening() {
+        {
+            const std::lock_guard lock(copies_.mutex_);
+            copies_.beingOpened_.erase(root_);
+        }
+        copies_.isOpened_.notify_all();
+    }
+
+private:
+    WorkingCopies& copies_;
+    std::string root_;
+};
+
+WorkingCopies::Opened WorkingCopies::open(const std::string& path, const RunOptions& options,
+                                          const ItemWatcher& watcher) {
     const std::string root = rootAbove(path);
     if (root.empty()) {
         return {};
     }
+    const Opening opening(*this, root, options.stop);
     if (const WorkingCopyPtr copy = find(root)) {
         return {copy, {}, false};
     }
@@ -190,7 +238,7 @@ WorkingCopies::Opened WorkingCopies::open(const std::string& path, const RunOpti
                      "/.svn/wc.db: changes made elsewhere show after a refresh.");
     }
     if (!opened.copy->isKnown()) {
-        opened.ran = makeKnown(opened.copy, options);
+        opened.ran = makeKnown(opened.copy, options, watcher);
     }
     return opened;
 }
@@ -275,8 +323,8 @@ Ran WorkingCopies::refreshBelow(const WorkingCopyPtr& copy, std::vector<std::str
     if (!turn) {
         throw requestCancelled(false);
     }
-    // An external may have been told of since the paths were touched: another working copy's then.
-    std::erase_if(paths, [&](const std::string& path) { return copy->isInsideExternal(path); });
+    // Another working copy may have been told of since the paths were touched.
+    paths = ownPaths(*copy, paths);
     if (paths.empty()) {
         return {};
     }

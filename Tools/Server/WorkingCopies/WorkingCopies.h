@@ -4,10 +4,12 @@
 #include "Tools/Server/WorkingCopies/ChangeWatch.h"
 #include "Tools/Server/WorkingCopies/WorkingCopy.h"
 
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,9 +34,13 @@ public:
         /// It was not open before.
         bool isNew = false;
     };
-    /// Opens the working copy that a path lies in, and gets its first status. `copy` is null where
-    /// the path lies in none, and where the client failed, which `ran` tells.
-    Opened open(const std::string& path, const RunOptions& options);
+    using ItemWatcher = std::function<void(const std::vector<StatusItem>&)>;
+    /// Opens the working copy that a path lies in, and gets its first status, whose items `watcher`
+    /// hears of while the client writes. `copy` is null where the path lies in none, and where the
+    /// client failed, which `ran` tells. Of several that open one at once, one runs the client and
+    /// the others wait.
+    Opened open(const std::string& path, const RunOptions& options,
+                const ItemWatcher& watcher = {});
     /// Asks the client again what an open working copy is: it may have been switched.
     Ran readAgain(const std::string& root, const RunOptions& options);
     /// Only where its database has changed since the client was asked last.
@@ -49,7 +55,6 @@ public:
     std::vector<WorkingCopyPtr> all() const;
 
     /// Runs the client for the whole status.
-    using ItemWatcher = std::function<void(const std::vector<StatusItem>&)>;
     Ran refresh(const WorkingCopyPtr& copy, const RunOptions& options,
                 const ItemWatcher& watcher = {});
     /// Likewise, but only where no status is kept yet: of several that ask for it at once, one runs
@@ -86,6 +91,7 @@ private:
     void serveDue(const ChangeWatch::Due& due);
     void announce(const WorkingCopy& copy, const std::optional<WorkingCopy::News>& news);
     Ran readFacts(const std::string& root, WorkingCopyFacts& facts, const RunOptions& options);
+    class Opening;
 
     Runs& runs_;
     Dispatcher& dispatcher_;
@@ -94,6 +100,8 @@ private:
     std::stop_source stop_;
     mutable std::mutex mutex_;
     std::map<std::string, WorkingCopyPtr> copies_;
+    std::set<std::string> beingOpened_;
+    std::condition_variable_any isOpened_;
     /// Last, so that nothing is due any more while the rest goes.
     ChangeWatch watch_;
 };

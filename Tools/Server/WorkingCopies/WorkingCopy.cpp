@@ -129,6 +129,11 @@ bool WorkingCopy::isInsideExternal(std::string_view path) const {
     });
 }
 
+bool WorkingCopy::knows(std::string_view path) const {
+    const std::lock_guard lock(mutex_);
+    return table_.items().find(path) != table_.items().end();
+}
+
 std::size_t WorkingCopy::bytes(std::size_t ofItem) const {
     const std::lock_guard lock(mutex_);
     std::size_t bytes = 0;

@@ -82,6 +82,8 @@ public:
     std::vector<std::string> externals() const;
     std::vector<std::string> unversionedPaths() const;
     bool isInsideExternal(std::string_view path) const;
+    /// Whether there is an item of exactly this path.
+    bool knows(std::string_view path) const;
 
     /// About what is kept takes, where an item takes so much beside its path.
     std::size_t bytes(std::size_t ofItem) const;
