@@ -3,8 +3,8 @@
 #
 # The installed tree may be moved: programs and libraries find each other from where they lie.
 #
-# Two components: `runtime` is what a person and an editor need, `development` what a host is built
-# with.
+# Two components: `runtime` is what a person needs, `development` what a host is built with. Beside
+# them `server`, never installed unasked: what the extension of an editor carries.
 
 include(CMakePackageConfigHelpers)
 
@@ -37,6 +37,11 @@ install(TARGETS quen-askpass
     RUNTIME DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
 install(TARGETS QuenSVN EXPORT quen-targets
     LIBRARY DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT runtime)
+
+install(TARGETS quen RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT server EXCLUDE_FROM_ALL)
+install(TARGETS quen-askpass QuenSVN
+    RUNTIME DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT server EXCLUDE_FROM_ALL
+    LIBRARY DESTINATION ${QUEN_INSTALLED_MODULE_DIRECTORY} COMPONENT server EXCLUDE_FROM_ALL)
 
 install(CODE "
     execute_process(COMMAND \"${CMAKE_COMMAND}\"
