@@ -29,4 +29,5 @@ export QUEN_EDITOR_MODULES QUEN_EDITOR_EXTENSION
 QUEN_EDITOR_EXTENSION=$(newest_package) || exit
 export QUEN_EDITOR_PICTURES=$PWD/../build/editor/pictures
 "$QUEN_EDITOR_NODE" out/browser/host.js || exit
+"$QUEN_EDITOR_NODE" --test out/browser/try.test.js || exit
 exec "$QUEN_EDITOR_NODE" --test out/browser/journeys.test.js

@@ -21,6 +21,7 @@ import { makeLifecycle, openFolders, registerLifecycle } from './lifecycle';
 import { WorkingCopies } from './model/workingCopies';
 import { registerBranches } from './remote/branches';
 import { registerBrowser, RepositoryTree } from './remote/browser';
+import { registerClientSettings } from './remote/clientSettings';
 import { registerIncoming } from './remote/incoming';
 import { registerUpdate } from './remote/update';
 import { registerUpkeep } from './remote/upkeep';
@@ -75,6 +76,7 @@ export function activate(context: vscode.ExtensionContext): Inside {
     registerLinks(services),
     registerExplorerHooks(services),
     registerUpdate(services, controls),
+    registerClientSettings(),
     registerIncoming(services),
     registerBranches(services, controls),
     registerHistory(services, controls, history),

@@ -3,6 +3,7 @@
 import * as vscode from 'vscode';
 import { command } from '../commands';
 import { openMergeEditor } from '../proposed';
+import { isConflicted } from '../model/words';
 import type { SettledFile } from '../model/workingCopy';
 import { askRevision } from '../remote/questions';
 import type { Item, Revision } from '../server/protocol';
@@ -65,7 +66,7 @@ async function compareWith(uri: vscode.Uri, revision: Revision): Promise<void> {
 
 async function openChange(services: Services, uri: vscode.Uri): Promise<void> {
   const item = services.copies.itemOf(fileOf(uri));
-  if (item?.status === 'conflicted' && (await openConflict(services, uri))) return;
+  if (item && isConflicted(item) && (await openConflict(services, uri))) return;
   if (await isDirectory(uri)) {
     await vscode.commands.executeCommand('revealInExplorer', uri);
     return;

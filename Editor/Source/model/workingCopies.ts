@@ -5,10 +5,12 @@ import { OperationFailed, succeeded } from '../server/failures';
 import type { ChangedParams, Item, WorkingCopyFacts } from '../server/protocol';
 import type { Server } from '../server/server';
 import { contains, directoriesOf } from './paths';
+import { Readings, takeNews, type Reading } from './readings';
 import { makeWorkingCopy, type Change, type WorkingCopy } from './workingCopy';
 
 export class WorkingCopies implements vscode.Disposable {
   private readonly byPath = new Map<string, WorkingCopy>();
+  private readonly readings: Readings;
   private readonly opened = new vscode.EventEmitter<WorkingCopy>();
   private readonly closed = new vscode.EventEmitter<WorkingCopy>();
   private readonly changed = new vscode.EventEmitter<Change>();
@@ -19,7 +21,9 @@ export class WorkingCopies implements vscode.Disposable {
   constructor(
     private readonly server: Server,
     private readonly report: (error: unknown) => void,
-  ) {}
+  ) {
+    this.readings = new Readings(server);
+  }
 
   get all(): readonly WorkingCopy[] {
     return [...this.byPath.values()];
@@ -46,15 +50,27 @@ export class WorkingCopies implements vscode.Disposable {
 
   /** Opens the working copy above or at `path`, and those inside it. */
   async open(path: string): Promise<WorkingCopy | undefined> {
-    const facts = await this.server.request('workingCopy/open', { path });
-    if (!facts) return undefined;
-    const copy = this.adopt(succeeded(facts));
-    await Promise.all([...facts.nested, ...facts.externals].map((inner) => this.openInner(inner)));
-    return copy;
+    // The status is asked for first, so that the items come while the client writes. Where `path`
+    // is not the top of a working copy that is refused, and asked again once the top is known.
+    const early = this.byPath.has(path) ? undefined : this.readings.start(path, false);
+    try {
+      const facts = await this.server.request('workingCopy/open', { path });
+      const isTop = facts?.workingCopy === path && !this.byPath.has(path);
+      if (early && !isTop) this.readings.leave(early);
+      if (!facts) return undefined;
+      const copy = this.adopt(succeeded(facts), isTop ? early : undefined);
+      await Promise.all(
+        [...facts.nested, ...facts.externals].map((inner) => this.openInner(inner)),
+      );
+      return copy;
+    } catch (error) {
+      if (early) this.readings.leave(early);
+      throw error;
+    }
   }
 
   /** Takes a working copy up that the server has opened; idempotent. */
-  adopt(facts: WorkingCopyFacts): WorkingCopy {
+  adopt(facts: WorkingCopyFacts, reading?: Reading): WorkingCopy {
     const known = this.byPath.get(facts.workingCopy);
     if (known) {
       known.facts = facts;
@@ -64,7 +80,8 @@ export class WorkingCopies implements vscode.Disposable {
     const copy = makeWorkingCopy(facts);
     this.byPath.set(copy.path, copy);
     this.opened.fire(copy);
-    void this.load(copy, false).catch(this.report);
+    this.touchAround(copy.path);
+    void this.load(copy, reading ?? this.readings.start(copy.path, false)).catch(this.report);
     return copy;
   }
 
@@ -78,27 +95,17 @@ export class WorkingCopies implements vscode.Disposable {
     if (!copy) return;
     this.byPath.delete(path);
     this.closed.fire(copy);
+    this.touchAround(path);
   }
 
   /** Runs the client over the whole working copy. */
   async refresh(copy: WorkingCopy): Promise<void> {
-    await this.load(copy, true);
+    await this.load(copy, this.readings.start(copy.path, true));
   }
 
-  /** Takes in the whole status: as the server has it, or as a run of the client finds it now. */
-  private async load(copy: WorkingCopy, refresh: boolean): Promise<void> {
-    const status = succeeded(
-      await this.server.request('workingCopy/status', { workingCopy: copy.path, refresh }),
-    );
-    if (status.generation < copy.generation) return; // A newer delta came first.
-    const before = [...copy.items.keys()];
-    copy.items.clear();
-    for (const item of status.items) copy.items.set(item.path, item);
-    copy.counts = status.counts;
-    copy.generation = status.generation;
-    copy.isKnown = true;
-    const gone = before.filter((path) => !copy.items.has(path));
-    this.changed.fire({ copy, paths: null, gone });
+  private async load(copy: WorkingCopy, reading: Reading): Promise<void> {
+    await this.readings.takeIn(copy, reading);
+    this.changed.fire({ copy, paths: null });
   }
 
   /** Asks the repository what is newer there. */
@@ -126,12 +133,9 @@ export class WorkingCopies implements vscode.Disposable {
   }
 
   apply(params: ChangedParams): void {
+    this.readings.note(params);
     const copy = this.byPath.get(params.workingCopy);
-    if (!copy || params.generation <= copy.generation) return;
-    for (const item of params.changed) copy.items.set(item.path, item);
-    for (const path of params.removed) copy.items.delete(path);
-    copy.counts = params.counts;
-    copy.generation = params.generation;
+    if (!copy || !takeNews(copy, params)) return;
     this.changed.fire({
       copy,
       paths: [...params.changed.map((item) => item.path), ...params.removed],
@@ -141,6 +145,13 @@ export class WorkingCopies implements vscode.Disposable {
   /** Tells whoever shows `copy` that something besides its items has changed. */
   touch(copy: WorkingCopy): void {
     this.changed.fire({ copy, paths: [] });
+  }
+
+  /** A working copy that comes or goes is a row, or none, of the one around it. */
+  private touchAround(path: string): void {
+    for (const copy of this.byPath.values()) {
+      if (copy.items.has(path)) this.changed.fire({ copy, paths: [path] });
+    }
   }
 
   /** Forgets everything: the server is a new one, which knows nothing of what was opened. */

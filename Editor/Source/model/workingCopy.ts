@@ -7,7 +7,7 @@ export interface WorkingCopy {
   readonly uri: vscode.Uri;
   facts: WorkingCopyFacts;
   generation: number;
-  readonly items: Map<string, Item>;
+  items: Map<string, Item>;
   counts: Counts;
   incoming: readonly Item[];
   /** Files that an update or merge has settled for the person's side, until they were looked at. */
@@ -30,8 +30,6 @@ export interface Change {
   readonly copy: WorkingCopy;
   /** The paths whose items changed or went away; null where anything may have changed. */
   readonly paths: readonly string[] | null;
-  /** Where `paths` is null: what had an item before and has none now. */
-  readonly gone?: readonly string[];
 }
 
 export function makeWorkingCopy(facts: WorkingCopyFacts): WorkingCopy {

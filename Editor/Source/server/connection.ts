@@ -38,6 +38,8 @@ export interface ServerOptions {
 export interface RequestOptions {
   readonly token?: CancellationToken | undefined;
   readonly progress?: ((value: WorkDone) => void) | undefined;
+  /** Hears of the records while the client still writes; those of the answer are then none. */
+  readonly part?: ((records: readonly never[]) => void) | undefined;
 }
 
 /** How the process ended: by itself (`code`), or by a signal. */
@@ -72,7 +74,7 @@ const notifications: readonly (keyof ServerNotifications)[] = [
 /** A server that has answered `initialize`. */
 export class Connection {
   private progressCount = 0;
-  private readonly progressListeners = new Map<string, (value: WorkDone) => void>();
+  private readonly progressListeners = new Map<string, (value: never) => void>();
 
   private constructor(
     private readonly process: ChildProcessWithoutNullStreams,
@@ -81,7 +83,7 @@ export class Connection {
     /** Settles when the process has ended, for whatever reason. */
     readonly ended: Promise<Ending>,
   ) {
-    messages.onNotification('$/progress', (params: { token: string; value: WorkDone }) => {
+    messages.onNotification('$/progress', (params: { token: string; value: never }) => {
       this.progressListeners.get(params.token)?.(params.value);
     });
   }
@@ -119,7 +121,12 @@ export class Connection {
     options: RequestOptions = {},
   ): Promise<Result<M>> {
     const workDoneToken = this.register(options.progress);
-    const message = workDoneToken ? { ...params, workDoneToken } : params;
+    const partialResultToken = this.register(options.part);
+    const message = {
+      ...params,
+      ...(workDoneToken && { workDoneToken }),
+      ...(partialResultToken && { partialResultToken }),
+    };
     try {
       const sent = options.token
         ? this.messages.sendRequest<Result<M>>(method, message, options.token)
@@ -129,6 +136,7 @@ export class Connection {
       throw translated(error);
     } finally {
       if (workDoneToken) this.progressListeners.delete(workDoneToken);
+      if (partialResultToken) this.progressListeners.delete(partialResultToken);
     }
   }
 
@@ -153,10 +161,10 @@ export class Connection {
     return ending;
   }
 
-  private register(progress: RequestOptions['progress']): string | undefined {
-    if (!progress) return undefined;
+  private register(listener: ((value: never) => void) | undefined): string | undefined {
+    if (!listener) return undefined;
     const token = `work-${(this.progressCount += 1)}`;
-    this.progressListeners.set(token, progress);
+    this.progressListeners.set(token, listener);
     return token;
   }
 

@@ -199,6 +199,8 @@ export interface ConflictSides {
   readonly base: string | null;
   readonly mine: string | null;
   readonly theirs: string | null;
+  /** Where it says in words which values of which properties did not go together. */
+  readonly properties: string | null;
 }
 
 export interface Info {

@@ -88,17 +88,18 @@ async function askPerson(
     token,
   );
   if (password === undefined) return undefined;
-  const keep = await askKeep();
+  const keep = await askKeep(token);
   return keep === undefined ? undefined : { user: name, password, keep };
 }
 
-async function askKeep(): Promise<boolean | undefined> {
+async function askKeep(token?: vscode.CancellationToken): Promise<boolean | undefined> {
   const chosen = await vscode.window.showQuickPick(
     [
       { label: vscode.l10n.t('Keep it in the editor’s secret storage'), keep: true },
       { label: vscode.l10n.t('Use it until the editor is closed'), keep: false },
     ],
     { title: vscode.l10n.t('Keep the password?'), ignoreFocusOut: true },
+    token,
   );
   return chosen?.keep;
 }

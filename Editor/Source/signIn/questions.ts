@@ -34,7 +34,10 @@ export function makeSignIn(context: vscode.ExtensionContext): SignIn {
       case 'credentials/get':
         return passwords.get(params as ServerQuestions['credentials/get']['params'], token);
       case 'certificate/confirm':
-        return askTrust(params as ServerQuestions['certificate/confirm']['params']);
+        return unlessCancelled(
+          askTrust(params as ServerQuestions['certificate/confirm']['params']),
+          token,
+        );
       case 'ssh/ask':
         return askSsh(params as ServerQuestions['ssh/ask']['params'], token);
     }
@@ -47,6 +50,19 @@ export function makeSignIn(context: vscode.ExtensionContext): SignIn {
     ) => inTurn(() => answer(question, params, token)) as Promise<ServerQuestions[Q]['result']>,
     forgetAll: () => passwords.forgetAll(),
   };
+}
+
+/** A dialog cannot be closed from here; its answer no longer counts, and the next question comes. */
+function unlessCancelled<R>(
+  answer: Promise<R>,
+  token?: vscode.CancellationToken,
+): Promise<R | null> {
+  const cancelled = new Promise<null>((resolve) => {
+    token?.onCancellationRequested(() => {
+      resolve(null);
+    });
+  });
+  return Promise.race([answer, cancelled]);
 }
 
 async function askSsh(

@@ -2,7 +2,6 @@
 
 import * as vscode from 'vscode';
 import { appearanceOf, describe, groupOf } from '../model/words';
-import type { Change } from '../model/workingCopy';
 import type { Item } from '../server/protocol';
 import type { Services } from '../services';
 
@@ -12,11 +11,13 @@ export function registerDecorations(services: Services): vscode.Disposable {
   return vscode.Disposable.from(
     changed,
     copies.onDidChange((change) => {
-      const uris = urisOf(change);
-      if (uris.length > 0) changed.fire(uris);
+      // Of very many at once the editor asks only for what it shows.
+      if (change.paths === null) changed.fire(undefined);
+      else if (change.paths.length > 0)
+        changed.fire(change.paths.map((path) => vscode.Uri.file(path)));
     }),
-    copies.onDidClose((copy) => {
-      changed.fire([...copy.items.keys()].map((path) => vscode.Uri.file(path)));
+    copies.onDidClose(() => {
+      changed.fire(undefined);
     }),
     vscode.window.registerFileDecorationProvider({
       onDidChangeFileDecorations: changed.event,
@@ -26,10 +27,6 @@ export function registerDecorations(services: Services): vscode.Disposable {
       },
     }),
   );
-}
-
-function urisOf({ copy, paths, gone = [] }: Change): vscode.Uri[] {
-  return (paths ?? [...copy.items.keys(), ...gone]).map((path) => vscode.Uri.file(path));
 }
 
 function decorationOf(item: Item): vscode.FileDecoration | undefined {

@@ -2,7 +2,7 @@
 
 import * as vscode from 'vscode';
 import { groupOf } from '../model/words';
-import type { WorkingCopy } from '../model/workingCopy';
+import type { SettledFile, WorkingCopy } from '../model/workingCopy';
 import type { Item } from '../server/protocol';
 import { incomingResource, localResource, settledResource, type Resource } from './resource';
 import { SortedItems } from './sortedItems';
@@ -23,12 +23,16 @@ export class Groups implements vscode.Disposable {
   private groups = new Map<string, LocalGroup>();
   private settled: vscode.SourceControlResourceGroup | undefined;
   private incoming: vscode.SourceControlResourceGroup | undefined;
+  private shownIncoming: readonly Item[] = [];
+  private shownSettled: readonly SettledFile[] = [];
   /** The group in which each item lies. */
   private readonly places = new Map<string, string>();
 
   constructor(
     private readonly control: vscode.SourceControl,
     private readonly copy: WorkingCopy,
+    /** Whether a path inside this working copy is the top of another one in this window. */
+    private readonly isOther: (path: string) => boolean,
   ) {
     this.make([]);
   }
@@ -38,7 +42,7 @@ export class Groups implements vscode.Disposable {
     const byGroup = new Map<string, Item[]>();
     this.places.clear();
     for (const item of this.copy.items.values()) {
-      const id = groupIdOf(item);
+      const id = this.groupIdOf(item);
       if (id === 'none') continue;
       this.places.set(item.path, id);
       const list = byGroup.get(id);
@@ -65,17 +69,24 @@ export class Groups implements vscode.Disposable {
   }
 
   showIncoming(): void {
-    if (!this.incoming) return;
     const { copy } = this;
+    if (!this.incoming || this.shownIncoming === copy.incoming) return;
+    this.shownIncoming = copy.incoming;
     this.incoming.resourceStates = copy.incoming
       .slice(0, shownRows)
       .map((item) => incomingResource(copy, item));
   }
 
   showSettled(): void {
-    if (!this.settled) return;
     const { copy } = this;
+    if (!this.settled || this.shownSettled === copy.settled) return;
+    this.shownSettled = copy.settled;
     this.settled.resourceStates = copy.settled.map((settled) => settledResource(copy, settled));
+  }
+
+  /** Of all local items that have a row, shown or not. */
+  get paths(): readonly string[] {
+    return [...this.places.keys()];
   }
 
   /** How many items the badge counts. */
@@ -111,7 +122,7 @@ export class Groups implements vscode.Disposable {
   private knowsGroupsOf(paths: readonly string[]): boolean {
     return paths.every((path) => {
       const item = this.copy.items.get(path);
-      const id = item ? groupIdOf(item) : 'none';
+      const id = item ? this.groupIdOf(item) : 'none';
       return id === 'none' || this.groups.has(id);
     });
   }
@@ -119,7 +130,7 @@ export class Groups implements vscode.Disposable {
   private move(path: string, touched: Set<LocalGroup>): void {
     const item = this.copy.items.get(path);
     const from = this.places.get(path);
-    const to = item ? groupIdOf(item) : 'none';
+    const to = item ? this.groupIdOf(item) : 'none';
     if (from !== undefined && from !== to) this.takeOut(path, from, touched);
     const group = this.groups.get(to);
     if (!item || !group) return;
@@ -174,6 +185,8 @@ export class Groups implements vscode.Disposable {
     this.add('unversioned', vscode.l10n.t('Unversioned'));
     this.incoming = this.control.createResourceGroup('incoming', vscode.l10n.t('Incoming'));
     this.incoming.hideWhenEmpty = true;
+    this.shownIncoming = [];
+    this.shownSettled = [];
     this.showIncoming();
     this.showSettled();
   }
@@ -183,11 +196,11 @@ export class Groups implements vscode.Disposable {
     group.hideWhenEmpty = hideWhenEmpty;
     this.groups.set(id, { label, group, items: new SortedItems(), rows: new Map() });
   }
-}
 
-function groupIdOf(item: Item): string {
-  const kind = groupOf(item);
-  return kind === 'changes' && item.changelist !== undefined
-    ? `${changelistPrefix}${item.changelist}`
-    : kind;
+  private groupIdOf(item: Item): string {
+    const kind = this.isOther(item.path) ? 'none' : groupOf(item);
+    return kind === 'changes' && item.changelist !== undefined
+      ? `${changelistPrefix}${item.changelist}`
+      : kind;
+  }
 }

@@ -10,6 +10,8 @@ import { Groups } from './groups';
 interface Shown {
   readonly control: vscode.SourceControl;
   readonly groups: Groups;
+  /** The facts that the editor was told last: most changes of a file leave them as they are. */
+  told: string;
 }
 
 export class SourceControls implements vscode.Disposable {
@@ -55,6 +57,11 @@ export class SourceControls implements vscode.Disposable {
     return undefined;
   }
 
+  /** The paths of all rows of the local groups, shown or not. */
+  rowsOf(copy: WorkingCopy): readonly string[] {
+    return this.shown.get(copy)?.groups.paths ?? [];
+  }
+
   /** What a commit of everything would take, without the changelist that is never meant. */
   committable(copy: WorkingCopy): readonly Item[] {
     return this.shown.get(copy)?.groups.committable('ignore-on-commit') ?? [];
@@ -67,14 +74,15 @@ export class SourceControls implements vscode.Disposable {
 
   private open(copy: WorkingCopy): void {
     const control = vscode.scm.createSourceControl('quen', 'Subversion', copy.uri);
-    control.inputBox.placeholder = placeholder(copy);
     control.acceptInputCommand = {
       command: 'quen.commit',
       title: vscode.l10n.t('Commit'),
       arguments: [control],
     };
     control.quickDiffProvider = quickDiffOf(copy, (uri) => this.services.copies.of(uri));
-    this.shown.set(copy, { control, groups: new Groups(control, copy) });
+    const isOther = (path: string) =>
+      path !== copy.path && this.services.copies.get(path) !== undefined;
+    this.shown.set(copy, { control, groups: new Groups(control, copy, isOther), told: '' });
     this.showFacts(copy);
   }
 
@@ -106,6 +114,11 @@ export class SourceControls implements vscode.Disposable {
       .getConfiguration('quen', copy.uri)
       .get<'all' | 'versioned' | 'off'>('count', 'all');
     shown.control.count = counted === 'off' ? 0 : shown.groups.count(counted);
+    const { url, revision, branch } = copy.facts;
+    const facts = [url, revision, branch, copy.needsSignIn, copy.busy, copy.incoming.length];
+    const told = JSON.stringify(facts);
+    if (shown.told === told) return;
+    shown.told = told;
     shown.control.statusBarCommands = statusBarCommands(copy, shown.control);
     shown.control.inputBox.placeholder = placeholder(copy);
   }

@@ -14,11 +14,14 @@ async function main(): Promise<number> {
   const sandbox = new Sandbox();
   const { copy } = makeDemonstration(sandbox);
   mkdirSync(sandbox.path('editor'));
+  mkdirSync(sandbox.path('home'));
   const workbench = await startWorkbench({
     node: process.execPath,
     modules: process.env.QUEN_EDITOR_MODULES ?? '',
     home: sandbox.path('editor'),
     extension: process.env.QUEN_EDITOR_EXTENSION,
+    // Whoever runs the tests has a client of their own: nothing is kept there.
+    environment: { ...process.env, HOME: sandbox.path('home') },
   });
   const installed = withTests(sandbox.path('editor/extensions'));
   const browser = await launch();

@@ -6,7 +6,28 @@ import { test } from 'node:test';
 import { keysInManifest, keysOf, textsInSources } from '../../Workbench/texts';
 
 const table = 'l10n/bundle.l10n.json';
-const translations = readdirSync('l10n').filter((name) => /^bundle\.l10n\..+\.json$/.test(name));
+const manifestTable = 'package.nls.json';
+
+/** The files in `folder` that hold a translation of the table, with the path of each. */
+function translationsOf(folder: string, name: RegExp): string[] {
+  return readdirSync(folder)
+    .filter((each) => name.test(each))
+    .map((each) => `${folder}/${each}`);
+}
+
+const translations: readonly (readonly [table: string, paths: readonly string[]])[] = [
+  [table, translationsOf('l10n', /^bundle\.l10n\..+\.json$/)],
+  [manifestTable, translationsOf('.', /^package\.nls\..+\.json$/)],
+];
+
+function read(path: string): Record<string, string> {
+  return JSON.parse(readFileSync(path, 'utf8')) as Record<string, string>;
+}
+
+/** What a translation keeps as it is: places to fill, code, and commands behind links. */
+function kept(text: string): string[] {
+  return [...text.matchAll(/\{\w+\}|`[^`]+`|\(command:[^)]+\)/g)].map(([part]) => part).sort();
+}
 
 test('the table holds the texts of the sources', () => {
   const texts = textsInSources('Source');
@@ -18,18 +39,28 @@ test('the table holds the texts of the sources', () => {
 });
 
 test('the table of the manifest holds what the manifest names', () => {
-  assert.deepEqual(keysOf('package.nls.json'), keysInManifest('package.json'));
+  assert.deepEqual(keysOf(manifestTable), keysInManifest('package.json'));
 });
 
 test('a translation has every text, with the same places to fill', () => {
-  const texts = keysOf(table);
-  const places = (text: string) => [...text.matchAll(/\{\d\}/g)].map(([place]) => place).sort();
-  for (const name of translations) {
-    const path = `l10n/${name}`;
-    assert.deepEqual(keysOf(path), texts, name);
-    const entries = JSON.parse(readFileSync(path, 'utf8')) as Record<string, string>;
-    for (const [text, translated] of Object.entries(entries)) {
-      assert.deepEqual(places(translated), places(text), `${name}: ${text}`);
+  for (const [original, paths] of translations) {
+    assert.ok(paths.length > 0, `${original} has no translation`);
+    const texts = read(original);
+    for (const path of paths) {
+      assert.deepEqual(keysOf(path), keysOf(original), path);
+      for (const [key, translated] of Object.entries(read(path))) {
+        assert.notEqual(translated, '', `${path}: ${key}`);
+        assert.deepEqual(kept(translated), kept(texts[key] ?? ''), `${path}: ${key}`);
+      }
     }
+  }
+});
+
+test('every page of the walkthrough is translated', () => {
+  const pages = readdirSync('Media/walkthrough');
+  const originals = pages.filter((name) => !name.includes('.nls.'));
+  for (const name of originals) {
+    const translated = name.replace(/\.md$/, '.nls.de.md');
+    assert.ok(pages.includes(translated), translated);
   }
 });

@@ -4,6 +4,8 @@ import { repositoryUrl } from '../../Source/history/repositoryUrl';
 import type { EntryNode } from '../../Source/history/nodes';
 import { answering, row } from './answers';
 import type { HostTest } from './runner';
+import { groupOf, describe } from '../../Source/model/words';
+import { until } from './runner';
 import { becomes, extension, file, folder, item, run, svn, text, workingCopy } from './window';
 
 function diffTab(): vscode.TabInputTextDiff {
@@ -32,6 +34,12 @@ async function filesOpened(open: () => Thenable<unknown>): Promise<(readonly vsc
 async function read(uri: vscode.Uri | undefined): Promise<string> {
   assert.ok(uri);
   return Buffer.from(await vscode.workspace.fs.readFile(uri)).toString();
+}
+
+function isUnsaved(uri: vscode.Uri): boolean {
+  return vscode.workspace.textDocuments.some(
+    (document) => document.uri.path === uri.path && document.isDirty,
+  );
 }
 
 async function newestEntry(): Promise<EntryNode> {
@@ -174,8 +182,11 @@ export const comparingTests: readonly HostTest[] = [
       await becomes('both.txt', 'conflicted');
       await run('quen.openChange', file('both.txt'));
       const { activeTab } = vscode.window.tabGroups.activeTabGroup;
-      assert.match(activeTab?.label ?? '', /both\.txt/);
+      assert.match(activeTab?.label ?? '', /^Merging: both\.txt/);
+      // The merge editor puts its result in the place of the client's marks, once it has read both.
+      await until(() => isUnsaved(file('both.txt')));
       await vscode.workspace.saveAll(false);
+      assert.doesNotMatch(await read(file('both.txt')), /<<<<<<</);
       await run('workbench.action.closeAllEditors');
       await answering({ showQuickPick: [row('Mine, all of it')] }, () =>
         run('quen.resolve', file('both.txt')),
@@ -184,6 +195,31 @@ export const comparingTests: readonly HostTest[] = [
       assert.equal(await read(file('both.txt')), 'one\nmine\n');
       svn('revert', '--quiet', 'both.txt');
       await becomes('both.txt', undefined);
+    },
+  ],
+  [
+    'a conflict of properties is a conflict, shown with both values, and is resolved',
+    async () => {
+      svn('propset', '--quiet', 'reviewed-by', 'ann', 'both.txt');
+      svn('commit', '-m', 'Ann', 'both.txt');
+      svn('update', '--quiet', '-r', 'PREV', 'both.txt');
+      svn('propset', '--quiet', 'reviewed-by', 'ben', 'both.txt');
+      svn('update', '--quiet', '--accept', 'postpone', 'both.txt');
+      await until(async () => (await item('both.txt'))?.property === 'conflicted');
+      const conflicted = await item('both.txt');
+      assert.ok(conflicted);
+      assert.equal(groupOf(conflicted), 'conflicts');
+      assert.match(describe(conflicted), /conflict in the properties/);
+      await run('quen.openChange', file('both.txt'));
+      const words = vscode.window.activeTextEditor?.document.getText() ?? '';
+      assert.match(words, /ann/);
+      assert.match(words, /ben/);
+      await run('workbench.action.closeAllEditors');
+      await answering({ showQuickPick: [row('Theirs, all of it')] }, () =>
+        run('quen.resolve', file('both.txt')),
+      );
+      await becomes('both.txt', undefined);
+      assert.equal(svn('propget', '--no-newline', 'reviewed-by', 'both.txt'), 'ann');
     },
   ],
   [

@@ -1,9 +1,10 @@
 import assert from 'node:assert/strict';
+import * as vscode from 'vscode';
 import { askTrust } from '../../Source/signIn/certificates';
 import { makeSignIn } from '../../Source/signIn/questions';
 import { answering, row } from './answers';
-import type { HostTest } from './runner';
-import { extension } from './window';
+import { until, type HostTest } from './runner';
+import { extension, run } from './window';
 
 const realm = '<svn://host> Weather station';
 const first = { realm, url: 'svn://host', user: null, reason: 'first' } as const;
@@ -61,6 +62,47 @@ export const signingInTests: readonly HostTest[] = [
       });
       assert.equal(asked.length, 2);
       assert.equal((await answering({ showInputBox: [undefined] }, ask)).length, 1);
+    },
+  ],
+  [
+    'a box closes when the server no longer wants an answer, and the next question comes',
+    async () => {
+      const { services } = await extension();
+      const signIn = makeSignIn(services.context);
+      const prompt = 'Host key?';
+      for (const [question, params] of [
+        ['credentials/get', first],
+        ['ssh/ask', { prompt, secret: false }],
+      ] as const) {
+        const cancel = new vscode.CancellationTokenSource();
+        const answer = signIn.ask(question, params, cancel.token);
+        await run('workbench.action.focusQuickOpen'); // Comes back once the editor has drawn the box.
+        cancel.cancel();
+        assert.equal(await answer, null);
+      }
+      await answering({ showInputBox: ['yes'] }, async () => {
+        assert.equal(await signIn.ask('ssh/ask', { prompt, secret: false }), 'yes');
+      });
+    },
+  ],
+  [
+    'a dialog that the server no longer wants an answer to holds up nothing',
+    async () => {
+      const { services } = await extension();
+      const signIn = makeSignIn(services.context);
+      const cancel = new vscode.CancellationTokenSource();
+      let isShown = false;
+      const stays = () => {
+        isShown = true;
+        return new Promise(() => undefined);
+      };
+      await answering({ showWarningMessage: [stays], showInputBox: ['yes'] }, async () => {
+        const answer = signIn.ask('certificate/confirm', certificate, cancel.token);
+        await until(() => isShown);
+        cancel.cancel();
+        assert.equal(await answer, null);
+        assert.equal(await signIn.ask('ssh/ask', { prompt: '?', secret: false }), 'yes');
+      });
     },
   ],
   [

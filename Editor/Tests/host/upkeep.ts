@@ -22,6 +22,14 @@ async function firstEntry() {
   return node;
 }
 
+/** A working copy of its own is no row of the one around it, nor is what lies in it. */
+async function isNoRowOutside(name: string): Promise<void> {
+  const { controls } = await extension();
+  const outer = await workingCopy();
+  const { path } = file(name);
+  await until(() => controls.rowsOf(outer).every((row) => !row.startsWith(path)));
+}
+
 export const upkeepTests: readonly HostTest[] = [
   [
     'a copy keeps the history',
@@ -89,6 +97,16 @@ export const upkeepTests: readonly HostTest[] = [
     },
   ],
   [
+    'the client’s own settings open, with a place for a proxy',
+    async () => {
+      await workingCopy(); // The client has run: its files are there.
+      await answering({ showQuickPick: [row('Servers')] }, () => run('quen.openClientSettings'));
+      const document = vscode.window.activeTextEditor?.document;
+      assert.match(document?.getText() ?? '', /http-proxy-host/);
+      await run('workbench.action.closeAllEditors');
+    },
+  ],
+  [
     'clean up ends without a word where there is nothing to do',
     async () => {
       const asked = await answering({}, () => run('quen.cleanUp', folder()));
@@ -105,6 +123,7 @@ export const upkeepTests: readonly HostTest[] = [
       assert.match(external.facts.url, /\/imported$/);
       await text(file('shared/new.txt'), 'changed\n');
       await until(() => external.items.get(file('shared/new.txt').path));
+      await isNoRowOutside('shared');
       svn('revert', '--quiet', '.');
       svn('cleanup', '--quiet', '--include-externals');
       await services.copies.close(external);
@@ -146,10 +165,10 @@ export const upkeepTests: readonly HostTest[] = [
       const { services } = await extension();
       const { facts } = await workingCopy();
       svn('checkout', '--quiet', `${facts.repositoryRoot}/imported`, 'nested');
-      await run('quen.refresh', folder());
       const nested = await until(() => services.copies.get(file('nested').path));
       assert.equal(services.copies.of(file('nested/new.txt')), nested);
       assert.equal(services.copies.of(file('README.md')), await workingCopy());
+      await isNoRowOutside('nested');
       await services.copies.close(nested);
       await vscode.workspace.fs.delete(file('nested'), { recursive: true });
     },
