@@ -40,8 +40,9 @@ struct RecordMemory::Page {
 };
 
 void RecordMemory::beginPage() {
-    void* const memory = std::aligned_alloc(pageAlignment, pageSize);
-    if (memory == nullptr) {
+    void* memory = nullptr;
+    if (::posix_memalign(&memory, pageAlignment, pageSize) !=
+        0) { // aligned_alloc wants whole units
         throw std::bad_alloc();
     }
     letGo();
