@@ -17,8 +17,10 @@ constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot 
 
 /// A child that writes line by line would wake this thread for each, and pay for it. After a piece
 /// that leaves the pipe room enough it is left alone for a moment, to gather more; the child's end
-/// and the end of the stream are seen at once all the same.
+/// and the end of the stream are seen at once all the same. What comes first is handed on as it
+/// comes: somebody may wait for it.
 constexpr std::chrono::milliseconds gatheringTime{2};
+constexpr std::size_t handedOnAtOnce = 8 * 1024;
 
 /// What a child writes in that time must fit into the pipe, or the child waits. Only one that is
 /// seen to write so fast gets the most that can be had, which a user has only for a few dozen
@@ -129,7 +131,9 @@ void ProcessRun::wait() noexcept {
 }
 
 void ProcessRun::takeOutput() noexcept {
-    if (keep([this] { return output_.readAll(); }) < outputCapacity_ / 2) {
+    const std::size_t count = keep([this] { return output_.readAll(); });
+    outputTaken_ += count;
+    if (count < outputCapacity_ / 2 && outputTaken_ > handedOnAtOnce) {
         outputPauseEnd_ = after(clock_.now(), gatheringTime);
     } else if (outputCapacity_ < widestPipe && output_.isOpen()) {
         widenOutput(widestPipe);

@@ -51,6 +51,7 @@ private:
     ChildStream& errors_;
     const RunClock& clock_;
     std::size_t outputCapacity_ = 0;
+    std::size_t outputTaken_ = 0;
 
     Phase phase_ = Phase::running;
     // Both as if no time were left uncounted.

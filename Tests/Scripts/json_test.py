@@ -268,6 +268,8 @@ CHANGING = [
     (["import", "a.c", "SANDBOX/trunk/imported.c", "-m", "M"], "import"),
     (["branch", "create", "next", "-m", "M"], "branch-create"),
     (["branch", "create", "next", "-m", "M"], "branch-create", 1),
+    (["tag", "v9", "-m", "M"], "tag"),
+    (["tag", "v9", "-m", "M"], "tag", 1),
     (["branch", "delete", "--yes", "next", "-m", "M"], "branch-delete"),
     (["merge", "--yes", "fix"], "merge", 1),
     (["update"], "update"),

@@ -23,6 +23,8 @@ std::string infoOf(const std::string& path, const std::string& place, const std:
            "URL           file://SANDBOX/repository/" + place +
            "\n"
            "Repository    file://SANDBOX/repository\n"
+           "Branch        trunk\n"
+           "Working copy  r4  SANDBOX/wc\n"
            "Last changed  " +
            change + "  AGE (DATE)\n";
 }
@@ -64,9 +66,29 @@ TEST_F(BrowsingTest, ListsInDetailDeepAndAsOfARevision) {
                 {{"list", "--jsonl", "src"},
                  "{\"name\":\"main.c\",\"kind\":\"file\",\"size\":2,\"revision\":2,"
                  "\"author\":\"alice\",\"date\":\"DATE\"}\n"}});
-    sandbox_.svn({"copy", "-q", "--username", "bob", "-m", "Tag", sandbox_.url("trunk"),
-                  sandbox_.url("tags/v1")});
-    expectEach(sandbox_, {{{"tags"}, "v1  r6  bob  AGE\n"}});
+}
+
+TEST_F(BrowsingTest, TagsAreMadeAndListed) {
+    const std::string tags = "file://SANDBOX/repository/tags";
+    expectEach(sandbox_,
+               {{{"tags"}, "", 0, "quen tags: There are no tags in " + tags + ".\n"},
+                {{"tags", "--json"}, "[]\n"},
+                {{"tag", "v1", "-m", "First", "--username", "bob"}, "Committed revision 6.\n"},
+                {{"tag", "v2", "-m", "Second", "--username", "bob", "--from", "feature"},
+                 "Committed revision 7.\n"},
+                {{"tags"}, "v2  r7  bob  AGE\nv1  r6  bob  AGE\n"},
+                {{"tag", "v1", "-m", "Again"},
+                 "",
+                 1,
+                 "quen tag: Tag \"v1\" already exists (last changed in r6 by bob). Choose another "
+                 "name.\n"},
+                {{"tag", "v1/..", "-m", "Out"},
+                 "",
+                 1,
+                 "quen tag: \"v1/..\" cannot be the name of a tag: it has parts that are empty, . "
+                 "or ..\n"}});
+    EXPECT_THAT(sandbox_.quen({"info", sandbox_.url("tags/v1")}).out,
+                HasSubstr("Branch        tag v1\n"));
 }
 
 TEST_F(BrowsingTest, ACommandThatDoesNotExistIsAnsweredWithTheNearest) {
@@ -143,16 +165,26 @@ TEST_F(BrowsingTest, BranchFollowsWhatIsSaidOfTheLayout) {
     EXPECT_THAT(sandbox_.quen({"branch"}).err, HasSubstr("is neither below"));
 }
 
-TEST_F(BrowsingTest, BranchesListsThem) {
-    expectEach(sandbox_, {{{"branches"}, "feature\n"},
-                          {{"branches", "src"}, "feature\n"},
-                          {{"branches", sandbox_.url("tags")}, "feature\n"},
-                          {{"branches", "--branches", "^/"}, "branches\ntags\ntrunk\n"},
-                          {{"branches", "--branches", sandbox_.url("tags")}, ""},
-                          {{"branches", "--json"},
-                           "[{\"QuenSourceControlOperationIsLeafKey\":false,"
-                           "\"QuenSourceControlOperationNameKey\":\"feature\","
-                           "\"name\":\"feature\",\"kind\":\"dir\"}]\n"}});
+TEST_F(BrowsingTest, BranchesListsThemWithTheirLastChange) {
+    const std::string here = "* trunk    r4  alice  AGE\n  feature  r5  bob    AGE\n";
+    expectEach(sandbox_,
+               {{{"branches"}, here},
+                {{"branches", "src"}, here},
+                {{"branches", sandbox_.url("branches/feature/src")},
+                 "  trunk    r4  alice  AGE\n* feature  r5  bob    AGE\n"},
+                {{"branches", sandbox_.url("tags")},
+                 "  trunk    r4  alice  AGE\n  feature  r5  bob    AGE\n"},
+                {{"branches", "--branches", "^/"},
+                 "* trunk     r4  alice  AGE\n  branches  r5  bob    AGE\n"
+                 "  tags      r1  alice  AGE\n"},
+                {{"branches", "--branches", sandbox_.url("tags")},
+                 "* trunk  r4  alice  AGE\n",
+                 0,
+                 "quen branches: There are no branches in file://SANDBOX/repository/tags.\n"},
+                {{"branches", "--json"},
+                 "[{\"QuenSourceControlOperationIsLeafKey\":false,"
+                 "\"QuenSourceControlOperationNameKey\":\"feature\","
+                 "\"name\":\"feature\",\"kind\":\"dir\"}]\n"}});
 }
 
 TEST_F(BrowsingTest, ASettingsFileAtFaultIsNamedWithItsLine) {
@@ -185,23 +217,22 @@ TEST_F(BrowsingTest, CatPrintsWhatTheRepositoryHolds) {
 }
 
 TEST_F(BrowsingTest, CatRefusesWhatItCannotPrint) {
-    expectEach(
-        sandbox_,
-        {{{"cat", "-r", "1", "hello.c"},
-          "",
-          1,
-          "quen cat: The revision 1 was not found for the file \"hello.c\".\n"
-          "quen cat: `quen log` of the file shows its revisions.\n"},
-         {{"cat", sandbox_.url("trunk/greet.c")},
-          "",
-          1,
-          "quen cat: \"file://SANDBOX/repository/trunk/greet.c\" does not exist in the "
-          "repository.\n"
-          "quen cat: `quen list` of the directory above shows what is there.\n"},
-         {{"cat", "src"},
-          "",
-          1,
-          "quen cat: \"src\" is not a file. `quen list` shows what a directory holds.\n"}});
+    expectEach(sandbox_,
+               {{{"cat", "-r", "1", "hello.c"},
+                 "",
+                 1,
+                 "quen cat: The revision 1 was not found for the file \"hello.c\".\n"
+                 "quen cat: `quen log` of the file shows its revisions.\n"},
+                {{"cat", sandbox_.url("trunk/greet.c")},
+                 "",
+                 1,
+                 "quen cat: \"file://SANDBOX/repository/trunk/greet.c\" does not exist in the "
+                 "repository.\n"
+                 "quen cat: `quen list` of the directory above shows what is there.\n"},
+                {{"cat", "src"},
+                 "",
+                 1,
+                 "quen cat: \"src\" is not a file. `quen list` shows what a directory holds.\n"}});
     EXPECT_THAT(sandbox_.quen({"cat", "--json", "blob"}).err,
                 HasSubstr(R"("message":"\"blob\" is not text, and JSON holds nothing else. )"
                           R"(Without --json it is printed as it is.",)"));

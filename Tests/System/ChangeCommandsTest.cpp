@@ -60,13 +60,57 @@ TEST_F(LocalEditCommandsTest, AddTellsWhatIsWrong) {
     commitFiles({"a.c"});
     expectEach(sandbox_,
                {{{"add", "nowhere"}, "", 1, "quen add: \"nowhere\" does not exist.\n"},
-                {{"add", "."}, "", 1, "quen add: \".\" is already under version control\n"}});
-    const Ran json = sandbox_.quen({"add", "--json", "."});
+                {{"add", "--json", "."}, "null\n"},
+                {{"add", "."}, "Nothing to add.\n"},
+                {{"add", "a.c"}, "", 1, "quen add: \"a.c\" is already under version control\n"}});
+    const Ran json = sandbox_.quen({"add", "--json", "a.c"});
     EXPECT_EQ(json.out, "null\n");
     EXPECT_THAT(json.err, StartsWith(R"({"error":{"exitStatus":1,)"
                                      R"("domain":"QuenSourceControlTaskErrorDomain","code":150002,)"
-                                     R"("message":"\".\" is already under version control",)"));
+                                     R"("message":"\"a.c\" is already under version control",)"));
     EXPECT_EQ(json.status, 1);
+}
+
+/// As a status would list them: below another new directory nothing is named, ignored items stay.
+TEST_F(LocalEditCommandsTest, AddTakesWhatIsNewBelowADirectory) {
+    commitFiles({"src/a.c"});
+    sandbox_.svn({"propset", "-q", "svn:ignore", "*.o", "src"});
+    for (const std::string name : {"new.c", "src/b@1.c", "src/a.o", "src/-dash", "lib/deep/c.c"}) {
+        sandbox_.write(name, "one\n");
+    }
+    expectEach(sandbox_,
+               {{{"add", "src"}, "Added 2 items.\n"},
+                {{"add"},
+                 "",
+                 1,
+                 "quen add: By what the status says:\n"
+                 "  unversioned  lib\n"
+                 "  unversioned  new.c\n"
+                 "quen add: Nothing was done, because nobody can be asked here. Use --yes to go "
+                 "ahead without a question.\n"},
+                {{"add", "--yes"}, "Added 4 items.\n"},
+                {{"add", "--yes"}, "Nothing to add.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status", "--no-ignore"}),
+              "A       lib\nA       lib/deep\nA       lib/deep/c.c\nA       new.c\n M      src\n"
+              "A       src/-dash\nI       src/a.o\nA       src/b@1.c\n");
+}
+
+TEST_F(LocalEditCommandsTest, RemoveTakesWhatIsMissing) {
+    commitFiles({"a.c", "dir/b.c", "c.c"});
+    std::filesystem::remove(sandbox_.workingCopy() / "a.c");
+    std::filesystem::remove_all(sandbox_.workingCopy() / "dir");
+    expectEach(sandbox_,
+               {{{"remove"},
+                 "",
+                 1,
+                 "quen remove: By what the status says:\n"
+                 "  missing  a.c\n"
+                 "  missing  dir\n"
+                 "quen remove: Nothing was done, because nobody can be asked here. Use --yes to go "
+                 "ahead without a question.\n"},
+                {{"remove", "--yes"}, "Removed 3 items.\n"},
+                {{"remove"}, "Nothing to remove.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status"}), "D       a.c\nD       dir\n");
 }
 
 /// The client says nothing of a path that is not there.
@@ -193,6 +237,42 @@ TEST_F(TreeEditCommandsTest, MoveTakesNamesAsTheyAre) {
     }
 }
 
+TEST_F(TreeEditCommandsTest, SeveralGoIntoADirectory) {
+    commitFiles({"a.c", "b@2.c", "dir/c.c"});
+    const std::string url = sandbox_.url("trunk/a.c");
+    expectEach(
+        sandbox_,
+        {{{"copy", "a.c", "b@2.c", "dir"}, "Copied a.c to dir/a.c.\nCopied b@2.c to dir/b@2.c.\n"},
+         {{"copy", url, "dir/d"}, "Copied file://SANDBOX/repository/trunk/a.c to dir/d.\n"},
+         {{"move", "a.c", "dir/"},
+          "",
+          1,
+          "quen move: The file could not be renamed because a file with that name already "
+          "exists.\n"},
+         {{"move", "dir/c.c", "."}, "Moved dir/c.c to ./c.c.\n"},
+         {{"copy", "a.c", "c.c", "nowhere"},
+          "",
+          1,
+          "quen copy: \"nowhere\" is not a directory, and several items need one to go "
+          "into.\n"},
+         {{"move", "a.c"},
+          "",
+          2,
+          "quen move: Where to? Give the new path, or a directory, last.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status"}),
+              "A  +    c.c\n        > moved from dir/c.c\nA  +    dir/a.c\nA  +    dir/b@2.c\n"
+              "D       dir/c.c\n        > moved to c.c\nA  +    dir/d\n");
+}
+
+TEST_F(TreeEditCommandsTest, MakeDirectoryMakesParents) {
+    expectEach(sandbox_, {{{"mkdir", "-p", "a/b@1/c", "a/d"}, "Created 4 items.\n"},
+                          {{"mkdir", "-p", "a/d"}, "Nothing to create.\n"},
+                          {{"mkdir", "-p", sandbox_.url("trunk/x/y"), "-m", "M"},
+                           "Committed revision 2.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status"}), "A       a\nA       a/b@1\nA       a/b@1/c\nA       a/d\n");
+    EXPECT_EQ(sandbox_.svn({"list", "-R", sandbox_.url("trunk")}), "x/\nx/y/\n");
+}
+
 TEST_F(TreeEditCommandsTest, MoveWorksFromADirectoryBelow) {
     commitFiles({"src/a.c"});
 
@@ -228,9 +308,10 @@ TEST_F(TreeEditCommandsTest, MakeDirectoryTakesNamesAsTheyAre) {
     names.pop_back(); // lies in a directory that is not there
 
     expectEach(sandbox_, {{withNames({"mkdir"}, names),
-                           "Made plain.c.\nMade with blank.c.\nMade icon@2x.png.\n"
-                           "Made \xC3\xBCmlaut.c.\nMade ./-dash.c.\nMade 50%.c.\nMade ./[a,b].\n"
-                           "Made it's.c.\nMade ./-both@2.c.\nMade ends@.\n"}});
+                           "Created plain.c.\nCreated with blank.c.\nCreated icon@2x.png.\n"
+                           "Created \xC3\xBCmlaut.c.\nCreated ./-dash.c.\nCreated 50%.c.\n"
+                           "Created ./[a,b].\nCreated it's.c.\nCreated ./-both@2.c.\n"
+                           "Created ends@.\n"}});
 
     for (const std::string& name : names) {
         EXPECT_THAT(sandbox_.svn({"status"}), HasSubstr("A       " + name + "\n"));
@@ -390,6 +471,28 @@ TEST_F(BranchCommandsTest, MergeTakesARange) {
                  1,
                  "quen merge: \"..\" is not a branch: give its name, a URL or ^/NAME.\n"}});
     EXPECT_EQ(sandbox_.svn({"status"}), " M      .\nA  +    b.c\n");
+}
+
+TEST_F(BranchCommandsTest, MergeTakesChanges) {
+    sandbox_.svn({"copy", "-q", "-m", "Branch", sandbox_.url("trunk"), sandbox_.url("branches/b")});
+    for (const std::string name : {"b.c", "c.c", "d.c"}) {
+        sandbox_.write(name, "new\n");
+        sandbox_.svn({"add", "-q", name});
+        sandbox_.commit("New " + name);
+    }
+    sandbox_.svn({"switch", "-q", "^/branches/b"});
+    expectEach(sandbox_,
+               {{{"merge", "-c", "4,6", "trunk"},
+                 "Merged 1 item from trunk.\n"
+                 "To undo the merge before you commit it: `quen revert .`.\n"
+                 "Merged 1 item from trunk.\n"
+                 "To undo the merge before you commit it: `quen revert .`.\n"},
+                {{"merge", "-c", "4", "-r", "4:5", "trunk"},
+                 "",
+                 2,
+                 "quen merge: --revision and --change cannot be used together. `quen help merge` "
+                 "shows how to use it.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status", "-q"}), " M      .\nA  +    b.c\nA  +    d.c\n");
 }
 
 class TransferCommandsTest : public LocalEditCommandsTest {};

@@ -122,15 +122,18 @@ TEST_F(CommitCommandTest, TakesTheMessageFromAFile) {
 }
 
 TEST_F(CommitCommandTest, AsksTheEditorForTheMessage) {
+    sandbox_.write("../difference", sandbox_.svn({"diff"}));
     const Ran ran =
         quenWithEditor("sh -c 'cp \"$1\" ../seen; echo \"In two words\" > \"$1\"' -", {"commit"});
 
     EXPECT_EQ(ran.err, "");
     EXPECT_EQ(ran.out, "Committed revision 2.\n");
     EXPECT_EQ(messageOf("2"), "In two words\n");
-    EXPECT_EQ(sandbox_.read("../seen"), "\n--This line and everything below is not sent--\n\n"
-                                        "added  a.c\n\n"
-                                        "Not sent, because not under version control: notes.txt\n");
+    EXPECT_EQ(sandbox_.read("../seen"),
+              "\n--This line and everything below is not sent--\n\n"
+              "added  a.c\n\n"
+              "Not sent, because not under version control: notes.txt\n\n" +
+                  sandbox_.read("../difference"));
     EXPECT_TRUE(std::filesystem::is_empty(temporary()));
 }
 

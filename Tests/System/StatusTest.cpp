@@ -1,6 +1,7 @@
 #include "QuenFoundation/QuenSourceControlStatus.h"
 #include "Tests/Support/CaseName.h"
 #include "Tests/System/Sandbox.h"
+#include "Tests/System/ShowingCase.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -359,6 +360,19 @@ TEST_F(StatusOfRealWorkingCopy, AnAuthorThatXMLCannotHoldIsNamedAndAllIsShown) {
                                               "control characters"));
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(statusOf(sandbox), has("a.c", QuenSourceControlStatusModified));
+}
+
+TEST(ShortStatus, HasTheClientsLetters) {
+    const Sandbox sandbox;
+    makeHistory(sandbox);
+    sandbox.write("hello.c", "changed\n");
+    sandbox.write("a b.txt", "new\n");
+    sandbox.svn({"propset", "-q", "p", "v", "src"});
+    sandbox.svn({"remove", "-q", "empty"});
+    std::filesystem::remove(sandbox.workingCopy() / "blob");
+    expectEach(sandbox,
+               {{{"status", "-s"}, "?  a b.txt\n!  blob\nD  empty\nM  hello.c\nA  new.c\n M src\n"},
+                {{"status", "-s", "src/main.c"}, ""}});
 }
 
 } // namespace

@@ -62,6 +62,26 @@ TEST(ShownDifference, IsSafeToShow) {
               "@@ -1 +1 @@\n+\xEF\xBF\xBD[2J\n");
 }
 
+TEST(DifferencePainter, SetsOldAndNewLinesSideBySide) {
+    struct Case {
+        const char* difference;
+        const char* shown;
+    };
+    const Palette plain(Palette::Use::never);
+    for (const Case& each : {Case{"@@ -1,2 +1,2 @@\n one\n-two\n+2\n",
+                                  "@@ -1,2 +1,2 @@\none        one\ntwo      | 2\n"},
+                             Case{"@@ -1 +0,0 @@\n-gone\n", "@@ -1 +0,0 @@\ngone     <\n"},
+                             Case{"@@ -0,0 +1 @@\n+new\n", "@@ -0,0 +1 @@\n         > new\n"},
+                             Case{"@@ -1 +1,2 @@\n-a\tb\n+c\n+d\n",
+                                  "@@ -1 +1,2 @@\na      \xE2\x80\xA6 | c\n         > d\n"},
+                             Case{"@@ -1,2 +1 @@\n \n-two\n", "@@ -1,2 +1 @@\n\ntwo      <\n"}}) {
+        DifferencePainter painter(plain, 19);
+        std::string shown = painter.take(each.difference);
+        shown += painter.finish();
+        EXPECT_EQ(shown, each.shown);
+    }
+}
+
 } // namespace
 
 } // namespace quen::test

@@ -1,14 +1,53 @@
+#include "Host/Places/SettingsFile.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
+#include "Tools/Commands/Changes/PathsByStatus.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Places/ItemPlace.h"
 
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 namespace quen::tools {
 
 namespace {
 
+const LocalEdit addition{RequestTypeAdd, "Added", "add"};
+
+bool isDirectoryInWorkingCopy(const std::string& path) {
+    std::error_code ignored;
+    const auto kind = std::filesystem::symlink_status(path, ignored).type();
+    return kind == std::filesystem::file_type::directory && !topDirectoryOf(path).empty() &&
+           infoOf(path).has_value();
+}
+
+/// A directory under version control stands for what is new in it, but for what is ignored.
+Outcome<std::vector<std::string>> whatIsNew(const Session& session,
+                                            const std::vector<std::string>& paths) {
+    std::vector<std::string> found;
+    for (const std::string& path : paths) {
+        if (!isDirectoryInWorkingCopy(path)) {
+            found.push_back(path);
+            continue;
+        }
+        const auto below = pathsWithStatus(session, "unversioned", path);
+        if (!below) {
+            return below;
+        }
+        found.insert(found.end(), below->begin(), below->end());
+    }
+    return found;
+}
+
 int runAddCommand(Session& session, const LocalEditOptions& options) {
-    return runLocalEdit(session, {RequestTypeAdd, "Added", "add"}, options);
+    const bool isByStatus = options.paths.empty();
+    const auto paths =
+        whatIsNew(session, isByStatus ? std::vector<std::string>{"."} : options.paths);
+    if (!paths) {
+        return paths.status();
+    }
+    return editByStatus(session, addition, options, *paths,
+                        isByStatus ? "unversioned" : std::string());
 }
 
 } // namespace
@@ -16,7 +55,9 @@ int runAddCommand(Session& session, const LocalEditOptions& options) {
 void addAddCommand(CommandLine& line) {
     const auto options = std::make_shared<LocalEditOptions>();
     Subcommand command = line.add("add", "Put files and directories under version control");
-    options->addTo(command);
+    options->addOptionalTo(command,
+                           "Files or directories; of a directory under version control, all that "
+                           "is new in it (default: all that is new here, after a question)");
     runInSession<LocalEditOptions>(command, options, runAddCommand);
 }
 

@@ -5,6 +5,7 @@
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/Places/BranchChecks.h"
 #include "Tools/Commands/Places/BranchLocation.h"
+#include "Tools/Commands/Places/ItemPlace.h"
 
 #include <memory>
 
@@ -25,20 +26,27 @@ struct Options {
 
 /// What the siblings differ in.
 struct Edit {
-    std::string name;
     RequestType type;
     /// What an editor says that the message is about.
     std::string about;
+    /// What it makes is called so, and lies there.
+    std::string noun = "branch";
 };
 
 /// The repository with its branches: the only kind of tree that these requests take.
-Outcome<SourceTree> findRepository(Session& session, const Options& options) {
+Outcome<SourceTree> findRepository(Session& session, const Edit& edit, const Options& options) {
     if (!isBranchName(options.name)) {
-        return session.fail("\"" + printable(options.name) +
-                            "\" cannot be the name of a branch: it has parts that are empty, . or "
-                            "..");
+        return session.fail("\"" + printable(options.name) + "\" cannot be the name of a " +
+                            edit.noun + ": it has parts that are empty, . or ..");
     }
     auto source = findSourceWithLayout(session, options.path, options.layout);
+    if (source && edit.noun == "tag") {
+        // A tag is a branch that lies among the tags.
+        LayoutOptions layout;
+        layout.layout = {source->repository->trunkLocation().absoluteString().str(),
+                         tagsBeside(source->repository->branchesLocation().absoluteString().str())};
+        source = findSourceWithLayout(session, options.path, layout);
+    }
     if (source) {
         source->tree = source->repository;
     }
@@ -60,7 +68,7 @@ Outcome<Dictionary> sourceOptions(Session& session, const Options& options) {
 
 int check(Session& session, const SourceTree& source, const Edit& edit, const Options& options) {
     if (edit.type == RequestTypeRemoteCopy) {
-        return checkNewBranch(session, source, options.name);
+        return checkNewBranch(session, source, options.name, edit.noun);
     }
     BranchDeletion deletion = options.deletion;
     deletion.path = options.path;
@@ -68,7 +76,7 @@ int check(Session& session, const SourceTree& source, const Edit& edit, const Op
 }
 
 int runEdit(Session& session, const Edit& edit, const Options& options) {
-    const auto source = findRepository(session, options);
+    const auto source = findRepository(session, edit, options);
     if (!source) {
         return source.status();
     }
@@ -89,10 +97,8 @@ int runEdit(Session& session, const Edit& edit, const Options& options) {
     return message.conclude(makeChange(session, {request, ""}, committedSummary));
 }
 
-Subcommand addEdit(Subcommand& branch, const Edit& edit, const std::string& help,
-                   const std::shared_ptr<Options>& options) {
-    Subcommand command = branch.subcommand(edit.name, help);
-    command.argument("NAME", options->name, "Name of the branch").required();
+Subcommand addEdit(Subcommand command, const Edit& edit, const std::shared_ptr<Options>& options) {
+    command.argument("NAME", options->name, "Name of the " + edit.noun).required();
     command.argument("PATH", options->path, "Path or URL in the project (default: .)");
     options->message.addTo(command);
     options->layout.addTo(command);
@@ -108,17 +114,23 @@ Subcommand addEdit(Subcommand& branch, const Edit& edit, const std::string& help
 
 void addBranchEditCommands(Subcommand& branch) {
     const auto creation = std::make_shared<Options>();
-    Subcommand create = addEdit(branch, {"create", RequestTypeRemoteCopy, "New branch"},
-                                "Create a branch in the repository", creation);
+    Subcommand create = addEdit(branch.subcommand("create", "Create a branch in the repository"),
+                                {RequestTypeRemoteCopy, "New branch"}, creation);
     create.option("--from", creation->from,
                   "Branch, URL or ^/PATH to branch from (default: trunk)");
 
     const auto deletion = std::make_shared<Options>();
-    Subcommand remove = addEdit(branch, {"delete", RequestTypeRemoteRemove, "Deletion of branch"},
-                                "Delete a branch in the repository", deletion);
+    Subcommand remove = addEdit(branch.subcommand("delete", "Delete a branch in the repository"),
+                                {RequestTypeRemoteRemove, "Deletion of branch"}, deletion);
     remove.flag("-y,--yes", deletion->deletion.isSure, "Do not ask");
     remove.flag("--force", deletion->deletion.isForced,
                 "Also delete the branch that the working copy is on");
+}
+
+void addTagEdit(Subcommand tag) {
+    const auto options = std::make_shared<Options>();
+    Subcommand command = addEdit(tag, {RequestTypeRemoteCopy, "New tag", "tag"}, options);
+    command.option("--from", options->from, "Branch, URL or ^/PATH to tag (default: trunk)");
 }
 
 } // namespace quen::tools

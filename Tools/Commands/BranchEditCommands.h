@@ -7,4 +7,7 @@ namespace quen::tools {
 /// Adds `create` and `delete` to the sub-command `branch`.
 void addBranchEditCommands(Subcommand& branch);
 
+/// Makes the sub-command create a tag.
+void addTagEdit(Subcommand tag);
+
 } // namespace quen::tools

@@ -52,6 +52,9 @@ int runCatCommand(Session& session, const Options& options) {
     if (!file) {
         return file.status();
     }
+    if (!options.common.json && printContentOf(*file)) {
+        return ExitSuccess;
+    }
     const auto content = contentOf(*file);
     if (!content) {
         session.tell("\"" + printable(options.path) +

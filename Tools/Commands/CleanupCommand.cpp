@@ -31,7 +31,7 @@ int cleanUp(const Session& session, const std::string& path, Array& records) {
     if (status == ExitSuccess) {
         records.append(Dictionary{{"path", String(top.string())}});
     }
-    if (status == ExitSuccess && !session.options().json) {
+    if (status == ExitSuccess && !session.options().json && !session.options().dryRun) {
         std::cout << "Cleaned up " << printable(top.string()) << ".\n";
     }
     return status;

@@ -1,3 +1,4 @@
+#include "Foundation/Lines.h"
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/Changes/Change.h"
@@ -5,6 +6,7 @@
 #include "Tools/Commands/Changes/CommitPreview.h"
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Content/LocalDifference.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
 #include <cstdint>
@@ -40,7 +42,7 @@ int tellNothingToCommit(const Options& options, const CommitPreview& preview) {
 
 /// With an editor it stands below the message; otherwise the message is there already.
 void show(const CommitPreview& preview, const Options& options) {
-    if (options.common.json || options.message.needsEditor()) {
+    if (options.common.json || (options.message.needsEditor() && !options.common.dryRun)) {
         return;
     }
     for (const std::string& line : preview.items(shownItems)) {
@@ -55,6 +57,40 @@ std::vector<std::string> textBelowMessage(const CommitPreview& preview) {
     if (!notes.empty()) {
         lines.emplace_back();
         lines.insert(lines.end(), notes.begin(), notes.end());
+    }
+    return lines;
+}
+
+/// No more of it is of use below a message.
+constexpr std::size_t longestDifference = 256 * 1024;
+
+/// What the message is about, line by line.
+std::string differenceOf(Session& session, const SourceTree& source, const Options& options) {
+    std::string text;
+    session.stream(
+        localDifference(source, options.paths), "",
+        [&text](std::string_view piece) {
+            text += piece;
+            return text.size() < longestDifference;
+        },
+        true);
+    if (text.size() >= longestDifference) {
+        text.erase(text.rfind('\n', longestDifference) + 1);
+        text += "... (the rest is left out)\n";
+    }
+    return text;
+}
+
+std::vector<std::string> textForEditor(Session& session, const SourceTree& source,
+                                       const CommitPreview& preview, const Options& options) {
+    std::vector<std::string> lines = textBelowMessage(preview);
+    if (!options.message.needsEditor() || options.common.dryRun) {
+        return lines;
+    }
+    const std::string difference = differenceOf(session, source, options);
+    lines.emplace_back();
+    for (const std::string_view line : linesOf(difference)) {
+        lines.emplace_back(line);
     }
     return lines;
 }
@@ -83,7 +119,7 @@ int runCommitCommand(Session& session, const Options& options) {
         return tellNothingToCommit(options, *preview);
     }
     LogMessage message(session);
-    if (!message.obtain(options.message, textBelowMessage(*preview))) {
+    if (!message.obtain(options.message, textForEditor(session, *source, *preview, options))) {
         return ExitFailure;
     }
     show(*preview, options);

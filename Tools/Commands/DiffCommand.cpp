@@ -4,6 +4,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/DiffSummary.h"
 #include "Tools/Commands/Content/DifferenceStream.h"
+#include "Tools/Commands/Content/LocalDifference.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Console/Base64.h"
 
@@ -21,6 +22,7 @@ struct Options {
     RevisionChanges changes;
     bool summarizes = false;
     bool isStat = false;
+    bool isSideBySide = false;
 };
 
 /// What is wrong with the command line; empty for nothing.
@@ -53,11 +55,6 @@ void setRevisions(QuenSourceControlRequest& request, const Options& options,
     } else if (!change.empty()) {
         request.setStartingRevision(change + "^");
         request.setEndingRevision(change);
-    } else if (!targets.paths.empty()) {
-        // A request without revisions is about the whole directory, whatever its files. The change
-        // with no number is to the client (seen on 1.14.2) what no revision at all is.
-        request.setStartingRevision("^");
-        request.setEndingRevision("");
     }
 }
 
@@ -102,23 +99,13 @@ int printRecords(Session& session, const std::vector<QuenSourceControlRequestPtr
     return status;
 }
 
-/// The client finds no local changes of a name that is closed with an `@` (seen on 1.14.2). A name
-/// that ends in `/.` holds none in its last component and needs no closing; the client drops it.
-StringArray filesFor(const Options& options) {
-    StringArray files;
-    for (const std::string& path : options.targets.paths) {
-        const bool isClosed = closedClientPath(path) != clientPath(path);
-        const bool isLocal =
-            !options.targets.revisions.isGiven() && options.changes.numbers.empty();
-        files.push_back(isClosed && isLocal ? String(clientPath(path).str() + "/.")
-                                            : clientPath(path));
-    }
-    return files;
-}
-
 QuenSourceControlRequestPtr requestFor(const Options& options, const SourceTree& source,
                                        const std::string& change) {
-    auto request = makeRequest(RequestTypeDiff, source, filesFor(options));
+    const DiffTargets& targets = options.targets;
+    if (!targets.revisions.isGiven() && change.empty()) {
+        return localDifference(source, targets.paths);
+    }
+    auto request = makeRequest(RequestTypeDiff, source, clientPaths(targets.paths));
     setRevisions(*request, options, change);
     return request;
 }
@@ -138,7 +125,7 @@ int showDifferences(Session& session, const SourceTree& source, const Options& o
         }
         return printRecords(session, requests);
     }
-    DifferenceStream stream(session, options.isStat);
+    DifferenceStream stream(session, options.isStat, options.isSideBySide);
     int status = ExitSuccess;
     for (const std::string& change : changes) {
         const int each = stream.show(requestFor(options, source, change));
@@ -179,7 +166,12 @@ void addDiffCommand(CommandLine& line) {
               "Show only the names of what differs between OLD and NEW, or between two "
               "revisions of one place")
         .excludes(change);
-    command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
+    const Parameter stat =
+        command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
+    command
+        .flag("-y,--side-by-side", options->isSideBySide,
+              "Show old and new lines beside each other, from 60 columns on")
+        .excludes(stat);
     command.arguments("PATH", options->targets.paths,
                       "Paths or URLs (default: .); with --summarize, OLD and NEW");
     runInSession<Options>(command, options, runDiffCommand);

@@ -74,6 +74,10 @@ int place(const Session& session, const FetchedFile& file, const Options& option
         session.tell(shown + " already exists; use --force to overwrite it.");
         return ExitFailure;
     }
+    if (options.common.dryRun) {
+        std::cout << "Would write " << shown << ".\n";
+        return ExitSuccess;
+    }
     if (const std::error_code error = put(file.path, target, options.overwrites)) {
         session.tell(shown + " cannot be written: " + error.message() + ".");
         return ExitFailure;

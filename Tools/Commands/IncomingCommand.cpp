@@ -1,9 +1,7 @@
-#include "Host/ClientCommand.h"
-#include "Host/Facts/InfoFacts.h"
-#include "Host/Places/Locations.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/History/HistoryFormat.h"
 #include "Tools/Commands/History/HistoryQuery.h"
+#include "Tools/Commands/Places/ItemPlace.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/Columns.h"
 #include "Tools/Terminal/Pager.h"
@@ -11,7 +9,6 @@
 
 #include <iostream>
 #include <memory>
-#include <optional>
 
 namespace quen::tools {
 
@@ -23,20 +20,6 @@ struct Options {
     bool wantsPaths = false;
     std::string path = ".";
 };
-
-/// The revision that the working copy of a path is at; nothing where it has none.
-std::optional<std::int64_t> revisionOf(const std::string& path) {
-    const auto info = ClientCommand::make({"info", "--xml"}, {absolutePath(path)});
-    InfoFactsReader reader;
-    info->run();
-    if (info->error()) {
-        return std::nullopt;
-    }
-    reader.take(info->output()->bytes());
-    const Error broken = reader.finish();
-    const InfoFacts facts = reader.takeFacts();
-    return broken || facts.entries.empty() ? std::nullopt : facts.entries.front().revision;
-}
 
 /// What is younger than the working copy.
 class View : public HistoryView {
@@ -90,7 +73,8 @@ private:
 };
 
 int runIncomingCommand(Session& session, const Options& options) {
-    const auto base = revisionOf(options.path);
+    const auto item = infoOf(options.path);
+    const auto base = item ? item->revision : std::nullopt;
     if (!base) {
         return session
             .fail("\"" + printable(options.path) + "\" is not in a working copy that was updated.")

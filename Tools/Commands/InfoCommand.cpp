@@ -1,11 +1,14 @@
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Places/ItemPlace.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/KeptRun.h"
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Terminal/Times.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
@@ -19,7 +22,37 @@ struct Options {
     std::vector<std::string> paths{"."};
 };
 
-void printRecord(const Dictionary& record, const std::string& path, const Palette& palette) {
+/// Where the usual names say, or the `.quen` file of the working copy.
+RepositoryLayout layoutOf(const InfoEntry& entry) {
+    RepositoryLayout layout = usualLayout(entry.url.view(), entry.repositoryRoot.view());
+    std::string ignored;
+    const auto settings =
+        entry.workingCopy.isNil() ? std::nullopt : settingsFor(entry.workingCopy.str(), ignored);
+    const auto whole = [&](const std::string& said, const std::string& usual) {
+        return said.empty()             ? usual
+               : said.starts_with("^/") ? entry.repositoryRoot.str() + said.substr(1)
+                                        : said;
+    };
+    return settings ? RepositoryLayout{whole(settings->layout.trunk, layout.trunk),
+                                       whole(settings->layout.branches, layout.branches)}
+                    : layout;
+}
+
+/// What the provider's records leave out: the branch, and the revision of a working copy.
+void printPlace(const InfoEntry& entry, const Palette& palette) {
+    if (const std::string branch = branchNameOf(entry.url.view(), layoutOf(entry));
+        !branch.empty()) {
+        std::cout << palette.paint(Style::faint, "Branch        ") << printable(branch) << '\n';
+    }
+    if (!entry.workingCopy.isNil() && entry.revision) {
+        std::cout << palette.paint(Style::faint, "Working copy  ")
+                  << palette.paint(Style::warning, "r" + std::to_string(*entry.revision)) << "  "
+                  << printable(entry.workingCopy.view()) << '\n';
+    }
+}
+
+void printRecord(const Dictionary& record, const std::string& path, const InfoFacts& facts,
+                 const Palette& palette) {
     const auto line = [&](const std::string& name, const std::string& text) {
         std::cout << palette.paint(Style::faint, name) << text << '\n';
     };
@@ -28,16 +61,26 @@ void printRecord(const Dictionary& record, const std::string& path, const Palett
     }
     line("URL           ", shownText(record, QuenSourceControlOperationRemoteOriginKey));
     line("Repository    ", shownText(record, QuenSourceControlOperationRepositoryRootKey));
+    const String url = record[QuenSourceControlOperationRemoteOriginKey].stringValue();
+    const auto entry = std::find_if(facts.entries.begin(), facts.entries.end(),
+                                    [&](const InfoEntry& each) { return each.url == url; });
+    if (entry != facts.entries.end()) {
+        printPlace(*entry, palette);
+    }
     line("Last changed  ", changeLine(record, palette, currentDate()));
 }
 
 /// The records do not say whose they are, and leave out items that were never committed.
-void printForPeople(const Array& records, const Options& options) {
+void printForPeople(const Array& records, const Options& options, const KeptRun& run) {
     const Palette palette = options.common.palette();
+    InfoFactsReader reader;
+    reader.take(run.output());
+    reader.finish();
     const bool allAreThere = records.count() == options.paths.size();
     for (std::size_t i = 0; i < records.count(); ++i) {
         std::cout << (i == 0 ? "" : "\n");
-        printRecord(*records[i].dictionary(), allAreThere ? options.paths[i] : "", palette);
+        printRecord(*records[i].dictionary(), allAreThere ? options.paths[i] : "", reader.facts(),
+                    palette);
     }
 }
 
@@ -60,14 +103,16 @@ int runInfoCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
+    const auto run = std::make_shared<KeptRun>(RunContext::current().toolRunner());
+    const RunContext::Scope scope(RunContext::current().withToolRunner(run));
     const auto operation =
         session.perform(makeRequest(options.onlyChecks ? RequestTypeInfoCheck : RequestTypeInfo,
                                     *source, clientPaths(options.paths)));
     if (operation && options.onlyChecks) {
         return session.finish(**operation);
     }
-    const int status = showRecords(session, operation,
-                                   [&](const Array& records) { printForPeople(records, options); });
+    const int status = showRecords(
+        session, operation, [&](const Array& records) { printForPeople(records, options, *run); });
     if (operation && !options.common.json) {
         tellWhatIsMissing(session, **operation, options);
     }
@@ -78,7 +123,8 @@ int runInfoCommand(Session& session, const Options& options) {
 
 void addInfoCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("info", "Show the location and last change of items");
+    Subcommand command =
+        line.add("info", "Show where items lie, their branch and their last change");
     command.flag("--check", options->onlyChecks,
                  "Print nothing; the exit status says whether all items are under version control");
     command.arguments("PATH", options->paths, "Paths or URLs (default: .)");

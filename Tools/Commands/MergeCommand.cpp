@@ -23,6 +23,7 @@ struct Options {
     CommonOptions common;
     LayoutOptions layout;
     RevisionRange revisions;
+    RevisionChanges changes;
     bool isSure = false;
     bool isPreview = false;
     bool dropsTheirs = false;
@@ -34,6 +35,23 @@ struct Options {
 std::string opened(const String& location) {
     return location.hasSuffix("@") ? location.str().substr(0, location.length() - 1)
                                    : location.str();
+}
+
+/// One after another. Changes that follow each other are one range.
+std::vector<RevisionRange> rangesOf(const Options& options) {
+    std::vector<RevisionRange> ranges;
+    std::int64_t end = 0;
+    for (const std::int64_t number : options.changes.numbers) {
+        if (number > 0 && !ranges.empty() && number == end + 1) {
+            ranges.back().end = std::to_string(number);
+        } else if (number > 0) {
+            ranges.push_back({std::to_string(number - 1), std::to_string(number)});
+        } else {
+            ranges.push_back({std::to_string(-number), std::to_string(-number - 1)});
+        }
+        end = number;
+    }
+    return ranges.empty() ? std::vector{options.revisions} : ranges;
 }
 
 /// As the client's `-r` takes it; empty for all that is missing.
@@ -53,9 +71,10 @@ std::vector<TransferPreview::Item> conflictItems(const ChangeFacts& facts) {
     return items;
 }
 
-int previewMerge(const Session& session, const Options& options, const String& branch) {
-    const MergePlan plan = planMerge(branch, absolutePaths({options.path}).front(),
-                                     rangeOf(options.revisions), runHostQuery);
+int previewMerge(const Session& session, const Options& options, const String& branch,
+                 const RevisionRange& range) {
+    const MergePlan plan =
+        planMerge(branch, absolutePaths({options.path}).front(), rangeOf(range), runHostQuery);
     if (plan.error) {
         return Losses::explain(session, plan.error).status;
     }
@@ -98,33 +117,52 @@ std::string mergeSummary(const ChangeFacts& facts, const Options& options, const
                                          branch + ".\n" + wayBack(options, before);
 }
 
-int merge(Session& session, const Options& options, const SourceTree& source,
-          const String& branch) {
-    auto before = mixedWith(session, options);
-    if (!before) {
-        return before.status();
-    }
-    if (const int status = before->confirm(session, options.isSure); status != ExitSuccess) {
-        return status;
-    }
-    if (const int status = before->keep(session, {options.path}, options.isSure);
-        status != ExitSuccess) {
-        return status;
-    }
+int mergeRange(Session& session, const Options& options, const SourceTree& source,
+               const String& branch, const RevisionRange& range, const Losses& before) {
     const auto request = makeRequest(RequestTypeMerge, source, {clientPath(options.path)});
     request->setDestination(branch);
-    request->setStartingRevision(startingRevisionFor(options.revisions.start));
-    request->setEndingRevision(options.revisions.isRange() ? String(options.revisions.end)
-                                                           : String());
+    request->setStartingRevision(startingRevisionFor(range.start));
+    request->setEndingRevision(range.isRange() ? String(range.end) : String());
     Transfer transfer{{request, options.path}, [&](const ChangeFacts& facts) {
-                          return mergeSummary(facts, options, *before);
+                          return mergeSummary(facts, options, before);
                       }};
     if (!options.dropsTheirs) {
         transfer.keepTheirs = [&](const ChangeFacts& facts) {
             return keepTheirsOfMerge(facts, workingDirectory(), opened(branch));
         };
     }
-    return before->conclude(session, makeTransfer(session, transfer));
+    return makeTransfer(session, transfer);
+}
+
+int merge(Session& session, const Options& options, const SourceTree& source,
+          const String& branch) {
+    auto before = mixedWith(session, options);
+    if (!before) {
+        return before.status();
+    }
+    int status = before->confirm(session, options.isSure);
+    if (status == ExitSuccess) {
+        status = before->keep(session, {options.path}, options.isSure);
+    }
+    if (status != ExitSuccess) {
+        return status;
+    }
+    for (const RevisionRange& range : rangesOf(options)) {
+        // What one change leaves to decide the next would only bury.
+        if (status == ExitSuccess) {
+            status = mergeRange(session, options, source, branch, range, *before);
+        }
+    }
+    return before->conclude(session, status);
+}
+
+int previewAll(const Session& session, const Options& options, const String& branch) {
+    int status = ExitSuccess;
+    for (const RevisionRange& range : rangesOf(options)) {
+        const int each = previewMerge(session, options, branch, range);
+        status = status == ExitSuccess ? each : status;
+    }
+    return status;
 }
 
 int runMergeCommand(Session& session, const Options& options) {
@@ -142,8 +180,13 @@ int runMergeCommand(Session& session, const Options& options) {
     if (!branch) {
         return branch.status();
     }
-    return options.isPreview ? previewMerge(session, options, *branch)
-                             : merge(session, options, *source, *branch);
+    if (options.isPreview || options.common.dryRun) {
+        const int status = previewAll(session, options, *branch);
+        if (options.isPreview || status == ExitFailure) {
+            return status;
+        }
+    }
+    return merge(session, options, *source, *branch);
 }
 
 } // namespace
@@ -151,8 +194,12 @@ int runMergeCommand(Session& session, const Options& options) {
 void addMergeCommand(CommandLine& line) {
     const auto options = std::make_shared<Options>();
     Subcommand command = line.add("merge", "Merge changes from another branch into a working copy");
-    addRevisionOption(command, options->revisions, true,
-                      "Merge only the changes made after START, up to END (START:END)");
+    const Parameter revisions =
+        addRevisionOption(command, options->revisions, true,
+                          "Merge only the changes made after START, up to END (START:END)");
+    addChangeOption(command, options->changes,
+                    "Merge only what revision N changed; -N takes it back; also N,M")
+        .excludes(revisions);
     command.argument("BRANCH", options->branch, "Branch name, trunk, URL or ^/PATH").required();
     command.argument("PATH", options->path, "Working copy to merge into (default: .)");
     addPreviewOption(command, options->isPreview);

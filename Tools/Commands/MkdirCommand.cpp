@@ -4,9 +4,13 @@
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Session/HostQueries.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <iostream>
 #include <memory>
+#include <system_error>
 
 namespace quen::tools {
 
@@ -15,6 +19,7 @@ namespace {
 struct Options {
     CommonOptions common;
     MessageOptions message;
+    bool makesParents = false;
     std::vector<std::string> directories;
 };
 
@@ -29,8 +34,45 @@ int makeDirectory(Session& session, const std::string& directory, const Dictiona
     return makeChange(session, {request, isRemote ? "" : directory},
                       [&](const Value& result, const ChangeOutput& output) {
                           return isRemote ? committedSummary(result, output)
-                                          : "Made " + printable(directory) + ".";
+                                          : "Created " + printable(directory) + ".";
                       });
+}
+
+bool isDirectory(const std::string& path) {
+    std::error_code ignored;
+    return !isRepositoryURL(path) && std::filesystem::is_directory(path, ignored);
+}
+
+/// The client's own command, since the provider's makes no parents. In the repository all of them
+/// are one commit.
+int makeWithParents(Session& session, const Options& options, const String& message) {
+    std::vector<std::string> words{"mkdir", "--parents"};
+    const bool isRemote = isRepositoryURL(options.directories.front());
+    if (isRemote) {
+        const auto source = findSource(session, options.directories.front());
+        if (!source) {
+            return source.status();
+        }
+        const auto user = userOption(*source);
+        words.insert(words.end(), user.begin(), user.end());
+        words.insert(words.end(), {"-m", message.str()});
+    }
+    std::vector<std::string> paths;
+    for (const std::string& directory : options.directories) {
+        if (!isDirectory(directory)) {
+            paths.push_back(isRemote ? directory : absolutePaths({directory}).front().str());
+        }
+    }
+    if (paths.empty()) {
+        std::cout << (options.common.json ? "null" : "Nothing to create.") << '\n';
+        return ExitSuccess;
+    }
+    const auto performed = session.performCommand(words, paths, RequestTypeMakeDirectory);
+    return finishChange(session, performed, {nullptr, isRemote ? "" : paths.front()},
+                        [&](const Value& result, const ChangeOutput& output) {
+                            return isRemote ? committedSummary(result, output)
+                                            : "Created " + counted(output.items(), "item") + ".";
+                        });
 }
 
 /// One after another, since a request makes one.
@@ -48,15 +90,24 @@ int makeDirectories(Session& session, const Options& options, const Dictionary& 
 int runMkdirCommand(Session& session, const Options& options) {
     const bool needsMessage =
         std::any_of(options.directories.begin(), options.directories.end(), isRepositoryURL);
+    const bool isMixed = needsMessage && !std::all_of(options.directories.begin(),
+                                                      options.directories.end(), isRepositoryURL);
+    if (isMixed && options.makesParents) {
+        return session.fail("--parents takes either paths or URLs, not both.", ExitUsage).status;
+    }
     if (!needsMessage && options.message.needsEditor()) {
-        return makeDirectories(session, options, Dictionary());
+        return options.makesParents ? makeWithParents(session, options, String())
+                                    : makeDirectories(session, options, Dictionary());
     }
     LogMessage message(session);
     if (!message.obtain(options.message, options.directories)) {
         return ExitFailure;
     }
-    return message.conclude(makeDirectories(
-        session, options, {{QuenSourceControlRequestOptionMessage, message.text()}}));
+    return message.conclude(
+        options.makesParents
+            ? makeWithParents(session, options, message.text())
+            : makeDirectories(session, options,
+                              {{QuenSourceControlRequestOptionMessage, message.text()}}));
 }
 
 } // namespace
@@ -66,6 +117,8 @@ void addMkdirCommand(CommandLine& line) {
     Subcommand command =
         line.add("mkdir", "Create directories in a working copy, or directly in the repository");
     options->message.addTo(command);
+    command.flag("-p,--parents", options->makesParents,
+                 "Also create the directories above that are missing");
     command.arguments("DIRECTORY", options->directories, "Paths or URLs to create").required();
     runInSession<Options>(command, options, runMkdirCommand);
 }

@@ -1,5 +1,6 @@
 #include "Host/Places/Locations.h"
 #include "Tools/Commands/Changes/Change.h"
+#include "Tools/Commands/Changes/TreeEdit.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
@@ -9,56 +10,55 @@ namespace quen::tools {
 
 namespace {
 
-struct Options {
-    CommonOptions common;
-    std::string source;
-    std::string destination;
-};
-
 /// The tree that both ends of the move lie in.
-Outcome<SourceTree> findTree(const Session& session, const Options& options) {
-    for (const std::string& location : {options.source, options.destination}) {
+Outcome<SourceTree> findTree(const Session& session, const std::string& from,
+                             const std::string& to) {
+    for (const std::string& location : {from, to}) {
         if (isRepositoryURL(location)) {
             return session.fail("\"" + printable(location) +
                                 "\" is a URL. Items are moved in a working copy, and the move is "
                                 "then committed.");
         }
     }
-    const auto source = findSource(session, absolutePath(options.source));
-    if (!source || source->tree->containsItemAtLocation(absolutePath(options.destination))) {
+    const auto source = findSource(session, absolutePath(from));
+    if (!source || source->tree->containsItemAtLocation(absolutePath(to))) {
         return source;
     }
-    return session.fail(
-        "\"" + printable(options.destination) + "\" lies outside the working copy that holds \"" +
-        printable(options.source) + "\": " + printable(source->tree->location().view()));
+    return session.fail("\"" + printable(to) + "\" lies outside the working copy that holds \"" +
+                        printable(from) + "\": " + printable(source->tree->location().view()));
 }
 
-int runMoveCommand(Session& session, const Options& options) {
-    const auto source = findTree(session, options);
+int moveItem(Session& session, const std::string& from, const std::string& to) {
+    const auto source = findTree(session, from, to);
     if (!source) {
         return source.status();
     }
-    const auto request =
-        makeRequest(RequestTypeMove, *source, {clientPath(absolutePath(options.source))});
+    const auto request = makeRequest(RequestTypeMove, *source, {clientPath(absolutePath(from))});
     // Unlike any other command, the client's move reads no revision there, and closing the name
     // would rename the item.
-    request->setDestination(absolutePath(options.destination));
+    request->setDestination(absolutePath(to));
     return makeChange(session, {request, source->tree->location().str()},
                       [&](const Value& /*result*/, const ChangeOutput& /*output*/) {
-                          return "Moved " + printable(options.source) + " to " +
-                                 printable(options.destination) + ".";
+                          return "Moved " + printable(from) + " to " + printable(to) + ".";
                       });
+}
+
+int runMoveCommand(Session& session, const TreeEditOptions& options) {
+    return runTreeEdit(session, options,
+                       [&](const std::string& source, const std::string& destination) {
+                           return moveItem(session, source, destination);
+                       });
 }
 
 } // namespace
 
 void addMoveCommand(CommandLine& line) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<TreeEditOptions>();
     Subcommand command =
-        line.add("move", "Move or rename an item, creating missing parent directories");
-    command.argument("SOURCE", options->source, "Path to move").required();
-    command.argument("DESTINATION", options->destination, "New path").required();
-    runInSession<Options>(command, options, runMoveCommand);
+        line.add("move", "Move or rename items, creating missing parent directories");
+    options->addTo(command, "Paths to move, then where to: a new path, or a directory to "
+                            "put them into");
+    runInSession<TreeEditOptions>(command, options, runMoveCommand);
 }
 
 } // namespace quen::tools

@@ -1,5 +1,6 @@
 #include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
+#include "Tools/Commands/Changes/PathsByStatus.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Session/HostQueries.h"
@@ -37,7 +38,11 @@ Outcome<Losses> remoteLosses(const Session& session, const std::vector<std::stri
 
 int runRemoveCommand(Session& session, const LocalEditOptions& options) {
     const LocalEdit edit{RequestTypeRemove, "Removed", "remove", "item", losses, remoteLosses};
-    return runLocalEdit(session, edit, options);
+    if (!options.paths.empty()) {
+        return runLocalEdit(session, edit, options);
+    }
+    const auto missing = pathsWithStatus(session, "missing", ".");
+    return missing ? editByStatus(session, edit, options, *missing, "missing") : missing.status();
 }
 
 } // namespace
@@ -46,9 +51,9 @@ void addRemoveCommand(CommandLine& line) {
     const auto options = std::make_shared<LocalEditOptions>();
     Subcommand command = line.add(
         "remove", "Delete items from disk and version control, or URLs from the repository");
-    options->addTo(command);
+    options->addOptionalTo(command,
+                           "Paths or URLs (default: what is missing here, after a question)");
     options->message.addTo(command);
-    addYesOption(command, options->isSure);
     runInSession<LocalEditOptions>(command, options, runRemoveCommand);
 }
 

@@ -1,11 +1,9 @@
-#include "Host/ClientCommand.h"
 #include "Host/Facts/ChangeFacts.h"
 #include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/LocalEdit.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Session/HostQueries.h"
-#include "Tools/Terminal/InterruptWatch.h"
 
 #include <memory>
 #include <utility>
@@ -30,7 +28,8 @@ Outcome<Losses> replacedContent(const Session& session, const std::vector<std::s
 }
 
 /// The client's own command, since the provider's takes the files as they are.
-QuenSourceControlOperationPtr runResolve(const Options& options, ChangeFacts& facts) {
+QuenSourceControlOperationPtr runResolve(Session& session, const Options& options,
+                                         ChangeFacts& facts) {
     ChangeFactsReader reader(ChangeColumns::schedule);
     const RunContext::Scope scope(RunContext::current().withOutputWatcher(
         [&reader](const QuenSourceControlOperation& /*operation*/, std::string_view piece) {
@@ -41,11 +40,8 @@ QuenSourceControlOperationPtr runResolve(const Options& options, ChangeFacts& fa
         paths.push_back(path.str());
     }
     const std::string version = options.accept == "base" ? "base" : options.accept + "-full";
-    auto command = ClientCommand::make({"resolve", "--accept", version}, paths, RequestTypeResolve);
-    {
-        const InterruptWatch::Action action([&command] { command->cancel(); });
-        command->run();
-    }
+    auto command =
+        session.performCommand({"resolve", "--accept", version}, paths, RequestTypeResolve);
     facts = reader.takeFacts();
     return command;
 }
@@ -60,7 +56,7 @@ int acceptVersion(Session& session, const Options& options) {
         return status;
     }
     ChangeFacts facts;
-    const QuenSourceControlOperationPtr operation = runResolve(options, facts);
+    const QuenSourceControlOperationPtr operation = runResolve(session, options, facts);
     const auto summary = [&](const Value& /*result*/, const ChangeOutput& /*output*/) {
         return facts.conflicts.empty() ? "Nothing to resolve."
                                        : "Resolved " + counted(facts.conflicts.size(), "conflict") +

@@ -20,6 +20,7 @@ struct Options {
     std::string revision = "HEAD";
     std::string path = ".";
     bool isStat = false;
+    bool isSideBySide = false;
 };
 
 /// Keeps the one revision.
@@ -46,8 +47,8 @@ Outcome<std::string> rootOf(Session& session, const SourceTree& source, const st
 }
 
 int showChange(Session& session, const SourceTree& source, const std::string& root,
-               const HistoryEntry& entry, bool isStat) {
-    DifferenceStream stream(session, isStat);
+               const HistoryEntry& entry, const Options& options) {
+    DifferenceStream stream(session, options.isStat, options.isSideBySide);
     stream.write(fullText(entry, session.options().palette(), currentDate()) + "\n");
     auto request = makeRequest(RequestTypeDiff, source, {String(root)});
     const std::string number = std::to_string(entry.commit.revision.value_or(0));
@@ -89,7 +90,7 @@ int runShowCommand(Session& session, const Options& options) {
         std::cout << jsonText(shortRecord(keeper.entries.front(), true)) << '\n';
         return ExitSuccess;
     }
-    return showChange(session, *source, *root, keeper.entries.front(), options.isStat);
+    return showChange(session, *source, *root, keeper.entries.front(), options);
 }
 
 } // namespace
@@ -97,7 +98,12 @@ int runShowCommand(Session& session, const Options& options) {
 void addShowCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
     Subcommand command = line.add("show", "Show one revision: its message and its changes");
-    command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
+    const Parameter stat =
+        command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
+    command
+        .flag("-y,--side-by-side", options->isSideBySide,
+              "Show old and new lines beside each other, from 60 columns on")
+        .excludes(stat);
     command.argument("REV", options->revision, "Revision to show (default: HEAD)");
     command.argument("PATH", options->path, "Path or URL in the repository (default: .)");
     runInSession<Options>(command, options, runShowCommand);

@@ -27,6 +27,7 @@ struct Options {
     CommonOptions common;
     bool asksRepository = false;
     bool showsIgnored = false;
+    bool isShort = false;
     std::vector<std::string> paths{"."};
 };
 
@@ -157,7 +158,26 @@ void printItems(std::vector<StatusItem> items, bool asksRepository, const Palett
     }
 }
 
+/// `M  greet.c`: the letters of the client for the item and its properties, a line each.
+void printShort(const Answer& answer, const Options& options) {
+    const Palette palette = options.common.palette();
+    for (const StatusEntry& entry : answer.facts.entries) {
+        const StatusItem item = statusItem(entry, "", options.asksRepository);
+        if (item.isIgnored && !options.showsIgnored) {
+            continue;
+        }
+        const std::string incoming = !options.asksRepository ? ""
+                                     : item.incoming.empty() ? "  "
+                                                             : "* ";
+        std::cout << palette.paint(item.here.front().style, statusLetters(entry)) << ' '
+                  << palette.paint(Style::warning, incoming) << item.path << '\n';
+    }
+}
+
 void printForPeople(const Answer& answer, const Options& options) {
+    if (options.isShort) {
+        return printShort(answer, options);
+    }
     const Palette palette = options.common.palette();
     StatusSummary summary;
     std::vector<StatusItem> items;
@@ -246,6 +266,8 @@ void addStatusCommand(CommandLine& line) {
     Subcommand command = line.add("status", "Show local changes");
     command.flag("-u,--show-updates", options->asksRepository,
                  "Also show what others have committed since");
+    command.flag("-s,--short", options->isShort,
+                 "Show two letters and the path of each item, as svn status does");
     command.flag("--ignored", options->showsIgnored, "Also show ignored items");
     command.arguments("PATH", options->paths, "Files or directories (default: .)");
     runInSession<Options>(command, options, runStatusCommand);

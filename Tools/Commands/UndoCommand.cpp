@@ -71,6 +71,14 @@ std::string complaintAboutStep(const std::string& word) {
     return isNumber ? "" : "\"" + printable(word) + "\" is not the number of a step (at least 1).";
 }
 
+int tellUndo(const UndoEntry& entry) {
+    std::cout << "Would bring back:\n";
+    for (const UndoItem& item : entry.items) {
+        std::cout << "  " << shownPath(item.path.view()) << '\n';
+    }
+    return ExitSuccess;
+}
+
 /// Undoes one step of one working copy.
 int undo(const Session& session, const std::string& top, std::uint32_t step, Array& records) {
     UndoStore store;
@@ -80,6 +88,9 @@ int undo(const Session& session, const std::string& top, std::uint32_t step, Arr
             std::cout << "Nothing to undo.\n";
         }
         return ExitSuccess;
+    }
+    if (session.options().dryRun) {
+        return tellUndo(entries[step - 1]);
     }
     const auto restored = store.restore(top, entries[step - 1].id);
     if (restored.error) {

@@ -55,8 +55,11 @@ int previewUpdate(const Session& session, const Options& options) {
 }
 
 int runUpdateCommand(Session& session, const Options& options) {
-    if (options.isPreview) {
-        return previewUpdate(session, options);
+    if (options.isPreview || options.common.dryRun) {
+        const int status = previewUpdate(session, options);
+        if (options.isPreview || status == ExitFailure) {
+            return status;
+        }
     }
     const auto source = findSource(session, options.paths.front());
     if (!source) {

@@ -40,6 +40,11 @@ protected:
     }
 
     std::streamsize xsputn(const char* text, std::streamsize size) override {
+        if (!isGuarded_ && static_cast<std::size_t>(size) > heldBack) {
+            writePending(pending_.size());
+            write({text, static_cast<std::size_t>(size)});
+            return error_ ? 0 : size;
+        }
         pending_.append(text, static_cast<std::size_t>(size));
         if (isByLine_ || pending_.size() > heldBack) {
             writeLines();

@@ -64,7 +64,7 @@ int finishChange(const Session& session, const Outcome<QuenSourceControlOperatio
     if (session.options().json) {
         printJson(isMade ? Value(changeRecord(performed.result(), told, session.output()))
                          : Value());
-    } else if (isMade) {
+    } else if (isMade && !session.options().dryRun) {
         std::cout << told << '\n';
     }
     return concludeChange(session, performed, change);

@@ -33,6 +33,9 @@ int Confirmation::obtain(const Session& session, bool isSure) const {
         return ExitSuccess;
     }
     show(session);
+    if (session.options().dryRun) {
+        return ExitSuccess;
+    }
     if (!canAsk()) {
         return session
             .fail("Nothing was done, because nobody can be asked here. Use --yes to go ahead "

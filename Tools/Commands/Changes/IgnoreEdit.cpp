@@ -67,7 +67,7 @@ perform(Session& session, RequestType type, const SourceTree& source, std::vecto
         if (!(*operation)->error()) {
             (*operation)->setError(edits->error());
         }
-        if ((*operation)->error() || session.wasStopped(**operation)) {
+        if ((*operation)->error() || session.wasStopped(**operation) || session.options().dryRun) {
             return operation;
         }
         paths = undoneIgnores(paths, type, runHostQuery);

@@ -53,6 +53,11 @@ void LocalEditOptions::addTo(Subcommand& command) {
     command.arguments("PATH", paths, "Files or directories").required();
 }
 
+void LocalEditOptions::addOptionalTo(Subcommand& command, const std::string& help) {
+    command.arguments("PATH", paths, help);
+    addYesOption(command, isSure);
+}
+
 void addYesOption(Subcommand& command, bool& isSure) {
     command.flag("-y,--yes", isSure, "Go ahead without a question");
 }

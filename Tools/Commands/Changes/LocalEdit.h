@@ -19,6 +19,8 @@ struct LocalEditOptions {
 
     /// The paths alone; the other members have options of their own.
     void addTo(Subcommand& command);
+    /// Likewise, for sub-commands that without a path find out themselves what is meant.
+    void addOptionalTo(Subcommand& command, const std::string& help);
 };
 
 /// `-y`, for commands that ask before they take or touch something.

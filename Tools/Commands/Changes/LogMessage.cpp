@@ -103,7 +103,11 @@ LogMessage::~LogMessage() {
 }
 
 bool LogMessage::obtain(const MessageOptions& options, const std::vector<std::string>& about) {
-    if (!options.text && !options.file) {
+    if (options.needsEditor() && session_.options().dryRun) {
+        text_ = "MESSAGE"; // to be written when it is done
+        return true;
+    }
+    if (options.needsEditor()) {
         return edit(about);
     }
     if (options.text) {

@@ -8,20 +8,12 @@
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/InterruptWatch.h"
 
-#include <cctype>
 #include <filesystem>
 #include <map>
 
 namespace quen::tools {
 
 namespace {
-
-std::string capitalised(std::string text) {
-    if (!text.empty()) {
-        text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(text[0])));
-    }
-    return text;
-}
 
 /// The top of the working copy that a lost item is kept with: that of the path of the command that
 /// it lies at or below. What lies in an external goes with the working copy around it.
@@ -89,6 +81,9 @@ void Losses::keepOf(const Session& session, const std::string& workingCopy,
 }
 
 int Losses::keep(const Session& session, const std::vector<std::string>& paths, bool isSure) {
+    if (session.options().dryRun) {
+        return ExitSuccess;
+    }
     const std::vector<String> places = absolutePaths(paths);
     std::map<std::string, std::vector<LostItem>> groups;
     for (const LostItem& item : lost_) {

@@ -61,6 +61,9 @@ int makeTransfer(Session& session, const Transfer& transfer) {
     if (!operation) {
         return operation.status();
     }
+    if (session.options().dryRun) {
+        return ExitSuccess; // an error would only be about what is not there for want of a run
+    }
     const auto outcomes = outcomesOf(transfer, facts);
     const int status = finish(session, **operation, transfer, facts, outcomes);
     tellOutcomes(session, outcomes, facts.skipped, transfer.showTheirs);

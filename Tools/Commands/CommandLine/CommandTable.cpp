@@ -48,6 +48,7 @@ const std::vector<Row>& rows() {
         {"export", sharing, {}},
         {"branch", branching, {}},
         {"branches", branching, {}},
+        {"tag", branching, {}},
         {"tags", branching, {}},
         {"switch", branching, {"sw"}},
         {"merge", branching, {}},

@@ -1,5 +1,7 @@
 #include "Tools/Commands/Content/DiffText.h"
 
+#include "Host/Text.h"
+#include "Tools/Terminal/Progress.h"
 #include "Tools/Terminal/SafeText.h"
 
 #include <algorithm>
@@ -26,6 +28,22 @@ bool continuesHunk(std::string_view line) {
 bool isInWord(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' ||
            static_cast<unsigned char>(c) >= 0x80;
+}
+
+/// Safe to show, with blanks up to each eighth cell in the place of tabs.
+std::string withoutTabs(std::string_view line) {
+    const std::string safe = printableLine(line);
+    std::string text;
+    std::size_t width = 0;
+    std::size_t start = 0;
+    for (auto tab = safe.find('\t'); tab != std::string::npos; tab = safe.find('\t', start)) {
+        const std::string part = safe.substr(start, tab - start);
+        const std::size_t blanks = 8 - (width + terminalWidth(part)) % 8;
+        text.append(part).append(blanks, ' ');
+        width += terminalWidth(part) + blanks;
+        start = tab + 1;
+    }
+    return text.append(safe, start);
 }
 
 /// How far two lines are alike from their beginning, in whole words.
@@ -90,11 +108,17 @@ void DifferencePainter::takeLine(std::string_view line) {
         return;
     }
     isInHunk_ = isInHunk_ && continuesHunk(line);
+    if (sideBySide_ > 0 && isInHunk_ && line.starts_with(' ')) {
+        return showRow(line.substr(1), ' ', line.substr(1));
+    }
     show(!isInHunk_ ? Style::heading : line.front() == '\\' ? Style::faint : Style::plain, line);
 }
 
 /// Lines that were replaced one by one are compared word by word.
 void DifferencePainter::showChange() {
+    if (sideBySide_ > 0) {
+        return showRows();
+    }
     const bool isPaired = removed_.size() == added_.size() && removed_.size() <= mostPaired;
     for (std::size_t i = 0; i < removed_.size(); ++i) {
         isPaired ? showPair(removed_[i], added_[i], true) : show(Style::bad, removed_[i]);
@@ -104,6 +128,35 @@ void DifferencePainter::showChange() {
     }
     removed_.clear();
     added_.clear();
+}
+
+void DifferencePainter::showRows() {
+    const auto textAt = [](const std::vector<std::string>& lines, std::size_t i) {
+        return i < lines.size() ? std::string_view(lines[i]).substr(1) : std::string_view();
+    };
+    for (std::size_t i = 0; i < std::max(removed_.size(), added_.size()); ++i) {
+        const bool isBoth = i < removed_.size() && i < added_.size();
+        const char mark = isBoth ? '|' : i < removed_.size() ? '<' : '>';
+        showRow(textAt(removed_, i), mark, textAt(added_, i));
+    }
+    removed_.clear();
+    added_.clear();
+}
+
+void DifferencePainter::showRow(std::string_view left, char mark, std::string_view right) {
+    const std::size_t width = (sideBySide_ - std::min<std::size_t>(sideBySide_, 3)) / 2;
+    const std::string before = startingText(withoutTabs(left), width);
+    const std::string after = startingText(withoutTabs(right), width);
+    const bool isChange = mark != ' ';
+    std::string line = palette_.paint(isChange ? Style::bad : Style::plain, before);
+    if (isChange || !after.empty()) {
+        line.append(width - std::min(width, terminalWidth(before)), ' ');
+        line.append(" ").append(1, mark);
+    }
+    if (!after.empty()) {
+        line.append(" ").append(palette_.paint(isChange ? Style::good : Style::plain, after));
+    }
+    shown_ += line + "\n";
 }
 
 void DifferencePainter::show(Style style, std::string_view line) {

@@ -3,6 +3,7 @@
 #include "Foundation/Lines.h"
 #include "Tools/Terminal/Style.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,7 +15,10 @@ namespace quen::tools {
 /// one file as headings.
 class DifferencePainter {
 public:
-    explicit DifferencePainter(const Palette& palette) : palette_(palette) {}
+    /// With a width the old lines stand on the left of as many cells and the new ones on the
+    /// right; 0 for one below the other.
+    explicit DifferencePainter(const Palette& palette, std::size_t sideBySide = 0)
+        : palette_(palette), sideBySide_(sideBySide) {}
 
     /// The next piece, cut anywhere; what can be shown of it by now.
     std::string take(std::string_view piece);
@@ -27,7 +31,11 @@ private:
     void show(Style style, std::string_view line);
     void showPair(const std::string& removed, const std::string& added, bool isRemoved);
 
+    void showRows();
+    void showRow(std::string_view left, char mark, std::string_view right);
+
     const Palette& palette_;
+    const std::size_t sideBySide_;
     LineAssembler lines_;
     bool isInHunk_ = false;
     /// Lines that were removed, and those that were added in their place.

@@ -7,9 +7,17 @@
 
 namespace quen::tools {
 
-DifferenceStream::DifferenceStream(Session& session, bool isStat)
+namespace {
+
+/// With less room than this a line of either side would be cut before it says anything.
+constexpr std::size_t leastForTwo = 60;
+
+} // namespace
+
+DifferenceStream::DifferenceStream(Session& session, bool isStat, bool isSideBySide)
     : session_(session), palette_(session.options().palette()), isStat_(isStat),
-      isPainted_(outputIsTerminal() || palette_.isColoured()) {}
+      sideBySide_(isSideBySide && outputColumns() >= leastForTwo ? outputColumns() : 0),
+      isPainted_(outputIsTerminal() || palette_.isColoured() || sideBySide_ > 0) {}
 
 bool DifferenceStream::take(std::string_view piece, DifferencePainter& painter) {
     if (isStat_) {
@@ -20,7 +28,7 @@ bool DifferenceStream::take(std::string_view piece, DifferencePainter& painter) 
 }
 
 int DifferenceStream::show(const QuenSourceControlRequestPtr& request) {
-    DifferencePainter painter(palette_);
+    DifferencePainter painter(palette_, sideBySide_);
     const int status =
         session_.stream(request, "", [&](std::string_view piece) { return take(piece, painter); });
     stat_.finish();

@@ -13,8 +13,9 @@ namespace quen::tools {
 /// another program they go byte for byte: they may be meant as a patch.
 class DifferenceStream {
 public:
+    /// With `isSideBySide` old and new lines stand beside each other where there is room for it.
     /// With `isStat` only how much changes in each file is shown, at the end.
-    DifferenceStream(Session& session, bool isStat);
+    DifferenceStream(Session& session, bool isStat, bool isSideBySide = false);
 
     /// Further text for the person, in front of what comes.
     bool write(std::string_view text) { return output_.write(text); }
@@ -29,6 +30,7 @@ private:
     Session& session_;
     const Palette palette_;
     const bool isStat_;
+    const std::size_t sideBySide_;
     const bool isPainted_;
     DiffStat stat_;
     PagedOutput output_;

@@ -6,7 +6,7 @@
 #include "Tools/Commands/Places/RevisionArguments.h"
 
 #include <fstream>
-#include <iterator>
+#include <iostream>
 #include <system_error>
 
 namespace quen::tools {
@@ -24,6 +24,13 @@ std::filesystem::path pathIn(const Value& result) {
     return path == nullptr ? std::string() : (*path)->pathString().str();
 }
 
+constexpr std::size_t pieceSize = 256 * 1024;
+
+bool isPlainFile(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return std::filesystem::is_regular_file(std::filesystem::symlink_status(path, ignored));
+}
+
 } // namespace
 
 Outcome<FetchedFile> fetchFile(Session& session, const SourceTree& source,
@@ -39,6 +46,19 @@ Outcome<FetchedFile> fetchFile(Session& session, const SourceTree& source,
     return FetchedFile{*operation, pathIn((*operation)->result())};
 }
 
+bool printContentOf(const FetchedFile& file) {
+    std::ifstream stream(file.path, std::ios::binary);
+    if (!stream.is_open() || !isPlainFile(file.path)) {
+        return false;
+    }
+    std::string piece(pieceSize, '\0');
+    while (stream && std::cout) {
+        stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
+        std::cout.write(piece.data(), stream.gcount());
+    }
+    return true;
+}
+
 std::optional<std::string> contentOf(const FetchedFile& file) {
     std::error_code error;
     if (std::filesystem::is_symlink(file.path, error)) {
@@ -48,7 +68,10 @@ std::optional<std::string> contentOf(const FetchedFile& file) {
     if (!stream.is_open() || !std::filesystem::is_regular_file(file.path, error)) {
         return std::nullopt;
     }
-    return std::string(std::istreambuf_iterator<char>(stream), {});
+    std::string content(std::filesystem::file_size(file.path, error), '\0');
+    stream.read(content.data(), static_cast<std::streamsize>(content.size()));
+    content.resize(static_cast<std::size_t>(stream.gcount()));
+    return content;
 }
 
 } // namespace quen::tools

@@ -15,19 +15,21 @@ namespace {
 struct Word {
     std::string_view client;
     std::uint32_t flag;
+    char letter;
 };
 
 constexpr std::array itemFlags{
-    Word{"modified", QuenSourceControlStatusModified},
-    Word{"unversioned", QuenSourceControlStatusUnversioned},
-    Word{"missing", QuenSourceControlStatusMissing},
-    Word{"incomplete", QuenSourceControlStatusMissing},
-    Word{"added", QuenSourceControlStatusAdded},
-    Word{"deleted", QuenSourceControlStatusDeleted},
-    Word{"conflicted", QuenSourceControlStatusConflicted},
-    Word{"ignored", QuenSourceControlStatusIgnored},
-    Word{"replaced", QuenSourceControlStatusReplaced},
-    Word{"obstructed", QuenSourceControlStatusObstructed},
+    Word{"modified", QuenSourceControlStatusModified, 'M'},
+    Word{"unversioned", QuenSourceControlStatusUnversioned, '?'},
+    Word{"missing", QuenSourceControlStatusMissing, '!'},
+    Word{"incomplete", QuenSourceControlStatusMissing, '!'},
+    Word{"added", QuenSourceControlStatusAdded, 'A'},
+    Word{"deleted", QuenSourceControlStatusDeleted, 'D'},
+    Word{"conflicted", QuenSourceControlStatusConflicted, 'C'},
+    Word{"ignored", QuenSourceControlStatusIgnored, 'I'},
+    Word{"replaced", QuenSourceControlStatusReplaced, 'R'},
+    Word{"obstructed", QuenSourceControlStatusObstructed, '~'},
+    Word{"external", QuenSourceControlStatusNone, 'X'},
 };
 
 std::uint32_t flagOf(std::string_view word) noexcept {
@@ -164,6 +166,17 @@ StatusItem statusItem(const StatusEntry& entry, const std::string& reason,
     }
     noteLocks(entry, hasAskedRepository, item.notes);
     return item;
+}
+
+std::string statusLetters(const StatusEntry& entry) {
+    const auto* const found =
+        std::find_if(itemFlags.begin(), itemFlags.end(),
+                     [&](const Word& each) { return each.client == entry.item.view(); });
+    const char item = entry.isTreeConflict ? 'C' : found == itemFlags.end() ? ' ' : found->letter;
+    const char properties = entry.properties.view() == "modified"     ? 'M'
+                            : entry.properties.view() == "conflicted" ? 'C'
+                                                                      : ' ';
+    return {item, properties};
 }
 
 std::string joinedWords(const std::vector<StatusWord>& words) {

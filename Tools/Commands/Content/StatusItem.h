@@ -34,6 +34,9 @@ StatusItem statusItem(const StatusEntry& entry, const std::string& reason, bool 
 /// The words of one cell: `modified, properties modified`.
 std::string joinedWords(const std::vector<StatusWord>& words);
 
+/// The client's own letters for the item and for its properties: `M `, ` M`, `A `, `? `, `!C`.
+std::string statusLetters(const StatusEntry& entry);
+
 /// What the contract's keys hold for the entry: the flags of its status here and in the repository.
 std::uint32_t workingCopyFlags(const StatusEntry& entry) noexcept;
 std::uint32_t repositoryFlags(const StatusEntry& entry) noexcept;

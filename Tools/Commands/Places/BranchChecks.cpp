@@ -5,6 +5,7 @@
 #include "Host/Places/Locations.h"
 #include "Host/Plans/BranchPlans.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/CommandLine/Suggestion.h"
 #include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Terminal/InterruptWatch.h"
@@ -81,6 +82,11 @@ std::string lastChangeOf(const RepositoryPlace& place) {
 }
 
 int askToDelete(const Session& session, const std::string& name, const RepositoryPlace& place) {
+    if (session.options().dryRun) {
+        session.tell("Branch \"" + name + "\", last changed in " + lastChangeOf(place) +
+                     ", would be deleted.");
+        return ExitSuccess;
+    }
     if (!canAsk()) {
         return session
             .fail("Deleting branch \"" + name + "\" (last changed in " + lastChangeOf(place) +
@@ -98,9 +104,10 @@ int askToDelete(const Session& session, const std::string& name, const Repositor
 
 } // namespace
 
-int checkNewBranch(Session& session, const SourceTree& source, const std::string& name) {
+int checkNewBranch(Session& session, const SourceTree& source, const std::string& name,
+                   const std::string& noun) {
     if (const std::string problem = problemOfNewBranchName(name); !problem.empty()) {
-        return session.fail("A branch \"" + name + "\" " + problem).status;
+        return session.fail("A " + noun + " \"" + name + "\" " + problem).status;
     }
     const auto place = look(session, urlOf(source, name));
     if (!place) {
@@ -108,7 +115,7 @@ int checkNewBranch(Session& session, const SourceTree& source, const std::string
     }
     if (place->exists) {
         return session
-            .fail("Branch \"" + name + "\" already exists (last changed in " +
+            .fail(capitalised(noun) + " \"" + name + "\" already exists (last changed in " +
                   lastChangeOf(*place) + "). Choose another name.")
             .status;
     }

@@ -6,10 +6,11 @@
 
 namespace quen::tools {
 
-/// Whether a branch of that name can be made; told where it cannot: the name leads elsewhere, there
-/// is one already, or the directory that it would lie in is not there. ExitSuccess, or the exit
-/// status of the command.
-int checkNewBranch(Session& session, const SourceTree& source, const std::string& name);
+/// Whether a branch, or what the noun says, of that name can be made; told where it cannot: the
+/// name leads elsewhere, there is one already, or the directory that it would lie in is not there.
+/// ExitSuccess, or the exit status of the command.
+int checkNewBranch(Session& session, const SourceTree& source, const std::string& name,
+                   const std::string& noun = "branch");
 
 /// How sure a person is before a branch is deleted.
 struct BranchDeletion {

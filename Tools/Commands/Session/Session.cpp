@@ -5,6 +5,7 @@
 #include "Host/Credentials/Credentials.h"
 #include "Host/RequestRefusal.h"
 #include "Host/StreamingRunner.h"
+#include "Tools/Commands/Session/DryRunner.h"
 #include "Tools/Commands/Session/ErrorAdvice.h"
 #include "Tools/Commands/Session/ErrorReport.h"
 #include "Tools/Commands/Session/ShortNames.h"
@@ -22,6 +23,12 @@ namespace quen::tools {
 
 namespace {
 
+ToolRunnerPtr runnerFor(const CommonOptions& options) {
+    ToolRunnerPtr client =
+        std::make_shared<ClientRunner>(ClientRunner::Options{.endsWithHost = true});
+    return options.dryRun ? std::make_shared<DryRunner>(std::move(client)) : std::move(client);
+}
+
 /// By default a person is asked who sees the question and whose keys reach nothing else.
 bool mayAsk(const CommonOptions& options) {
     return !options.asksNever && (options.asks || canAsk());
@@ -36,7 +43,13 @@ void addColourOption(Subcommand& command, std::string& colour) {
 }
 
 void CommonOptions::addTo(Subcommand& command) {
-    command.flag("--json", json, "Print JSON for scripts").general();
+    const Parameter records = command.flag("--json", json, "Print JSON for scripts").general();
+    if (changesSomething(command.name())) {
+        command
+            .flag("--dry-run", dryRun,
+                  "Change nothing; show what would be done, and the svn commands for it")
+            .excludes(records);
+    }
     addColourOption(command, colour);
     command.option("--username", user, "User name for the repository").general();
     Parameter ask =
@@ -58,10 +71,9 @@ void CommonOptions::addTo(Subcommand& command) {
 Session::Session(const CommonOptions& options, QuenSourceControlProtocolPtr provider,
                  std::string command)
     : options_(options), provider_(std::move(provider)), command_(std::move(command)),
-      scope_(RunContext::current()
-                 .withToolRunner(
-                     std::make_shared<ClientRunner>(ClientRunner::Options{.endsWithHost = true}))
-                 .withCredentials(credentials())) {}
+      scope_(
+          RunContext::current().withToolRunner(runnerFor(options)).withCredentials(credentials())) {
+}
 
 CredentialsPtr Session::credentials() {
     const SignInOptions signIn{mayAsk(options_), options_.readsPassword, options_.keepsPassword};
@@ -91,6 +103,15 @@ Outcome<QuenSourceControlOperationPtr> Session::perform(const QuenSourceControlR
         run(*operation, follow);
     }
     return operation;
+}
+
+QuenSourceControlOperationPtr Session::performCommand(const std::vector<std::string>& words,
+                                                      const std::vector<std::string>& paths,
+                                                      RequestType type) {
+    const RunContext::Scope scope(contextFor(Follow::progress));
+    auto command = ClientCommand::make(words, paths, type);
+    run(command, Follow::progress);
+    return command;
 }
 
 namespace {

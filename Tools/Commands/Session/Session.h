@@ -26,6 +26,8 @@ namespace quen::tools {
 /// Options that every sub-command for people has.
 struct CommonOptions {
     bool json = false;
+    /// Nothing is changed; what would be run is printed.
+    bool dryRun = false;
     bool asks = false;
     bool asksNever = false;
     bool readsPassword = false;
@@ -71,6 +73,13 @@ public:
     /// when it ends with an error or is interrupted.
     Outcome<QuenSourceControlOperationPtr> query(const QuenSourceControlRequestPtr& request,
                                                  Follow follow = Follow::nothing);
+
+    /// Runs the client for a change that no request of the provider can ask for: `svn WORDS..
+    /// PATHS..`, paths absolute or URLs. Followed; how it ended is in its error. `type` is the
+    /// request type that it is most like.
+    QuenSourceControlOperationPtr performCommand(const std::vector<std::string>& words,
+                                                 const std::vector<std::string>& paths,
+                                                 RequestType type);
 
     using Taker = std::function<bool(std::string_view piece)>;
 
