@@ -143,7 +143,7 @@ std::string sleepingClient(const Sandbox& sandbox) {
 TEST_F(ServeProcess, EndsEveryClientThatItStarted) {
     server.initialize({{"options", {{"toolsDirectory", sleepingClient(sandbox)}}}});
     for (int i = 0; i < 5; ++i) {
-        server.start("workingCopy/open", {{"path", sandbox.workingCopy().string()}});
+        server.start("history/log", {{"path", sandbox.workingCopy().string()}, {"limit", 9}});
     }
     ASSERT_TRUE(becomesTrue([&] { return server.children().size() == 5; }));
     const std::vector<pid_t> children = server.children();

@@ -8,6 +8,7 @@ namespace quen::test {
 
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
 using Words = Sandbox::Words;
 
@@ -82,8 +83,12 @@ protected:
 
 TEST_P(OutputTest, AFullDiskIsAFailureThatIsTold) {
     const Ran ran = runIntoShell(">/dev/full");
-    EXPECT_THAT(ran.err, HasSubstr("quen: Standard output cannot be written to: No space left on "
-                                   "device.\n"));
+    // As a line for people, or as the message of a JSON object.
+    EXPECT_THAT(ran.err,
+                AnyOf(HasSubstr("quen: Standard output cannot be written to: No space left "
+                                "on device.\n"),
+                      HasSubstr("\"message\":\"Standard output cannot be written to: No "
+                                "space left on device.\"")));
     EXPECT_THAT(ran.err, HasSubstr("status 1\n"));
 }
 
