@@ -7,6 +7,7 @@
 // given up. The loop never waits for a client: operations run on a queue, and what they tell comes
 // to the loop as events.
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -165,7 +166,10 @@ private:
                   .request(),
               patience_.get_token(), [this, &copy](const QuenSourceControlOperationPtr& operation) {
                   std::cout << "changes in " << copy.directory() << '\n';
-                  for (const StatusItem& item : statusItems(operation->result())) {
+                  auto items = statusItems(operation->result());
+                  // A server is asked in no particular order.
+                  std::ranges::sort(items, {}, &StatusItem::path);
+                  for (const StatusItem& item : items) {
                       if (item.isChanged() || item.isUnversioned() || !item.repository.isNone()) {
                           std::cout << "  " << describe(item) << item.path << '\n';
                       }
