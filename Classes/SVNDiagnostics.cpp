@@ -39,7 +39,7 @@ void logAtLevel(std::uint32_t level, std::string_view format,
 
 Error sourceControlError(std::int64_t code, const String& description, const Dictionary& facts) {
     Dictionary userInfo{{NSLocalizedDescriptionKey, description}};
-    for (const Dictionary::Entry& fact : facts) {
+    for (const auto& fact : facts) {
         userInfo.set(fact.key, fact.value);
     }
     return {QuenSourceControlErrorDomain, code, std::move(userInfo)};

@@ -48,7 +48,7 @@ public:
     std::vector<ChangedPath> changedPaths() const {
         std::vector<ChangedPath> paths;
         const Dictionary* const files = record_[QuenSourceControlOperationFilesKey].dictionary();
-        for (const Dictionary::Entry& file : files == nullptr ? Dictionary() : *files) {
+        for (const auto& file : files == nullptr ? Dictionary() : *files) {
             const std::int64_t* const status = file.value.integer();
             paths.push_back(
                 {file.key.str(),

@@ -7,18 +7,13 @@
 #include "Host/Plans/PlanQueries.h"
 #include "Host/Plans/Plans.h"
 
-#include <filesystem>
 #include <map>
-#include <set>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace quen {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 bool isNew(const StatusEntry& entry) noexcept {
     return entry.item.view() == "unversioned" || entry.item.view() == "ignored";

@@ -248,7 +248,7 @@ void addResults(ResultTypes& found, const Request& prepared, std::string_view re
     operation->parseData();
     ASSERT_NE(operation->result().array(), nullptr) << prepared.type;
     for (const Value& record : *operation->result().array()) {
-        for (const Dictionary::Entry& entry : *record.dictionary()) {
+        for (const auto& entry : *record.dictionary()) {
             found[entry.key] = typeOf(entry.value);
         }
     }

@@ -119,7 +119,7 @@ def browse(sandbox, page, scheme, *options):
 
 
 def main(program, pictures):
-    pictures = pathlib.Path(pictures)
+    pictures = pathlib.Path(pictures).resolve()
     pictures.mkdir(parents=True, exist_ok=True)
     failures, count = [], 0
     with Sandbox(program) as sandbox:

@@ -120,6 +120,7 @@ int showDifferences(Session& session, const SourceTree& source, const Options& o
     }
     if (options.common.json && !options.isStat) {
         std::vector<QuenSourceControlRequestPtr> requests;
+        requests.reserve(changes.size());
         for (const std::string& change : changes) {
             requests.push_back(requestFor(options, source, change));
         }

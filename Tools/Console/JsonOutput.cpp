@@ -20,7 +20,7 @@ OrderedJson toJson(const Array& array) {
 OrderedJson toJson(const Dictionary& dictionary) {
     OrderedJson::object_t members;
     members.reserve(dictionary.count());
-    for (const Dictionary::Entry& entry : dictionary) {
+    for (const auto& entry : dictionary) {
         // Behind the last member, without the search for an equal name that each insertion costs:
         // a dictionary holds a name once.
         members.emplace_back(replacingInvalidUTF8(entry.key.view()), tools::toJson(entry.value));

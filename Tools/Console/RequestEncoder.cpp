@@ -61,7 +61,7 @@ OrderedJson encodeTree(const QuenSourceControlSourceTree& tree) {
 
 OrderedJson encodeOptions(const Dictionary& options) {
     OrderedJson object = OrderedJson::object();
-    for (const Dictionary::Entry& option : options) {
+    for (const auto& option : options) {
         object[option.key.str()] = toJson(option.value);
     }
     return object;

@@ -51,7 +51,7 @@ std::string shortValue(const String& key, const Value& value) {
 
 std::string shortRecord(const Dictionary& record) {
     std::string text;
-    for (const Dictionary::Entry& entry : record) {
+    for (const auto& entry : record) {
         text += (text.empty() ? "" : "  ") + shortKey(entry.key.view()) + " " +
                 shortValue(entry.key, entry.value);
     }

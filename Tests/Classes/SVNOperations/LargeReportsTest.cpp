@@ -48,7 +48,7 @@ std::string textIn(const Dictionary& record, const String& key) {
 std::string filesIn(const Dictionary& record) {
     std::string text;
     const Dictionary* const files = record[QuenSourceControlOperationFilesKey].dictionary();
-    for (const Dictionary::Entry& file : files == nullptr ? Dictionary() : *files) {
+    for (const auto& file : files == nullptr ? Dictionary() : *files) {
         text += field(file.key.str(), file.value.stringValue().str());
     }
     return text;

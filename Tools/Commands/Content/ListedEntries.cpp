@@ -74,7 +74,7 @@ Dictionary contractRecord(const ListEntry& entry) {
     Dictionary record = Dictionary::empty();
     record.set(QuenSourceControlOperationIsLeafKey, entry.kind != "dir");
     record.set(QuenSourceControlOperationNameKey, entry.name);
-    for (const Dictionary::Entry& member : entryRecord(entry)) {
+    for (const auto& member : entryRecord(entry)) {
         record.set(member.key, member.value);
     }
     return record;

@@ -133,7 +133,7 @@ Dictionary contractRecord(const HistoryEntry& entry, bool hasPaths) {
     if (!entry.message.isNil()) {
         record.set(QuenSourceControlOperationMessageKey, entry.message);
     }
-    for (const Dictionary::Entry& member : shortRecord(entry, hasPaths)) {
+    for (const auto& member : shortRecord(entry, hasPaths)) {
         record.set(member.key, member.value);
     }
     return record;
