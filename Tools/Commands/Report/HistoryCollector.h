@@ -45,7 +45,6 @@ private:
     std::vector<std::int64_t> candidates_;
     std::size_t changes_ = 0;
     std::size_t cutRevisions_ = 0;
-    std::size_t merges_ = 0;
     bool isFull_ = false;
 };
 
