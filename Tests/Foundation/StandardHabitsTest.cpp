@@ -120,8 +120,9 @@ TEST(StandardHabits, AlgorithmsTakeThem) {
     std::vector<Value> sorted(list.begin(), list.end());
     std::ranges::sort(sorted, {}, number);
     EXPECT_EQ(sorted.front(), Value(1));
-    const auto doubled =
-        list | std::views::transform([&](const Value& v) { return 2 * number(v); });
+    std::vector<std::int64_t> doubled;
+    std::ranges::transform(list, std::back_inserter(doubled),
+                           [&](const Value& v) { return 2 * number(v); });
     EXPECT_EQ(std::accumulate(doubled.begin(), doubled.end(), std::int64_t{0}), 12);
 
     const Dictionary table{{"b", 1}, {"a", 2}};
