@@ -9,7 +9,7 @@ namespace {
 
 /// The files of a log entry, each once, with its status.
 void requireFiles(const Dictionary& files) {
-    for (const Dictionary::Entry& file : files) {
+    for (const Dictionary::EntryReference file : files) {
         require(file.value.integer() != nullptr, "a file has no status");
         require(files.find(file.key) == &file.value, "a file is listed twice");
     }

@@ -13,7 +13,7 @@ cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." || exit
 
 reports=Tests/Data/Reports
 out=build/fuzz
-engine_options=(-max_len=2048 -timeout=10 -rss_limit_mb=2048 -print_final_stats=1)
+engine_options=(-timeout=10 -rss_limit_mb=2048 -print_final_stats=1)
 
 usage() {
     sed -n '5s/^# *//p' "Scripts/${0##*/}" >&2
@@ -171,10 +171,18 @@ statistic() {
     sed -n "s/^stat::$2: *//p" "$1" | tail -n 1
 }
 
+# Prints how long inputs of the target $1 may be, in bytes: no seed is cut, for a report that is cut
+# is malformed and reaches nothing.
+longest_input() {
+    local bytes
+    bytes=$(find "$out/seeds/$1" -type f -printf '%s\n' | sort -n | tail -n 1)
+    echo $((bytes > 2048 ? bytes : 2048))
+}
+
 # Runs a target, says how it went in one line, and adds to `executions`.
 run_one() {
     local target=$1 log=$out/log/$1.log started=$SECONDS result=passed seconds count finding
-    "$out/bin/${target}Fuzzer" "${engine_options[@]}" "$limit" \
+    "$out/bin/${target}Fuzzer" "${engine_options[@]}" "-max_len=$(longest_input "$target")" "$limit" \
         "-dict=Fuzz/$(dictionary_of "$target").dict" "-artifact_prefix=$out/findings/$target-" \
         "$out/corpus/$target" "$out/seeds/$target" >"$log" 2>&1 || result=FAILED
     seconds=$((SECONDS - started))
