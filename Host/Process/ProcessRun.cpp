@@ -133,16 +133,18 @@ void ProcessRun::wait() noexcept {
 void ProcessRun::takeOutput() noexcept {
     const std::size_t count = keep([this] { return output_.readAll(); });
     outputTaken_ += count;
-    if (count < outputCapacity_ / 2 && outputTaken_ > handedOnAtOnce) {
-        outputPauseEnd_ = after(clock_.now(), gatheringTime);
-    } else if (outputCapacity_ < widestPipe && output_.isOpen()) {
+    if (count >= outputCapacity_ / 2) {
         widenOutput(widestPipe);
+    } else if (outputTaken_ > handedOnAtOnce) {
+        outputPauseEnd_ = after(clock_.now(), gatheringTime);
     }
 }
 
 void ProcessRun::widenOutput(std::size_t size) noexcept {
-    output_.widen(size);
-    outputCapacity_ = output_.capacity();
+    if (outputCapacity_ < size && output_.isOpen()) {
+        output_.widen(size);
+        outputCapacity_ = output_.capacity();
+    }
 }
 
 /// Reads, and bears what reading throws. How many bytes came.

@@ -28,6 +28,8 @@
 //     drip                   each byte value once on either stream, one write for each
 //     both:MIB               as many MiB of the pattern on both streams, piece by piece in turn
 //     flood:MIB              as many MiB of the pattern on standard output
+//     room:MIB               a line, 20 ms later as many MiB of the pattern, and on standard error
+//                            how many bytes the pipe of standard output then holds
 //     garbage                bytes that are not text
 //     half-character         text that ends within a character
 //     zero-bytes             text with zero bytes in it
@@ -240,6 +242,15 @@ int flood(int number, Arguments) {
     return 0;
 }
 
+int sayRoom(int number, Arguments) {
+    say("ready\n");
+    pauseFor(20);
+    writePattern(number, {STDOUT_FILENO});
+    pauseFor(20);
+    complain(std::to_string(::fcntl(STDOUT_FILENO, F_GETPIPE_SZ)));
+    return 0;
+}
+
 int sayGarbage(int, Arguments) {
     say("\xff\xfe\x80 <\xc0\xaf");
     return 0;
@@ -448,6 +459,7 @@ constexpr Mode modes[] = {
     {"drip", drip},
     {"both", writeBoth},
     {"flood", flood},
+    {"room", sayRoom},
     {"garbage", sayGarbage},
     {"half-character", sayHalfCharacter},
     {"zero-bytes", sayZeroBytes},

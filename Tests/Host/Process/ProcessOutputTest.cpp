@@ -40,6 +40,11 @@ TEST_F(ProcessOutputTest, HasNoLimit) {
     EXPECT_EQ(errorsOf(outcome), "");
 }
 
+TEST_F(ProcessOutputTest, HasTheMostRoomOnlyWhereTheChildIsFast) {
+    EXPECT_EQ(errorsOf(run(faultChild("room:0"))), "262144");
+    EXPECT_EQ(errorsOf(run(faultChild("room:8"))), "1048576");
+}
+
 TEST_F(ProcessOutputTest, IsWatchedByteForByteAsItArrives) {
     std::string output;
     std::string errors;
