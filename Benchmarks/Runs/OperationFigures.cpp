@@ -106,6 +106,12 @@ Figures measure(const Subject& subject, std::size_t turns) {
     if (subject.isLong()) {
         ways.push_back({.name = ", output only kept",
                         .run = [&] { return costOf([&] { runAndKeep(arguments); }); }});
+        ways.push_back({.name = ", read the usual way by a program that drops it", .run = [&] {
+                            return costOf([&] {
+                                runIntoPipe(toolPath(), arguments, "/dev/null",
+                                            [](std::string_view) {});
+                            });
+                        }});
         ways.push_back({.name = ", output through bare expat",
                         .run = [&] { return costOf([&] { runAndCheck(arguments); }); }});
         ways.push_back({.name = ", bare client beside a busy processor",

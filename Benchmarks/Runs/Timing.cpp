@@ -90,8 +90,9 @@ void runBare(const std::string& program, const std::vector<std::string>& argumen
     waitFor(plumbing.start(program, arguments), program);
 }
 
-std::string outputOf(const std::string& program, const std::vector<std::string>& arguments,
-                     const std::string& inputFile) {
+void runIntoPipe(const std::string& program, const std::vector<std::string>& arguments,
+                 const std::string& inputFile,
+                 const std::function<void(std::string_view)>& reader) {
     std::array<int, 2> pipe{};
     if (::pipe(pipe.data()) != 0) {
         throw std::runtime_error("There is no pipe to be had.");
@@ -103,14 +104,19 @@ std::string outputOf(const std::string& program, const std::vector<std::string>&
     plumbing.close(pipe[1]);
     const pid_t child = plumbing.start(program, arguments);
     ::close(pipe[1]);
-    std::string output;
     std::array<char, 65536> piece{};
     ssize_t count = 0;
     while ((count = ::read(pipe[0], piece.data(), piece.size())) > 0) {
-        output.append(piece.data(), static_cast<std::size_t>(count));
+        reader({piece.data(), static_cast<std::size_t>(count)});
     }
     ::close(pipe[0]);
     waitFor(child, program);
+}
+
+std::string outputOf(const std::string& program, const std::vector<std::string>& arguments,
+                     const std::string& inputFile) {
+    std::string output;
+    runIntoPipe(program, arguments, inputFile, [&](std::string_view piece) { output += piece; });
     return output;
 }
 
