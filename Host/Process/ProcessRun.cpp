@@ -15,11 +15,13 @@ namespace {
 
 constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot tell of the end
 
-/// A child that writes line by line would wake this thread for each, and pay for it. After a piece
-/// that leaves the pipe room enough it is left alone for a moment, to gather more; the child's end
-/// and the end of the stream are seen at once all the same. What comes first is handed on as it
-/// comes: somebody may wait for it.
+/// A child that writes line by line would wake this thread for each, and pay for it. After a small
+/// piece it is left alone for a moment, to gather more; the child's end and the end of the stream
+/// are seen at once all the same. One that writes in large pieces, as it does with the content of a
+/// file, would only have to wait for room in the pipe. What comes first is handed on as it comes:
+/// somebody may wait for it.
 constexpr std::chrono::milliseconds gatheringTime{2};
+constexpr std::size_t smallPiece = 8 * 1024;
 constexpr std::size_t handedOnAtOnce = 8 * 1024;
 
 /// What a child writes in that time must fit into the pipe, or the child waits. Only one that is
@@ -135,7 +137,7 @@ void ProcessRun::takeOutput() noexcept {
     outputTaken_ += count;
     if (count >= outputCapacity_ / 2) {
         widenOutput(widestPipe);
-    } else if (outputTaken_ > handedOnAtOnce) {
+    } else if (count < smallPiece && outputTaken_ > handedOnAtOnce) {
         outputPauseEnd_ = after(clock_.now(), gatheringTime);
     }
 }
