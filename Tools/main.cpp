@@ -28,7 +28,7 @@ int run(const std::vector<std::string>& words) {
             watch.emplace();
         }
         CommandLine line;
-        addAllCommands(line);
+        addCommandsFor(line, words);
         int status = line.run(words);
         if (!std::cout.flush() && status == ExitSuccess) {
             status = ExitFailure;

@@ -3,6 +3,7 @@
 #include "QuenFoundation/QuenSourceControlFunctions.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/FetchFile.h"
+#include "Tools/Commands/Content/StreamFile.h"
 #include "Tools/Commands/Places/RevisionArguments.h"
 
 #include <iostream>
@@ -43,25 +44,43 @@ int printContent(const Session& session, const std::string& content, const Optio
     return ExitSuccess;
 }
 
+int tellDirectory(const Session& session, const Options& options) {
+    return session
+        .fail("\"" + printable(options.path) +
+              "\" is not a file. `quen list` shows what a directory holds.")
+        .status;
+}
+
+int printFetched(Session& session, const SourceTree& source, const Options& options) {
+    const auto file = fetchFile(session, source, fileFor(options));
+    if (!file) {
+        return file.status();
+    }
+    const auto content = contentOf(*file);
+    return content ? printContent(session, *content, options) : tellDirectory(session, options);
+}
+
+/// Where nothing came, the provider is asked as well, which fails in words of its own.
+int printStreamed(Session& session, const SourceTree& source, const Options& options) {
+    const StreamedFile file = streamFile(source, fileFor(options));
+    if (file.failed == nullptr) {
+        return ExitSuccess;
+    }
+    if (file.isDirectory) {
+        return tellDirectory(session, options);
+    }
+    return file.hasBegun || session.wasStopped(*file.failed)
+               ? session.finish(*file.failed)
+               : printFetched(session, source, options);
+}
+
 int runCatCommand(Session& session, const Options& options) {
     const auto source = findSource(session, options.path);
     if (!source) {
         return source.status();
     }
-    const auto file = fetchFile(session, *source, fileFor(options));
-    if (!file) {
-        return file.status();
-    }
-    if (!options.common.json && printContentOf(*file)) {
-        return ExitSuccess;
-    }
-    const auto content = contentOf(*file);
-    if (!content) {
-        session.tell("\"" + printable(options.path) +
-                     "\" is not a file. `quen list` shows what a directory holds.");
-        return ExitFailure;
-    }
-    return printContent(session, *content, options);
+    return options.common.json ? printFetched(session, *source, options)
+                               : printStreamed(session, *source, options);
 }
 
 } // namespace

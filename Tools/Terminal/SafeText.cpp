@@ -43,10 +43,27 @@ std::size_t lengthOfUnsafe(std::string_view text) {
     return first < 0x80 ? 0 : lengthOfOneOf(deceptive, text);
 }
 
+/// How many bytes at the beginning are ASCII that every terminal shows: nearly all of them.
+std::size_t lengthOfPlain(std::string_view text) {
+    const auto end = std::find_if(text.begin(), text.end(), [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 || static_cast<unsigned char>(c) >= 0x7F;
+    });
+    return static_cast<std::size_t>(end - text.begin());
+}
+
 std::string made(std::string_view text, std::string_view allowed, bool allowsColours) {
+    if (lengthOfPlain(text) == text.size()) {
+        return std::string(text);
+    }
     const std::string valid = replacingInvalidUTF8(text);
     std::string shown;
     for (std::string_view rest = valid; !rest.empty();) {
+        const std::size_t plain = lengthOfPlain(rest);
+        shown += rest.substr(0, plain);
+        rest.remove_prefix(plain);
+        if (rest.empty()) {
+            break;
+        }
         const std::size_t colour = allowsColours ? lengthOfOneOf(colours, rest) : 0;
         const bool isAllowed = allowed.find(rest[0]) != std::string_view::npos;
         const std::size_t unsafe = colour > 0 || isAllowed ? 0 : lengthOfUnsafe(rest);

@@ -1,5 +1,6 @@
 #include "Tools/Terminal/StandardStreams.h"
 
+#include "Host/Process/FileDescriptor.h"
 #include "Tools/Terminal/InterruptWatch.h"
 #include "Tools/Terminal/SafeText.h"
 
@@ -7,10 +8,13 @@
 #include <array>
 #include <cerrno>
 #include <iostream>
+#include <optional>
 #include <poll.h>
 #include <streambuf>
 #include <string>
+#include <sys/epoll.h>
 #include <unistd.h>
+#include <utility>
 
 namespace quen::tools {
 
@@ -19,6 +23,19 @@ namespace {
 /// No more than a pipe takes at once when it says that it is ready.
 constexpr std::size_t pieceSize = 4096;
 constexpr std::size_t heldBack = 64 * 1024;
+/// Written without being gathered first.
+constexpr std::size_t passedOn = 16 * 1024;
+
+/// Of a file or the null device, which take whatever they are given.
+constexpr std::size_t widestPiece = 1024 * 1024;
+
+/// Whether the system knows no waiting for it, as for files on a disk.
+bool isNeverWaitedFor(int descriptor) noexcept {
+    const FileDescriptor set(epoll_create1(EPOLL_CLOEXEC));
+    epoll_event event{};
+    return set.isOpen() && epoll_ctl(set.number(), EPOLL_CTL_ADD, descriptor, &event) != 0 &&
+           errno == EPERM;
+}
 
 std::error_code lastError() {
     return {errno, std::generic_category()};
@@ -40,7 +57,7 @@ protected:
     }
 
     std::streamsize xsputn(const char* text, std::streamsize size) override {
-        if (!isGuarded_ && static_cast<std::size_t>(size) > heldBack) {
+        if (!isGuarded_ && static_cast<std::size_t>(size) >= passedOn) {
             writePending(pending_.size());
             write({text, static_cast<std::size_t>(size)});
             return error_ ? 0 : size;
@@ -65,9 +82,14 @@ private:
     }
 
     void writePending(std::size_t size) {
-        const std::string text = pending_.substr(0, size);
-        pending_.erase(0, size);
-        write(isGuarded_ ? safeForTerminal(text) : text);
+        std::string rest = pending_.substr(size);
+        pending_.resize(size);
+        const std::string text = std::exchange(pending_, std::move(rest));
+        if (isGuarded_) {
+            write(safeForTerminal(text));
+        } else {
+            write(text);
+        }
     }
 
     void write(std::string_view text) {
@@ -76,8 +98,7 @@ private:
                 error_ = std::make_error_code(std::errc::interrupted);
                 return;
             }
-            const auto written =
-                ::write(descriptor_, text.data(), std::min(text.size(), pieceSize));
+            const auto written = ::write(descriptor_, text.data(), std::min(text.size(), atOnce()));
             if (written >= 0) {
                 text.remove_prefix(static_cast<std::size_t>(written));
             } else if (errno != EINTR && errno != EAGAIN) {
@@ -86,7 +107,15 @@ private:
         }
     }
 
+    std::size_t atOnce() {
+        if (!isNeverWaitedFor_) {
+            isNeverWaitedFor_ = isNeverWaitedFor(descriptor_);
+        }
+        return *isNeverWaitedFor_ ? widestPiece : pieceSize;
+    }
+
     int descriptor_;
+    std::optional<bool> isNeverWaitedFor_;
     bool isGuarded_;
     bool isByLine_;
     std::string pending_;

@@ -63,5 +63,8 @@ private:
 
 /// Adds every sub-command, in the order of the help. Made from the list in CMakeLists.txt.
 void addAllCommands(CommandLine& line);
+/// Adds only the sub-command that the words name, which takes a fraction of the time; every one
+/// where they name none, or one that speaks of the others.
+void addCommandsFor(CommandLine& line, const CommandLine::Words& words);
 
 } // namespace quen::tools

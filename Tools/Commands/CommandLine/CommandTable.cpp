@@ -65,6 +65,13 @@ CommandPlace placeOf(std::string_view name) {
     return row == rows().end() ? CommandPlace{other, {}} : CommandPlace{row->group, row->aliases};
 }
 
+std::string_view commandNamed(std::string_view word) {
+    const auto row = std::find_if(rows().begin(), rows().end(), [&](const Row& each) {
+        return std::find(each.aliases.begin(), each.aliases.end(), word) != each.aliases.end();
+    });
+    return row == rows().end() ? word : row->name;
+}
+
 const std::vector<std::string>& commandGroups() {
     static const std::vector<std::string> groups{looking, changing, sharing, branching, other};
     return groups;

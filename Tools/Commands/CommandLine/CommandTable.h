@@ -17,6 +17,9 @@ struct CommandPlace {
 /// heading.
 CommandPlace placeOf(std::string_view name);
 
+/// The command that goes by that name as well; the word itself where none does.
+std::string_view commandNamed(std::string_view word);
+
 /// The headings, in their order.
 const std::vector<std::string>& commandGroups();
 

@@ -6,7 +6,6 @@
 #include "Tools/Commands/Places/RevisionArguments.h"
 
 #include <fstream>
-#include <iostream>
 #include <system_error>
 
 namespace quen::tools {
@@ -24,13 +23,6 @@ std::filesystem::path pathIn(const Value& result) {
     return path == nullptr ? std::string() : (*path)->pathString().str();
 }
 
-constexpr std::size_t pieceSize = 256 * 1024;
-
-bool isPlainFile(const std::filesystem::path& path) {
-    std::error_code ignored;
-    return std::filesystem::is_regular_file(std::filesystem::symlink_status(path, ignored));
-}
-
 } // namespace
 
 Outcome<FetchedFile> fetchFile(Session& session, const SourceTree& source,
@@ -44,19 +36,6 @@ Outcome<FetchedFile> fetchFile(Session& session, const SourceTree& source,
         return operation.explained();
     }
     return FetchedFile{*operation, pathIn((*operation)->result())};
-}
-
-bool printContentOf(const FetchedFile& file) {
-    std::ifstream stream(file.path, std::ios::binary);
-    if (!stream.is_open() || !isPlainFile(file.path)) {
-        return false;
-    }
-    std::string piece(pieceSize, '\0');
-    while (stream && std::cout) {
-        stream.read(piece.data(), static_cast<std::streamsize>(piece.size()));
-        std::cout.write(piece.data(), stream.gcount());
-    }
-    return true;
 }
 
 std::optional<std::string> contentOf(const FetchedFile& file) {

@@ -28,10 +28,6 @@ struct FetchedFile {
 /// Explained where the file cannot be fetched.
 Outcome<FetchedFile> fetchFile(Session& session, const SourceTree& source, const FileToFetch& file);
 
-/// Writes what a fetched file holds to standard output, piece by piece. False where it is a link or
-/// a directory, or cannot be read: then nothing was written.
-bool printContentOf(const FetchedFile& file);
-
 /// What a fetched file holds; of a symbolic link `link` and where it leads, as the client itself
 /// shows it, for the link is the repository's and not to be followed here. nullopt for a directory
 /// and for what cannot be read.
