@@ -8,14 +8,19 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
+#include <vector>
 
 namespace quen {
 
 namespace {
 
-InfoFacts infoOf(const String& location, const QueryRunner& run, Error& error) {
-    const auto query =
-        ClientCommand::makeQuery({"info", "--xml", closedClientPath(location.str())});
+InfoFacts infoOf(const std::vector<String>& locations, const QueryRunner& run, Error& error) {
+    StringArray arguments{"info", "--xml"};
+    for (const String& location : locations) {
+        arguments.push_back(closedClientPath(location.str()));
+    }
+    const auto query = ClientCommand::makeQuery(std::move(arguments));
     run(*query);
     error = query->error();
     InfoFactsReader reader;
@@ -53,7 +58,7 @@ std::string problemOfNewBranchName(std::string_view name) {
 
 RepositoryPlace lookAt(const String& url, const QueryRunner& run) {
     RepositoryPlace place;
-    const InfoFacts facts = infoOf(url, run, place.error);
+    const InfoFacts facts = infoOf({url}, run, place.error);
     place.exists = !facts.entries.empty();
     if (place.exists) {
         place.commit = facts.entries.front().commit;
@@ -63,9 +68,26 @@ RepositoryPlace lookAt(const String& url, const QueryRunner& run) {
     return place;
 }
 
+NewBranchPlaces lookForNewBranch(const String& url, const String& parentURL,
+                                 const QueryRunner& run) {
+    NewBranchPlaces places;
+    Error error;
+    const InfoFacts facts = infoOf({url, parentURL}, run, error);
+    const std::string parent = percentDecoded(parentURL.view());
+    for (const InfoEntry& entry : facts.entries) {
+        // In doubt the branch is taken to be there.
+        const bool isParent = percentDecoded(entry.url.view()) == parent;
+        (isParent ? places.parent : places.branch) = {true, entry.commit, {}};
+    }
+    if (!meansAbsence(error)) {
+        places.branch.error = places.parent.error = error;
+    }
+    return places;
+}
+
 bool isOnBranch(const String& path, const String& branchURL, const QueryRunner& run) {
     Error ignored;
-    const InfoFacts facts = infoOf(path, run, ignored);
+    const InfoFacts facts = infoOf({path}, run, ignored);
     if (facts.entries.empty()) {
         return false;
     }

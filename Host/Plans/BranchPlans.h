@@ -25,6 +25,14 @@ struct RepositoryPlace {
 /// `url` is not closed.
 RepositoryPlace lookAt(const String& url, const QueryRunner& run = runHere);
 
+/// Where a branch is to be made, and the directory above it. Likewise not closed. Asks once.
+struct NewBranchPlaces {
+    RepositoryPlace branch;
+    RepositoryPlace parent;
+};
+NewBranchPlaces lookForNewBranch(const String& url, const String& parentURL,
+                                 const QueryRunner& run = runHere);
+
 /// Whether a working copy's path lies on the branch with that URL, at its top or deeper. False for
 /// what lies in no working copy.
 bool isOnBranch(const String& path, const String& branchURL, const QueryRunner& run = runHere);

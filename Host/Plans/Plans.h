@@ -181,6 +181,10 @@ struct SwitchPlan {
 };
 QUEN_EXPORT SwitchPlan planSwitch(const String& path, const String& url,
                                   const QueryRunner& run = runHere);
+/// Likewise, for who asks only what becomes of the work here: where there is none, the repository
+/// is not asked, and `incoming` stays empty.
+QUEN_EXPORT SwitchPlan planSwitchOfWork(const String& path, const String& url,
+                                        const QueryRunner& run = runHere);
 
 struct CheckoutPlan {
     /// What lies at the place of something that the checkout would bring: a tree conflict each, the

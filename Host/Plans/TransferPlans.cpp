@@ -7,6 +7,7 @@
 #include "Host/Plans/PlanQueries.h"
 #include "Host/Plans/Plans.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <utility>
@@ -134,13 +135,14 @@ MergePlan planMerge(const String& source, const String& target, const String& ra
     return plan;
 }
 
-SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& run) {
-    SwitchPlan plan;
-    const String top = plainPath(path.str());
-    const StatusFacts facts = takeLocalChanges(plan, top, run);
+namespace {
+
+/// Adds what differs at the new place.
+void compareWithPlace(SwitchPlan& plan, const StatusFacts& facts, const String& top,
+                      const String& url, const QueryRunner& run) {
     const String from = restingPlace(top, plan.error, run);
     if (from.isNil()) {
-        return plan;
+        return;
     }
     const String to = needsPegClosed(url.view()) ? url : withPeg(url, "HEAD");
     const auto differences = askSummary(from, to, plan.error, run);
@@ -159,6 +161,26 @@ SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& 
         } else if (isNew(entry)) {
             plan.inTheWay.push_back(entry);
         }
+    }
+}
+
+} // namespace
+
+SwitchPlan planSwitch(const String& path, const String& url, const QueryRunner& run) {
+    SwitchPlan plan;
+    const String top = plainPath(path.str());
+    const StatusFacts facts = takeLocalChanges(plan, top, run);
+    compareWithPlace(plan, facts, top, url, run);
+    return plan;
+}
+
+SwitchPlan planSwitchOfWork(const String& path, const String& url, const QueryRunner& run) {
+    SwitchPlan plan;
+    const String top = plainPath(path.str());
+    const StatusFacts facts = takeLocalChanges(plan, top, run);
+    const bool isAnyNew = std::any_of(facts.entries.begin(), facts.entries.end(), isNew);
+    if (plan.error || !plan.localChanges.empty() || isAnyNew) {
+        compareWithPlace(plan, facts, top, url, run);
     }
     return plan;
 }

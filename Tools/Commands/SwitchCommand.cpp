@@ -37,13 +37,9 @@ Outcome<Confirmation> concerns(const Session& session, const Options& options,
     Confirmation confirmation("These are in no revision, and would be taken along to " +
                                   printable(options.branch) + ":",
                               "Switch all the same?");
-    const LocalState state = localStateOf(paths, runHostQuery);
-    if (!state.error && state.changes.empty() && state.unversioned.empty()) {
-        return confirmation;
-    }
-    const SwitchPlan plan = planSwitch(paths.front(), branch, runHostQuery);
-    if (const Error error = state.error ? state.error : plan.error) {
-        return Losses::explain(session, error);
+    const SwitchPlan plan = planSwitchOfWork(paths.front(), branch, runHostQuery);
+    if (plan.error) {
+        return Losses::explain(session, plan.error);
     }
     for (const StatusEntry& entry : plan.localChanges) {
         const bool isChangedThere = holds(plan.changedOnBothSides, entry.path);

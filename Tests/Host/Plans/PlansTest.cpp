@@ -1,4 +1,5 @@
 #include "Host/Facts/UnreadableNames.h"
+#include "Host/Plans/BranchPlans.h"
 #include "Host/Plans/PlanQueries.h"
 #include "Host/Plans/Plans.h"
 #include "QuenFoundation/QuenSourceControlRequestType.h"
@@ -324,6 +325,57 @@ TEST_F(PlansTest, ASwitchPlanNamesWhatBothPlacesConcern) {
     EXPECT_EQ(namesOf(plan.localChanges), (Names{"both", "mine"}));
     EXPECT_EQ(namesOf(plan.changedOnBothSides), Names{"both"});
     EXPECT_EQ(namesOf(plan.inTheWay), Names{"in the way"});
+    const SwitchPlan ofWork =
+        planSwitchOfWork(people_.ours().string(), people_.url("branches/b%20c"));
+    EXPECT_EQ(namesOf(ofWork.localChanges), namesOf(plan.localChanges));
+    EXPECT_EQ(namesOf(ofWork.changedOnBothSides), namesOf(plan.changedOnBothSides));
+    EXPECT_EQ(namesOf(ofWork.inTheWay), namesOf(plan.inTheWay));
+}
+
+/// Each query is a run of the client; a single one tells that there is nothing to look after.
+TEST_F(PlansTest, ASwitchPlanOfWorkAsksNoMoreThanItMust) {
+    begin({"a"});
+    const auto queriesFor = [&] {
+        int count = 0;
+        const SwitchPlan plan =
+            planSwitchOfWork(people_.ours().string(), people_.url("trunk"), [&](auto& query) {
+                ++count;
+                runHere(query);
+            });
+        EXPECT_FALSE(plan.error) << plan.error.description().str();
+        return count;
+    };
+    EXPECT_EQ(queriesFor(), 1);
+    write("new", "not under version control\n");
+    EXPECT_EQ(queriesFor(), 3);
+    fs::remove(people_.ours() / "new");
+    write("a", "changed\n");
+    EXPECT_EQ(queriesFor(), 3);
+    EXPECT_TRUE(planSwitchOfWork("/no/where", people_.url("trunk")).error);
+}
+
+TEST_F(PlansTest, ANewBranchIsLookedForInOneQuery) {
+    begin({"a"});
+    svn({"copy", "-q", "-m", "A branch", "^/trunk", "^/branches/b c@2@"});
+    int count = 0;
+    const auto look = [&](const std::string& name, const std::string& parent) {
+        return lookForNewBranch(people_.url(name), people_.url(parent), [&](auto& query) {
+            ++count;
+            runHere(query);
+        });
+    };
+    const NewBranchPlaces there = look("branches/b%20c@2", "branches");
+    EXPECT_TRUE(there.branch.exists && there.parent.exists);
+    EXPECT_EQ(there.branch.commit.revision, 3);
+    const NewBranchPlaces free = look("branches/free", "branches");
+    EXPECT_TRUE(!free.branch.exists && free.parent.exists);
+    EXPECT_FALSE(free.branch.error);
+    const NewBranchPlaces neither = look("branches/no/free", "branches/no");
+    EXPECT_TRUE(!neither.branch.exists && !neither.parent.exists);
+    EXPECT_FALSE(neither.branch.error);
+    EXPECT_EQ(count, 3);
+    const NewBranchPlaces unasked = lookForNewBranch("file:///no/where/b", "file:///no/where");
+    EXPECT_TRUE(unasked.branch.error);
 }
 
 TEST_F(PlansTest, ACheckoutPlanNamesWhatLiesInItsPlace) {

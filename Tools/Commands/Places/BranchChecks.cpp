@@ -27,17 +27,23 @@ String urlOf(const SourceTree& source, const std::string& name) {
     return branchesURL(source) + "/" + encodedName(name);
 }
 
+/// The exit status where the repository could not be asked, which is told then.
+int finishLooking(const Session& session, const Error& error) {
+    if (InterruptWatch::wasInterrupted()) {
+        return session.fail("Interrupted.", ExitInterrupted).status;
+    }
+    if (error) {
+        session.tell(error);
+        return ExitFailure;
+    }
+    return ExitSuccess;
+}
+
 /// Explained where the repository cannot be asked.
 Outcome<RepositoryPlace> look(const Session& session, const String& url) {
     RepositoryPlace place = lookAt(url, runHostQuery);
-    if (InterruptWatch::wasInterrupted()) {
-        return session.fail("Interrupted.", ExitInterrupted);
-    }
-    if (place.error) {
-        session.tell(place.error);
-        return Explained{ExitFailure};
-    }
-    return place;
+    const int status = finishLooking(session, place.error);
+    return status == ExitSuccess ? Outcome(std::move(place)) : Explained{status};
 }
 
 int tellOfMissingParent(const Session& session, const std::string& name, const std::string& url) {
@@ -109,25 +115,21 @@ int checkNewBranch(Session& session, const SourceTree& source, const std::string
     if (const std::string problem = problemOfNewBranchName(name); !problem.empty()) {
         return session.fail("A " + noun + " \"" + name + "\" " + problem).status;
     }
-    const auto place = look(session, urlOf(source, name));
-    if (!place) {
-        return place.status();
-    }
-    if (place->exists) {
-        return session
-            .fail(capitalised(noun) + " \"" + name + "\" already exists (last changed in " +
-                  lastChangeOf(*place) + "). Choose another name.")
-            .status;
-    }
     const std::size_t slash = name.rfind('/');
     const std::string parent = slash == std::string::npos
                                    ? branchesURL(source)
                                    : urlOf(source, name.substr(0, slash)).str();
-    const auto above = look(session, parent);
-    if (!above) {
-        return above.status();
+    const NewBranchPlaces places = lookForNewBranch(urlOf(source, name), parent, runHostQuery);
+    if (const int status = finishLooking(session, places.branch.error); status != ExitSuccess) {
+        return status;
     }
-    return above->exists ? ExitSuccess : tellOfMissingParent(session, name, parent);
+    if (places.branch.exists) {
+        return session
+            .fail(capitalised(noun) + " \"" + name + "\" already exists (last changed in " +
+                  lastChangeOf(places.branch) + "). Choose another name.")
+            .status;
+    }
+    return places.parent.exists ? ExitSuccess : tellOfMissingParent(session, name, parent);
 }
 
 int checkBranchDeletion(Session& session, const SourceTree& source, const std::string& name,
