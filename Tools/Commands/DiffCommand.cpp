@@ -23,6 +23,8 @@ struct Options {
     bool summarizes = false;
     bool isStat = false;
     bool isSideBySide = false;
+    /// Empty for what the client's settings say.
+    std::string program;
 };
 
 /// What is wrong with the command line; empty for nothing.
@@ -146,6 +148,9 @@ int runDiffCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
+    if (!options.program.empty()) {
+        session.compareWith({"--diff-cmd", options.program});
+    }
     if (options.summarizes) {
         return showSummary(session, *source, options.targets);
     }
@@ -169,10 +174,17 @@ void addDiffCommand(CommandLine& line) {
         .excludes(change);
     const Parameter stat =
         command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
+    const Parameter sides =
+        command
+            .flag("-y,--side-by-side", options->isSideBySide,
+                  "Show old and new lines beside each other, from 60 columns on")
+            .excludes(stat);
     command
-        .flag("-y,--side-by-side", options->isSideBySide,
-              "Show old and new lines beside each other, from 60 columns on")
-        .excludes(stat);
+        .option("--diff-cmd", options->program,
+                "Compare files with PROGRAM (default: diff-cmd in the settings of svn, if any)")
+        .named("PROGRAM")
+        .excludes(stat)
+        .excludes(sides);
     command.arguments("PATH", options->targets.paths,
                       "Paths or URLs (default: .); with --summarize, OLD and NEW");
     runInSession<Options>(command, options, runDiffCommand);

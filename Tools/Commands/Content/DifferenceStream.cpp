@@ -17,14 +17,19 @@ constexpr std::size_t leastForTwo = 60;
 DifferenceStream::DifferenceStream(Session& session, bool isStat, bool isSideBySide)
     : session_(session), palette_(session.options().palette()), isStat_(isStat),
       sideBySide_(isSideBySide && outputColumns() >= leastForTwo ? outputColumns() : 0),
-      isPainted_(outputIsTerminal() || palette_.isColoured() || sideBySide_ > 0) {}
+      isPainted_(outputIsTerminal() || palette_.isColoured() || sideBySide_ > 0) {
+    if (isStat_ || isSideBySide) {
+        // A person's own program for differences writes in a form of its own.
+        session_.compareWith({"--internal-diff"});
+    }
+}
 
 bool DifferenceStream::take(std::string_view piece, DifferencePainter& painter) {
     if (isStat_) {
         stat_.take(piece);
         return true;
     }
-    return output_.write(isPainted_ ? painter.take(piece) : std::string(piece));
+    return isPainted_ ? output_.write(painter.take(piece)) : output_.write(piece);
 }
 
 int DifferenceStream::show(const QuenSourceControlRequestPtr& request) {

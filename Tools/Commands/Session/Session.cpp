@@ -16,6 +16,7 @@
 #include "Tools/Terminal/Question.h"
 #include "Tools/Terminal/SafeText.h"
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -151,6 +152,24 @@ int Session::streamClient(const std::vector<std::string>& words,
     return streamed(*runner, ClientCommand::make(words, paths), false);
 }
 
+namespace {
+
+/// The provider's requests leave it to the client's settings how files are compared.
+void addComparison(QuenSourceControlOperation& operation, const std::vector<std::string>& words) {
+    auto* const task = dynamic_cast<QuenSourceControlTaskOperation*>(&operation);
+    if (words.empty() || task == nullptr || !task->arguments()) {
+        return;
+    }
+    StringArray arguments = *task->arguments();
+    const auto command = std::find(arguments.begin(), arguments.end(), "diff");
+    if (command != arguments.end()) {
+        arguments.insert(command + 1, words.begin(), words.end());
+        task->setArguments(std::move(arguments));
+    }
+}
+
+} // namespace
+
 Outcome<QuenSourceControlOperationPtr>
 Session::makeOperation(const QuenSourceControlRequestPtr& request, const RunContext& context) {
     if (InterruptWatch::wasInterrupted()) {
@@ -166,6 +185,7 @@ Session::makeOperation(const QuenSourceControlRequestPtr& request, const RunCont
     if (operation == nullptr) {
         return fail("The plug-in has no operation for this request.");
     }
+    addComparison(*operation, comparison_);
     return operation;
 }
 

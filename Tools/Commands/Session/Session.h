@@ -94,6 +94,10 @@ public:
     int streamClient(const std::vector<std::string>& words, const std::vector<std::string>& paths,
                      const Taker& take);
 
+    /// How the client compares files in all operations that are made from now on: the words that
+    /// stand behind its `diff`, `--internal-diff` or `--diff-cmd PROGRAM`.
+    void compareWith(std::vector<std::string> words) { comparison_ = std::move(words); }
+
     /// What the client has said in the last run that was followed.
     const ChangeOutput& output() const { return output_; }
 
@@ -129,6 +133,7 @@ private:
     QuenSourceControlProtocolPtr provider_;
     std::string command_;
     const RunContext::Scope scope_;
+    std::vector<std::string> comparison_;
     ChangeOutput output_;
     std::optional<Progress> progress_;
 };
