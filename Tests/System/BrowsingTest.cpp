@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 #include <string>
 
 namespace quen::test {
@@ -52,9 +53,33 @@ TEST_F(BrowsingTest, InfoTellsWhereAnItemLiesAndItsLastChange) {
                  "\"QuenSourceControlOperationRevisionKey\":\"2\","
                  "\"QuenSourceControlOperationAuthorKey\":\"alice\","
                  "\"QuenSourceControlOperationDateKey\":\"DATE\","
+                 "\"kind\":\"file\",\"branch\":\"trunk\",\"path\":\"SANDBOX/wc/empty\","
+                 "\"workingCopy\":\"SANDBOX/wc\",\"workingCopyRevision\":4,"
                  "\"url\":\"file://SANDBOX/repository/trunk/empty\","
                  "\"repositoryRoot\":\"file://SANDBOX/repository\","
                  "\"revision\":2,\"author\":\"alice\",\"date\":\"DATE\"}]\n"}});
+}
+
+/// A script must be able to tell which record belongs to which of its paths.
+TEST_F(BrowsingTest, InfoForScriptsSaysWhatEachRecordIsAbout) {
+    const auto pathsOf = [&](Sandbox::Words words) {
+        words.insert(words.begin(), {"info", "--json"});
+        const Ran ran = sandbox_.quen(words);
+        std::string paths;
+        for (const auto& record : nlohmann::json::parse(ran.out)) {
+            paths += record.value("path", "none") + " " + record["kind"].get<std::string>() + " " +
+                     record.value("branch", "none") + "\n";
+        }
+        return sandbox_.neutral(paths);
+    };
+    EXPECT_EQ(pathsOf({}), "SANDBOX/wc dir trunk\n");
+    EXPECT_EQ(pathsOf({"src/../hello.c", "new.c", "icon@2x.txt", "src"}),
+              "SANDBOX/wc/hello.c file trunk\nSANDBOX/wc/icon@2x.txt file trunk\n"
+              "SANDBOX/wc/src dir trunk\n");
+    EXPECT_EQ(pathsOf({"hello.c", "hello.c"}),
+              "SANDBOX/wc/hello.c file trunk\nSANDBOX/wc/hello.c file trunk\n");
+    EXPECT_EQ(pathsOf({"src", sandbox_.url("branches/feature/src"), sandbox_.url("tags")}),
+              "SANDBOX/wc/src dir trunk\nnone dir feature\nnone dir none\n");
 }
 
 TEST_F(BrowsingTest, ListsInDetailDeepAndAsOfARevision) {

@@ -70,18 +70,80 @@ void printRecord(const Dictionary& record, const std::string& path, const InfoFa
     line("Last changed  ", changeLine(record, palette, currentDate()));
 }
 
-/// The records do not say whose they are, and leave out items that were never committed.
-void printForPeople(const Array& records, const Options& options, const KeptRun& run) {
-    const Palette palette = options.common.palette();
+/// The records do not say whose they are, and leave out items that were never committed; the rest
+/// come in the client's order.
+class Places {
+public:
+    explicit Places(const InfoFacts& facts) : entries_(facts.entries) {}
+
+    /// Of the next record; null where the client names none.
+    const InfoEntry* next(const Dictionary& record) {
+        const String url = record[QuenSourceControlOperationRemoteOriginKey].stringValue();
+        const auto found =
+            std::find_if(entries_.begin() + static_cast<std::ptrdiff_t>(index_), entries_.end(),
+                         [&](const InfoEntry& each) { return each.url == url; });
+        if (found == entries_.end()) {
+            return nullptr;
+        }
+        index_ = static_cast<std::size_t>(found - entries_.begin()) + 1;
+        return &*found;
+    }
+
+private:
+    const std::vector<InfoEntry>& entries_;
+    std::size_t index_ = 0;
+};
+
+/// What a script needs besides: whose record it is, and what only a working copy knows.
+Dictionary withPlace(Dictionary record, const InfoEntry& entry) {
+    record.set("kind", entry.kind);
+    if (const std::string branch = branchNameOf(entry.url.view(), layoutOf(entry));
+        !branch.empty()) {
+        record.set("branch", String(branch));
+    }
+    if (!entry.workingCopy.isNil()) {
+        record.set("path", String(absolutePath(entry.path.str())));
+        record.set("workingCopy", entry.workingCopy);
+        record.set("workingCopyRevision", entry.revision ? Value(*entry.revision) : Value());
+    }
+    return record;
+}
+
+Value withPlaces(const Value& result, const InfoFacts& facts) {
+    if (result.array() == nullptr) {
+        return result;
+    }
+    Places places(facts);
+    Array records = Array::empty();
+    for (const Value& value : *result.array()) {
+        const Dictionary& record = *value.dictionary();
+        const InfoEntry* const entry = places.next(record);
+        records.append(entry == nullptr ? record : withPlace(record, *entry));
+    }
+    return records;
+}
+
+InfoFacts factsIn(const KeptRun& run) {
     InfoFactsReader reader;
     reader.take(run.output());
     reader.finish();
+    return reader.takeFacts();
+}
+
+void printForPeople(const Array& records, const Options& options, const KeptRun& run) {
+    const Palette palette = options.common.palette();
+    const InfoFacts facts = factsIn(run);
     const bool allAreThere = records.count() == options.paths.size();
     for (std::size_t i = 0; i < records.count(); ++i) {
         std::cout << (i == 0 ? "" : "\n");
-        printRecord(*records[i].dictionary(), allAreThere ? options.paths[i] : "", reader.facts(),
-                    palette);
+        printRecord(*records[i].dictionary(), allAreThere ? options.paths[i] : "", facts, palette);
     }
+}
+
+int printForScripts(const Session& session, const QuenSourceControlOperation& operation,
+                    const KeptRun& run) {
+    printJson(withPlaces(operation.result(), factsIn(run)));
+    return session.finish(operation);
 }
 
 /// How many of the items have no record, where that is not an error.
@@ -111,9 +173,12 @@ int runInfoCommand(Session& session, const Options& options) {
     if (operation && options.onlyChecks) {
         return session.finish(**operation);
     }
+    if (operation && options.common.json) {
+        return printForScripts(session, **operation, *run);
+    }
     const int status = showRecords(
         session, operation, [&](const Array& records) { printForPeople(records, options, *run); });
-    if (operation && !options.common.json) {
+    if (operation) {
         tellWhatIsMissing(session, **operation, options);
     }
     return status;
