@@ -15,43 +15,7 @@ import sys
 import tempfile
 import time
 
-
-class Dump:
-    """A repository in the client's dump format, always the same."""
-
-    def __init__(self, out):
-        self.out = out
-        self.write(b"SVN-fs-dump-format-version: 2\n\n")
-
-    def write(self, data):
-        self.out.write(data)
-
-    def revision(self, number, message):
-        values = {
-            b"svn:log": message.encode(),
-            b"svn:author": (b"alice", b"bob", b"carol")[number % 3],
-            b"svn:date": b"2024-01-%02dT%02d:%02d:00.000000Z"
-            % (1 + number // 1440 % 28, number // 60 % 24, number % 60),
-        }
-        text = b"".join(
-            b"K %d\n%s\nV %d\n%s\n" % (len(name), name, len(value), value)
-            for name, value in values.items()
-        )
-        text += b"PROPS-END\n"
-        self.write(
-            b"Revision-number: %d\nProp-content-length: %d\nContent-length: %d\n\n%s\n"
-            % (number, len(text), len(text), text)
-        )
-
-    def directory(self, path):
-        self.write(b"Node-path: %s\nNode-kind: dir\nNode-action: add\n\n\n" % path.encode())
-
-    def file(self, path, action, content):
-        self.write(
-            b"Node-path: %s\nNode-kind: file\nNode-action: %s\nText-content-length: %d\n"
-            b"Content-length: %d\n\n" % (path.encode(), action, len(content), len(content))
-        )
-        self.write(content + b"\n\n")
+from dump import Dump
 
 
 def generate(out, revisions, lines, megabytes):

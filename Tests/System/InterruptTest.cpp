@@ -180,6 +180,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Sandbox::Words{"branch", "create", "new", "-m", "M"},
                     Sandbox::Words{"branch", "delete", "new", "--yes", "-m", "M"},
                     Sandbox::Words{"branches", "SERVER/trunk"}, Sandbox::Words{"commit", "-m", "M"},
+                    Sandbox::Words{"report", "SERVER/trunk"},
                     Sandbox::Words{"remove", "SERVER/trunk", "-m", "M"},
                     Sandbox::Words{"update", "--preview"},
                     Sandbox::Words{"copy", "SERVER/trunk", "copy"},
@@ -194,6 +195,33 @@ INSTANTIATE_TEST_SUITE_P(
         const Sandbox::Words& words = each.param;
         return words.front() + std::to_string(each.index);
     });
+
+/// Whatever it is at, nothing of a page is left, and one that was there stays.
+TEST_F(InterruptTest, AReportLeavesNoHalfPage) {
+    sandbox_.write("a.c", "one\n");
+    sandbox_.svn({"add", "-q", "a.c"});
+    sandbox_.commit("A");
+    sandbox_.write("old.html", "an older page\n");
+    for (const std::string at : {"log", "list", "blame"}) {
+        SCOPED_TRACE(at);
+        sandbox_.write(sandbox_.root() / "bin/svn", "#!/bin/sh\n"
+                                                    "[ $1 = " +
+                                                        at +
+                                                        " ] || exec /usr/bin/svn \"$@\"\n"
+                                                        "while :; do sleep 1; done\n");
+        std::filesystem::permissions(sandbox_.root() / "bin/svn",
+                                     std::filesystem::perms::owner_all);
+        Terminal report(sandbox_.invocation(
+            {Sandbox::program(), "report", "--force", "-o", "old.html"}, sandbox_.workingCopy(),
+            {"PATH=" + (sandbox_.root() / "bin").string() + ":/usr/bin:/bin"}));
+        ASSERT_TRUE(report.waitFor("0:0")) << report.shown();
+        report.type("\x03");
+        EXPECT_EQ(report.waitForEnd(), 130) << report.shown();
+        EXPECT_THAT(report.shown(), HasSubstr("quen report: Interrupted."));
+        EXPECT_EQ(sandbox_.read("old.html"), "an older page\n");
+        EXPECT_EQ(sandbox_.svn({"status"}), "?       old.html\n");
+    }
+}
 
 TEST_F(InterruptTest, ARequestTakesItsClientAlong) {
     server_.stick();
