@@ -4,18 +4,8 @@ import * as vscode from 'vscode';
 import { groupOf } from '../model/words';
 import type { SettledFile, WorkingCopy } from '../model/workingCopy';
 import type { Item } from '../server/protocol';
-import { incomingResource, localResource, settledResource, type Resource } from './resource';
-import { SortedItems } from './sortedItems';
-
-/** More rows than this nobody reads one by one; the group's label tells how many there are. */
-export const shownRows = 2000;
-
-interface LocalGroup {
-  readonly label: string;
-  readonly group: vscode.SourceControlResourceGroup;
-  readonly items: SortedItems;
-  readonly rows: Map<string, Resource>;
-}
+import { LocalGroup, shownRows } from './localGroup';
+import { incomingResource, settledResource } from './resource';
 
 const changelistPrefix = 'changelist-';
 
@@ -37,7 +27,7 @@ export class Groups implements vscode.Disposable {
     this.make([]);
   }
 
-  /** Every item anew. */
+  /** Every item anew: they are counted at once, and shown by `showLocal`. */
   reset(): void {
     const byGroup = new Map<string, Item[]>();
     this.places.clear();
@@ -50,22 +40,23 @@ export class Groups implements vscode.Disposable {
       else byGroup.set(id, [item]);
     }
     this.ensure(byGroup.keys());
-    for (const [id, group] of this.groups) {
-      group.rows.clear();
-      group.items.replaceAll(byGroup.get(id) ?? []);
-      this.show(group);
-    }
+    for (const [id, group] of this.groups) group.replaceAll(byGroup.get(id) ?? []);
+  }
+
+  showLocal(): void {
+    for (const group of this.groups.values()) group.show();
   }
 
   /** Only the items of these paths anew. */
   update(paths: readonly string[]): void {
     if (!this.knowsGroupsOf(paths)) {
       this.reset();
+      this.showLocal();
       return;
     }
     const touched = new Set<LocalGroup>();
     for (const path of paths) this.move(path, touched);
-    for (const group of touched) this.show(group);
+    for (const group of touched) group.show();
   }
 
   showIncoming(): void {
@@ -93,7 +84,7 @@ export class Groups implements vscode.Disposable {
   count(of: 'all' | 'versioned'): number {
     let total = this.copy.settled.length;
     for (const [id, group] of this.groups) {
-      if (of === 'all' || id !== 'unversioned') total += group.items.length;
+      if (of === 'all' || id !== 'unversioned') total += group.length;
     }
     return total;
   }
@@ -102,7 +93,7 @@ export class Groups implements vscode.Disposable {
   itemsOf(group: vscode.SourceControlResourceGroup): readonly Item[] | undefined {
     if (group === this.incoming) return this.copy.incoming;
     const known = this.groups.get(group.id);
-    return known?.group === group ? known.items.all : undefined;
+    return known?.group === group ? known.all : undefined;
   }
 
   /** What a commit of everything would take: no conflicts, nothing unversioned or missing. */
@@ -110,7 +101,7 @@ export class Groups implements vscode.Disposable {
     return [...this.groups]
       .filter(([id]) => id === 'changes' || id.startsWith(changelistPrefix))
       .filter(([id]) => id !== `${changelistPrefix}${except}`)
-      .flatMap(([, group]) => group.items.all);
+      .flatMap(([, group]) => group.all);
   }
 
   dispose(): void {
@@ -135,34 +126,13 @@ export class Groups implements vscode.Disposable {
     const group = this.groups.get(to);
     if (!item || !group) return;
     this.places.set(path, to);
-    group.rows.delete(path);
-    const isSeen = group.items.put(item, shownRows);
-    if (isSeen || group.items.length > shownRows) touched.add(group);
+    if (group.put(item)) touched.add(group);
   }
 
   private takeOut(path: string, from: string, touched: Set<LocalGroup>): void {
     this.places.delete(path);
     const group = this.groups.get(from);
-    group?.rows.delete(path);
-    if (group?.items.remove(path, shownRows) || (group?.items.length ?? 0) >= shownRows) {
-      if (group) touched.add(group);
-    }
-  }
-
-  private show(group: LocalGroup): void {
-    const { items, rows } = group;
-    const shown = items.first(shownRows);
-    group.group.label =
-      items.length > shownRows
-        ? vscode.l10n.t('{0} (the first {1} of {2})', group.label, shownRows, items.length)
-        : group.label;
-    group.group.resourceStates = shown.map((item) => {
-      const known = rows.get(item.path);
-      if (known) return known;
-      const made = localResource(this.copy, item);
-      rows.set(item.path, made);
-      return made;
-    });
+    if (group?.remove(path)) touched.add(group);
   }
 
   /** The editor shows groups in the order of their making; a new changelist remakes them. */
@@ -194,7 +164,7 @@ export class Groups implements vscode.Disposable {
   private add(id: string, label: string, hideWhenEmpty = true): void {
     const group = this.control.createResourceGroup(id, label);
     group.hideWhenEmpty = hideWhenEmpty;
-    this.groups.set(id, { label, group, items: new SortedItems(), rows: new Map() });
+    this.groups.set(id, new LocalGroup(this.copy, group, label));
   }
 
   private groupIdOf(item: Item): string {

@@ -2,17 +2,20 @@ import type { Item } from '../server/protocol';
 
 /** Items of one group in the order of their paths; one change costs one place, not the list. */
 export class SortedItems {
-  private readonly list: Item[] = [];
+  private list: Item[] = [];
+  private isSorted = true;
 
   get length(): number {
     return this.list.length;
   }
 
   first(count: number): readonly Item[] {
+    this.sort();
     return this.list.slice(0, count);
   }
 
   get all(): readonly Item[] {
+    this.sort();
     return this.list;
   }
 
@@ -31,13 +34,20 @@ export class SortedItems {
     return place < count;
   }
 
-  replaceAll(items: Iterable<Item>): void {
-    this.list.length = 0;
-    for (const item of items) this.list.push(item);
+  /** Takes `items` over. They are sorted when somebody asks for them: their number is known before. */
+  replaceAll(items: Item[]): void {
+    this.list = items;
+    this.isSorted = false;
+  }
+
+  private sort(): void {
+    if (this.isSorted) return;
     this.list.sort((a, b) => (a.path < b.path ? -1 : 1));
+    this.isSorted = true;
   }
 
   private placeOf(path: string): number {
+    this.sort();
     let low = 0;
     let high = this.list.length;
     while (low < high) {

@@ -96,11 +96,20 @@ export class SourceControls implements vscode.Disposable {
   private change({ copy, paths }: Change): void {
     const shown = this.shown.get(copy);
     if (!shown) return;
-    if (paths) shown.groups.update(paths);
-    else shown.groups.reset();
-    shown.groups.showIncoming();
-    shown.groups.showSettled();
+    const { groups } = shown;
+    if (paths) groups.update(paths);
+    else groups.reset();
+    groups.showIncoming();
+    groups.showSettled();
     this.showFacts(copy);
+    if (!paths) this.showRowsBehind(copy, shown);
+  }
+
+  /** The count leaves for the editor before very many rows are made. */
+  private showRowsBehind(copy: WorkingCopy, shown: Shown): void {
+    setTimeout(() => {
+      if (this.shown.get(copy) === shown) shown.groups.showLocal();
+    }, 0);
   }
 
   private showAll(): void {

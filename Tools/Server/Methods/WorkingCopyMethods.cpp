@@ -92,15 +92,18 @@ OrderedJson status(const Services& services, Call& call, const StatusParams& par
     } else if ((params.refresh && !opened.isNew) || !services.copies.isKept(*opened.copy)) {
         opened.ran = services.copies.refresh(opened.copy, optionsOf(call), watcher);
     }
-    const WorkingCopy::Snapshot snapshot = opened.copy->snapshot(params.includeIgnored);
-    if (call.wantsParts() && !isSent) {
-        sendItems(call, snapshot.items, params.includeIgnored);
+    WorkingCopy::Snapshot known;
+    if (isSent) {
+        known.summary = opened.copy->summary(params.includeIgnored);
+    } else {
+        known = opened.copy->snapshot(params.includeIgnored);
     }
-    OrderedJson json{{"generation", snapshot.generation},
-                     {"items", call.wantsParts()
-                                   ? OrderedJson::array()
-                                   : itemsJson(snapshot.items, params.includeIgnored)},
-                     {"counts", snapshot.counts}};
+    if (call.wantsParts()) {
+        sendItems(call, std::exchange(known.items, {}), params.includeIgnored);
+    }
+    OrderedJson json{{"generation", known.summary.generation},
+                     {"items", itemsJson(known.items, params.includeIgnored)},
+                     {"counts", known.summary.counts}};
     addOutcome(json, opened.ran);
     return json;
 }

@@ -42,6 +42,31 @@ void addFlag(OrderedJson& json, const char* name, bool flag) {
     }
 }
 
+/// Both are in the order of their paths.
+StatusChange differences(const StatusItems::ByPath& former, const StatusItems::ByPath& now) {
+    StatusChange change;
+    auto before = former.begin();
+    for (const auto& [path, item] : now) {
+        for (; before != former.end() && before->first < path; ++before) {
+            change.removed.push_back(before->second);
+        }
+        const bool wasThere = before != former.end() && before->first == path;
+        if (!wasThere || before->second != item) {
+            change.changed.push_back(item);
+        }
+        if (wasThere) {
+            if (item.isIgnored() && !before->second.isIgnored()) {
+                change.hidden.push_back(path);
+            }
+            ++before;
+        }
+    }
+    for (; before != former.end(); ++before) {
+        change.removed.push_back(before->second);
+    }
+    return change;
+}
+
 } // namespace
 
 StatusItem statusItemOf(const StatusEntry& entry) {
@@ -94,68 +119,71 @@ OrderedJson statusItemJson(const StatusItem& item) {
     return json;
 }
 
-void StatusTable::take(std::vector<StatusItem> items, Items& former, StatusChange& change) {
-    for (StatusItem& item : items) {
-        const auto before = former.find(item.path);
-        if (before == former.end() || before->second != item) {
-            change.changed.push_back(item);
-        }
-        if (before != former.end()) {
-            if (item.isIgnored() && !before->second.isIgnored()) {
-                change.hidden.push_back(item.path);
-            }
-            former.erase(before);
-        }
-        std::string path = item.path;
-        // The later of two entries counts: members of changelists are told again at the end.
-        items_.insert_or_assign(std::move(path), std::move(item));
+void StatusItems::put(StatusItem item) {
+    const std::size_t before = byPath_.size();
+    const auto at = byPath_.try_emplace(byPath_.end(), item.path);
+    if (byPath_.size() == before) {
+        --counts_[at->second.status.str()];
+        externals_ -= at->second.external ? 1 : 0;
     }
-    for (auto& [path, item] : former) {
-        if (!items_.contains(path)) {
-            change.removed.push_back(std::move(item));
+    const auto count = counts_.find(item.status.view());
+    ++(count == counts_.end() ? counts_[item.status.str()] : count->second);
+    externals_ += item.external ? 1 : 0;
+    at->second = std::move(item);
+}
+
+void StatusItems::moveTo(StatusItems& others, std::string_view path) {
+    for (auto at = byPath_.lower_bound(path); at != byPath_.end() && at->first.starts_with(path);) {
+        const auto next = std::next(at);
+        if (isAtOrBelow(at->first, path)) {
+            --counts_[at->second.status.str()];
+            externals_ -= at->second.external ? 1 : 0;
+            others.put(std::move(byPath_.extract(at).mapped()));
         }
+        at = next;
     }
 }
 
-StatusChange StatusTable::replaceAll(std::vector<StatusItem> items) {
-    Items former = std::exchange(items_, {});
-    StatusChange change;
-    take(std::move(items), former, change);
-    return change;
+std::size_t StatusItems::countOf(std::string_view word) const {
+    const auto found = counts_.find(word);
+    return found == counts_.end() ? 0 : found->second;
 }
 
-StatusChange StatusTable::replaceBelow(const std::vector<std::string>& paths,
-                                       std::vector<StatusItem> items) {
-    Items former;
-    for (const std::string& path : paths) {
-        for (auto at = items_.lower_bound(path);
-             at != items_.end() && at->first.starts_with(path);) {
-            const auto next = std::next(at);
-            if (isAtOrBelow(at->first, path)) {
-                former.insert(items_.extract(at));
-            }
-            at = next;
-        }
-    }
-    StatusChange change;
-    take(std::move(items), former, change);
-    return change;
-}
-
-std::map<std::string, std::size_t> StatusTable::counts(bool includeIgnored) const {
+std::map<std::string, std::size_t> StatusItems::counts(bool includeIgnored) const {
     std::map<std::string, std::size_t> counts;
-    for (const auto& [path, item] : items_) {
-        if (includeIgnored || !item.isIgnored()) {
-            ++counts[item.status.str()];
+    for (const auto& [word, count] : counts_) {
+        if (count > 0 && (includeIgnored || word != "ignored")) {
+            counts.emplace(word, count);
         }
     }
     return counts;
 }
 
+void StatusTable::fill(StatusItems items) {
+    items_ = std::move(items);
+}
+
+StatusChange StatusTable::replaceAll(StatusItems items) {
+    const StatusItems former = std::exchange(items_, std::move(items));
+    return differences(former.byPath(), items_.byPath());
+}
+
+StatusChange StatusTable::replaceBelow(const std::vector<std::string>& paths,
+                                       const StatusItems& items) {
+    StatusItems former;
+    for (const std::string& path : paths) {
+        items_.moveTo(former, path);
+    }
+    for (const auto& [path, item] : items.byPath()) {
+        items_.put(item);
+    }
+    return differences(former.byPath(), items.byPath());
+}
+
 const StatusItem* StatusTable::unversionedAt(std::string_view path) const {
     while (!path.empty()) {
-        const auto found = items_.find(path);
-        if (found != items_.end() && found->second.isUnversioned()) {
+        const auto found = items_.byPath().find(path);
+        if (found != items_.byPath().end() && found->second.isUnversioned()) {
             return &found->second;
         }
         path = path.substr(0, path.rfind('/') == std::string_view::npos ? 0 : path.rfind('/'));

@@ -54,28 +54,49 @@ struct StatusChange {
     bool isEmpty() const noexcept { return changed.empty() && removed.empty(); }
 };
 
+/// Items by path, and how many of them there are of each kind.
+///
+/// Threads: one at a time.
+class StatusItems {
+public:
+    using ByPath = std::map<std::string, StatusItem, std::less<>>;
+
+    /// The later of two entries of a path counts: a report tells members of changelists again at
+    /// its end. Quickest in the order of the paths.
+    void put(StatusItem item);
+    /// Takes out what lies at and below the path, and adds it to `others`.
+    void moveTo(StatusItems& others, std::string_view path);
+
+    const ByPath& byPath() const noexcept { return byPath_; }
+    std::size_t countOf(std::string_view word) const;
+    std::size_t externals() const noexcept { return externals_; }
+    /// The number of items by status word.
+    std::map<std::string, std::size_t> counts(bool includeIgnored) const;
+
+private:
+    ByPath byPath_;
+    std::map<std::string, std::size_t, std::less<>> counts_;
+    std::size_t externals_ = 0;
+};
+
 /// The items of a working copy, by path.
 ///
 /// Threads: one at a time.
 class StatusTable {
 public:
-    using Items = std::map<std::string, StatusItem, std::less<>>;
-
+    /// The report of everything, of which nobody needs to know what it changed.
+    void fill(StatusItems items);
     /// The report of everything.
-    StatusChange replaceAll(std::vector<StatusItem> items);
+    StatusChange replaceAll(StatusItems items);
     /// The report of some paths, with all that lies below them.
-    StatusChange replaceBelow(const std::vector<std::string>& paths, std::vector<StatusItem> items);
+    StatusChange replaceBelow(const std::vector<std::string>& paths, const StatusItems& items);
 
-    const Items& items() const noexcept { return items_; }
-    /// The number of items by status word.
-    std::map<std::string, std::size_t> counts(bool includeIgnored) const;
+    const StatusItems& items() const noexcept { return items_; }
     /// The item itself or the one above it that is not versioned; null where there is none.
     const StatusItem* unversionedAt(std::string_view path) const;
 
 private:
-    void take(std::vector<StatusItem> items, Items& former, StatusChange& change);
-
-    Items items_;
+    StatusItems items_;
 };
 
 } // namespace quen::tools::server

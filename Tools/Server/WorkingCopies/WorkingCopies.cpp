@@ -23,11 +23,10 @@ constexpr std::size_t bytesOfItem = sizeof(StatusItem) + 64;
 /// The items of a report, but for those that another working copy answers for.
 class ReportItems {
 public:
-    /// What has been read since the last call.
-    std::vector<StatusItem> takeNew(const StatusFacts& facts) {
+    /// What has been read since the last call. The reader keeps none of it.
+    std::vector<StatusItem> takeNew(StatusFactsReader& reader) {
         std::vector<StatusItem> items;
-        for (; next_ < facts.entries.size(); ++next_) {
-            const StatusEntry& entry = facts.entries[next_];
+        for (const StatusEntry& entry : reader.takeFacts().entries) {
             if (entry.item == "external") {
                 externals_.push_back(entry.path.str() + "/");
             }
@@ -46,12 +45,12 @@ private:
     }
 
     std::vector<std::string> externals_;
-    std::size_t next_ = 0;
 };
 
-void append(std::vector<StatusItem>& items, std::vector<StatusItem> more) {
-    items.insert(items.end(), std::make_move_iterator(more.begin()),
-                 std::make_move_iterator(more.end()));
+void append(StatusItems& items, std::vector<StatusItem> more) {
+    for (StatusItem& item : more) {
+        items.put(std::move(item));
+    }
 }
 
 /// Whether the client said that it does not know a path, nor what it lies in.
@@ -293,9 +292,9 @@ Ran WorkingCopies::refreshInTurn(const WorkingCopyPtr& copy, const RunOptions& o
     const std::string stamp = databaseStampOf(copy->root());
     StatusFactsReader reader;
     ReportItems items;
-    std::vector<StatusItem> taken;
+    StatusItems taken;
     const auto takeNew = [&] {
-        std::vector<StatusItem> fresh = items.takeNew(reader.facts());
+        std::vector<StatusItem> fresh = items.takeNew(reader);
         if (watcher && !fresh.empty()) {
             watcher(fresh);
         }
@@ -353,8 +352,9 @@ Ran WorkingCopies::refreshBelow(const WorkingCopyPtr& copy, std::vector<std::str
             continue;
         }
         if (ran.isWell()) {
-            ReportItems items;
-            announce(*copy, copy->replaceBelow(paths, items.takeNew(reader.facts())));
+            StatusItems items;
+            append(items, ReportItems().takeNew(reader));
+            announce(*copy, copy->replaceBelow(paths, items));
         }
         return ran;
     }

@@ -34,11 +34,20 @@ std::optional<WorkingCopy::Turn> WorkingCopy::takeTurn(const std::stop_token& st
     return Turn(*this);
 }
 
+WorkingCopy::Summary WorkingCopy::summarise(bool includeIgnored) {
+    showsIgnored_ = showsIgnored_ || includeIgnored;
+    return {generation_, table_.items().counts(includeIgnored)};
+}
+
+WorkingCopy::Summary WorkingCopy::summary(bool includeIgnored) {
+    const std::lock_guard lock(mutex_);
+    return summarise(includeIgnored);
+}
+
 WorkingCopy::Snapshot WorkingCopy::snapshot(bool includeIgnored) {
     const std::lock_guard lock(mutex_);
-    showsIgnored_ = showsIgnored_ || includeIgnored;
-    Snapshot snapshot{generation_, {}, table_.counts(includeIgnored)};
-    for (const auto& [path, item] : table_.items()) {
+    Snapshot snapshot{summarise(includeIgnored), {}};
+    for (const auto& [path, item] : table_.items().byPath()) {
         if (includeIgnored || !item.isIgnored()) {
             snapshot.items.push_back(item);
         }
@@ -46,21 +55,21 @@ WorkingCopy::Snapshot WorkingCopy::snapshot(bool includeIgnored) {
     return snapshot;
 }
 
-std::optional<WorkingCopy::News> WorkingCopy::replaceAll(std::vector<StatusItem> items) {
+std::optional<WorkingCopy::News> WorkingCopy::replaceAll(StatusItems items) {
     const std::lock_guard lock(mutex_);
-    const bool isFirst = !std::exchange(isKnown_, true);
-    auto news = newsOf(table_.replaceAll(std::move(items)));
-    if (isFirst && generation_ == 0) {
-        generation_ = 1;
+    if (std::exchange(isKnown_, true)) {
+        return newsOf(table_.replaceAll(std::move(items)));
     }
     // Whoever opens a working copy asks for its status; nobody is told of all of it unasked.
-    return isFirst ? std::nullopt : std::move(news);
+    table_.fill(std::move(items));
+    ++generation_;
+    return std::nullopt;
 }
 
 std::optional<WorkingCopy::News> WorkingCopy::replaceBelow(const std::vector<std::string>& paths,
-                                                           std::vector<StatusItem> items) {
+                                                           const StatusItems& items) {
     const std::lock_guard lock(mutex_);
-    return newsOf(table_.replaceBelow(paths, std::move(items)));
+    return newsOf(table_.replaceBelow(paths, items));
 }
 
 std::optional<WorkingCopy::News> WorkingCopy::newsOf(StatusChange change) {
@@ -74,14 +83,15 @@ std::optional<WorkingCopy::News> WorkingCopy::newsOf(StatusChange change) {
     if (change.isEmpty()) {
         return std::nullopt;
     }
-    return News{++generation_, std::move(change), table_.counts(showsIgnored_)};
+    return News{++generation_, std::move(change), table_.items().counts(showsIgnored_)};
 }
 
 std::vector<StatusItem> WorkingCopy::itemsAtOrBelow(const std::string& path) const {
     const std::lock_guard lock(mutex_);
     std::vector<StatusItem> items;
-    for (auto at = table_.items().lower_bound(path);
-         at != table_.items().end() && at->first.starts_with(path); ++at) {
+    const StatusItems::ByPath& byPath = table_.items().byPath();
+    for (auto at = byPath.lower_bound(path); at != byPath.end() && at->first.starts_with(path);
+         ++at) {
         if (isAtOrBelow(at->first, path)) {
             items.push_back(at->second);
         }
@@ -103,7 +113,10 @@ std::string WorkingCopy::unversionedAt(const std::string& path) const {
 std::vector<std::string> WorkingCopy::externals() const {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> paths;
-    for (const auto& [path, item] : table_.items()) {
+    if (table_.items().externals() == 0) {
+        return paths;
+    }
+    for (const auto& [path, item] : table_.items().byPath()) {
         if (item.external) {
             paths.push_back(path);
         }
@@ -114,7 +127,10 @@ std::vector<std::string> WorkingCopy::externals() const {
 std::vector<std::string> WorkingCopy::unversionedPaths() const {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> paths;
-    for (const auto& [path, item] : table_.items()) {
+    if (table_.items().countOf("unversioned") + table_.items().countOf("ignored") == 0) {
+        return paths;
+    }
+    for (const auto& [path, item] : table_.items().byPath()) {
         if (item.isUnversioned()) {
             paths.push_back(path);
         }
@@ -131,13 +147,13 @@ bool WorkingCopy::isInsideExternal(std::string_view path) const {
 
 bool WorkingCopy::knows(std::string_view path) const {
     const std::lock_guard lock(mutex_);
-    return table_.items().find(path) != table_.items().end();
+    return table_.items().byPath().contains(path);
 }
 
 std::size_t WorkingCopy::bytes(std::size_t ofItem) const {
     const std::lock_guard lock(mutex_);
     std::size_t bytes = 0;
-    for (const auto& [path, item] : table_.items()) {
+    for (const auto& [path, item] : table_.items().byPath()) {
         bytes += ofItem + 2 * path.size();
     }
     return bytes;

@@ -53,12 +53,17 @@ public:
     /// nullopt where `stop` comes first.
     std::optional<Turn> takeTurn(const std::stop_token& stop);
 
-    struct Snapshot {
+    struct Summary {
         std::uint64_t generation = 0;
-        std::vector<StatusItem> items;
         std::map<std::string, std::size_t> counts;
     };
     /// Whoever asks for ignored items once is told of their changes from then on.
+    Summary summary(bool includeIgnored);
+    struct Snapshot {
+        Summary summary;
+        std::vector<StatusItem> items;
+    };
+    /// Likewise, with the items.
     Snapshot snapshot(bool includeIgnored);
 
     /// What is left of a change for the client to hear; nothing where it hears of none.
@@ -67,9 +72,9 @@ public:
         StatusChange change;
         std::map<std::string, std::size_t> counts;
     };
-    std::optional<News> replaceAll(std::vector<StatusItem> items);
+    std::optional<News> replaceAll(StatusItems items);
     std::optional<News> replaceBelow(const std::vector<std::string>& paths,
-                                     std::vector<StatusItem> items);
+                                     const StatusItems& items);
 
     /// What is kept of a path and of what lies below it.
     std::vector<StatusItem> itemsAtOrBelow(const std::string& path) const;
@@ -99,6 +104,7 @@ public:
     void setDatabaseStamp(std::string stamp);
 
 private:
+    Summary summarise(bool includeIgnored);
     std::optional<News> newsOf(StatusChange change);
 
     mutable std::mutex mutex_;
