@@ -6,7 +6,15 @@ import { report } from '../report';
 import { copyName } from '../model/workingCopy';
 import type { LogEntry } from '../server/protocol';
 import type { Services } from '../services';
-import { detailOf, readPage, summaryOf, tooltipOf, type Search, type Source } from './entries';
+import {
+  detailOf,
+  readPage,
+  summaryOf,
+  tooltipOf,
+  whenOf,
+  type Search,
+  type Source,
+} from './entries';
 import type { FileNode, Node } from './nodes';
 
 export class HistoryView implements vscode.TreeDataProvider<Node>, vscode.Disposable {
@@ -158,9 +166,11 @@ export class HistoryView implements vscode.TreeDataProvider<Node>, vscode.Dispos
 }
 
 function entryItem(entry: LogEntry, source: Source): vscode.TreeItem {
-  const item = new vscode.TreeItem(summaryOf(entry), vscode.TreeItemCollapsibleState.Collapsed);
+  // A narrow view cuts the end of a row: the revision stands where it never does.
+  const label = `r${entry.revision} ${summaryOf(entry)}`;
+  const item = new vscode.TreeItem(label, vscode.TreeItemCollapsibleState.Collapsed);
   item.id = `${source.title} ${entry.revision}`;
-  item.description = detailOf(entry);
+  item.description = [whenOf(entry.date), entry.author ?? ''].filter((part) => part).join(' · ');
   item.tooltip = tooltipOf(entry);
   item.iconPath = new vscode.ThemeIcon('git-commit');
   item.contextValue = source.file ? 'entry file' : 'entry';

@@ -26,9 +26,18 @@ export class Editor {
     private readonly pictures: string,
   ) {}
 
-  static async open(browser: Browser, address: string, pictures: string): Promise<Editor> {
-    const context = await browser.newContext({ viewport: size, locale: 'en-US' });
+  static async open(
+    browser: Browser,
+    address: string,
+    pictures: string,
+    language = 'en',
+  ): Promise<Editor> {
+    const context = await browser.newContext({ viewport: size, locale: language });
     const page = await context.newPage();
+    // What a pack of the editor's own texts would set; extensions follow it.
+    await page.addInitScript((name) => {
+      if (name !== 'en') Object.assign(globalThis, { _VSCODE_NLS_LANGUAGE: name });
+    }, language);
     page.setDefaultTimeout(30_000);
     await page.goto(address);
     await page.waitForSelector('.monaco-workbench .part.statusbar');

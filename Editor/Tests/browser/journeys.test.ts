@@ -116,6 +116,31 @@ test('where both sides changed a file, theirs waits beside mine', bound, async (
   });
 });
 
+test('a German editor shows German texts', bound, async () => {
+  await onStage(browser, { language: 'de' }, async ({ editor }) => {
+    const { page } = editor;
+    await editor.waitForBadge(7);
+    await editor.showSourceControl();
+    for (const group of ['Änderungen', 'Fehlend', 'Nicht versioniert']) {
+      await editor.row(group).waitFor();
+    }
+    await editor.row('station.c').hover();
+    await editor.row('station.c').locator('.action-label[aria-label="Zurücksetzen..."]').click();
+    const dialog = page.locator('.monaco-dialog-box');
+    await dialog.filter({ hasText: 'src/station.c' }).waitFor();
+    await editor.picture('german-light');
+    await dialog.locator('.monaco-button', { hasText: 'Zurücksetzen' }).waitFor();
+    await page.keyboard.press('Escape');
+    await editor.command('Subversion: Verlauf der Arbeitskopie');
+    await page.locator('.pane-header', { hasText: 'Verlauf' }).first().waitFor();
+    await page
+      .locator('.pane-body .monaco-list-row', { hasText: 'Notes for the roof' })
+      .first()
+      .waitFor();
+    await editor.picture('german-history-light');
+  });
+});
+
 test('where there is no server, the view says what to do', bound, async () => {
   await onStage(browser, { settings: { 'quen.path': '/nowhere/quen' } }, async ({ editor }) => {
     await editor.showSourceControl();

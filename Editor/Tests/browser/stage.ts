@@ -16,6 +16,8 @@ export interface Stage extends Demonstration {
 
 export interface StageOptions {
   readonly theme?: Theme;
+  /** The display language of the extension; the editor's own texts stay English. */
+  readonly language?: string;
   readonly settings?: Readonly<Record<string, unknown>>;
   readonly environment?: NodeJS.ProcessEnv;
   /** The folder to open; without it, the demonstration's working copy. */
@@ -48,7 +50,12 @@ export async function onStage(
     environment: { ...process.env, HOME: sandbox.path('home'), ...options.environment },
   });
   try {
-    const editor = await Editor.open(browser, folderAddress(workbench, folder), pictures);
+    const editor = await Editor.open(
+      browser,
+      folderAddress(workbench, folder),
+      pictures,
+      options.language,
+    );
     await run({ ...demonstration, sandbox, workbench, editor }).catch(async (error: unknown) => {
       await editor.picture('failure');
       throw error;

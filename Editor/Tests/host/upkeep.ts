@@ -22,7 +22,7 @@ async function firstEntry() {
   return node;
 }
 
-/** A working copy of its own is no row of the one around it, nor is what lies in it. */
+/** Neither a working copy of its own nor what lies in it is a row of the one around it. */
 async function isNoRowOutside(name: string): Promise<void> {
   const { controls } = await extension();
   const outer = await workingCopy();
