@@ -15,11 +15,12 @@ namespace {
 
 constexpr std::chrono::milliseconds lookInterval{2}; // where the system cannot tell of the end
 
-/// A child that writes line by line would wake this thread for each, and pay for it. After a small
-/// piece it is left alone for a moment, to gather more; the child's end and the end of the stream
-/// are seen at once all the same. One that writes in large pieces, as it does with the content of a
-/// file, would only have to wait for room in the pipe. What comes first is handed on as it comes:
-/// somebody may wait for it.
+/// A child that writes line by line would wake this thread for each, and pay for it. Such a one is
+/// left alone for a moment after each piece, to gather more; the child's end and the end of the
+/// stream are seen at once all the same. One that writes in large pieces, as it does with the
+/// content of a file, would only have to wait for room in the pipe: which kind it is shows in what
+/// lies in the pipe when nobody has waited. What comes first is handed on as it comes: somebody may
+/// wait for it.
 constexpr std::chrono::milliseconds gatheringTime{2};
 constexpr std::size_t smallPiece = 8 * 1024;
 constexpr std::size_t handedOnAtOnce = 8 * 1024;
@@ -135,10 +136,15 @@ void ProcessRun::wait() noexcept {
 void ProcessRun::takeOutput() noexcept {
     const std::size_t count = keep([this] { return output_.readAll(); });
     outputTaken_ += count;
-    if (count >= outputCapacity_ / 2) {
-        widenOutput(widestPipe);
-    } else if (count < smallPiece && outputTaken_ > handedOnAtOnce) {
+    if (!hasGathered_) {
+        writesSmallPieces_ = count < smallPiece;
+    }
+    const bool leavesRoom = count < outputCapacity_ / 2;
+    hasGathered_ = writesSmallPieces_ && leavesRoom && outputTaken_ > handedOnAtOnce;
+    if (hasGathered_) {
         outputPauseEnd_ = after(clock_.now(), gatheringTime);
+    } else if (!leavesRoom) {
+        widenOutput(widestPipe);
     }
 }
 

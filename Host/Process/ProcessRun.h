@@ -52,6 +52,8 @@ private:
     const RunClock& clock_;
     std::size_t outputCapacity_ = 0;
     std::size_t outputTaken_ = 0;
+    bool writesSmallPieces_ = true;
+    bool hasGathered_ = false; // what is read next is what came in a pause
 
     Phase phase_ = Phase::running;
     // Both as if no time were left uncounted.
