@@ -53,7 +53,7 @@ function showActivity() {
     return drawn('rect', { class: isOut ? 'bar out' : 'bar', x: x + 0.5, width: Math.max(1, end - x - 1.5), y: height - height * count / top, height: height * count / top });
   });
   const svg = drawn('svg', { viewBox: `0 -8 ${WIDTH} ${height + 32}`, role: 'img',
-    'aria-label': `${counted(counts.reduce((sum, each) => sum + each, 0), 'revision')} from ${day(firstTime)} to ${day(lastTime)}; at most ${top === 1 ? counts.length && 1 : Math.max(...counts)} in a ${steps.kind}.` },
+    'aria-label': `${counted(counts.reduce((sum, each) => sum + each, 0), 'revision')} from ${day(firstTime)} to ${day(lastTime)}; at most ${Math.max(...counts)} in a ${steps.kind}.` },
     ...yAxis(top, height, left, WIDTH), ...bars, ...timeAxis(steps, xOf, height + 18));
   makeBrush(svg, steps, counts, { left, height, xOf, endOf });
   node.replaceChildren(svg, asTable(`Revisions in each ${steps.kind}`, [
