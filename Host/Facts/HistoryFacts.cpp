@@ -19,6 +19,7 @@ HistoryPath changedPath(const XMLElement& element, TextTaker& texts) {
     return path;
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): as deep as merges of merges
 HistoryEntry historyEntry(const XMLElement& element) {
     std::vector<UnreadableText> unreadable;
     TextTaker texts(unreadable);
@@ -30,6 +31,9 @@ HistoryEntry historyEntry(const XMLElement& element) {
         for (const XMLElement path : paths->children("path")) {
             entry.paths.push_back(changedPath(path, texts));
         }
+    }
+    for (const XMLElement merged : element.children("logentry")) {
+        entry.merged.push_back(historyEntry(merged));
     }
     return entry;
 }

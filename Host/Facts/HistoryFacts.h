@@ -32,6 +32,9 @@ struct HistoryEntry {
     String message;
     /// Where the report holds them (`-v`).
     std::vector<HistoryPath> paths;
+    /// The revisions that it merged, where the report was asked for them (`-g`); each may have
+    /// merged others in its turn.
+    std::vector<HistoryEntry> merged;
 };
 
 /// Reads the bytes of a log while the client writes them, and hands each revision over as soon as

@@ -96,7 +96,7 @@ public:
 
     /// What has been read so far.
     const StatusFacts& facts() const noexcept;
-    /// The same, to keep; the end of the reading.
+    /// The same, to keep; while it is read, what has come since the last call.
     StatusFacts takeFacts();
 
 private:

@@ -8,7 +8,7 @@ namespace quen {
 const String FileErrorDomain = String::constant("FileErrorDomain");
 
 Error fileError(int number, std::string_view path, std::string_view what) {
-    std::string text = "\u201C" + std::string(path) + "\u201D " + std::string(what) + ": ";
+    std::string text = "\"" + std::string(path) + "\" " + std::string(what) + ": ";
     text += std::generic_category().message(number) + ".";
     return Error(FileErrorDomain, number, {{NSLocalizedDescriptionKey, String(text)}});
 }

@@ -8,7 +8,7 @@
 namespace quen {
 
 /// The domain of what goes wrong with files. The code is the system's number (`errno`), the
-/// description names the file and gives the system's reason: `“/tmp/a.c” could not be written: No
+/// description names the file and gives the system's reason: `"/tmp/a.c" could not be written: No
 /// space left on device.`
 QUEN_EXPORT extern const String FileErrorDomain;
 

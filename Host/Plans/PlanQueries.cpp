@@ -51,7 +51,7 @@ Error errorOfPlaces(const std::vector<String>& paths) {
     constexpr std::int64_t notAWorkingCopy = 155007; // the client's own number
     for (const String& path : paths) {
         if (topOfWorkingCopy(path).isNil()) {
-            const String text = "\u201C" + path.str() + "\u201D does not lie in a working copy.";
+            const String text = "\"" + path.str() + "\" does not lie in a working copy.";
             return Error(QuenSourceControlTaskErrorDomain, notAWorkingCopy,
                          {{NSLocalizedDescriptionKey, text}});
         }

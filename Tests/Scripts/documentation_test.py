@@ -22,6 +22,8 @@ from sandbox import Sandbox
 PREPARATIONS = {
     "quen undo": "quen revert --yes greet.c",
     "quen switch languages": "svn revert -q -R .",
+    "quen log --graph --oneline -5": "svn revert -q -R . && svn merge -q ^/branches/languages && "
+                                     "svn commit -q --username alice -m 'Merge languages'",
     "quen incoming": "svn update -q -r 3",
 }
 

@@ -24,7 +24,10 @@ COMMANDS = [
     ["status", "-u"],
     ["log"],
     ["log", "--oneline"],
+    ["log", "--graph"],
+    ["log", "--graph", "--oneline"],
     ["blame", "greet.c"],
+    ["blame", "--ignore-rev", "3", "greet.c"],
     ["branches"],
     ["tags"],
     ["diff", "--stat"],
@@ -38,11 +41,13 @@ WIDTHS = [40, 80, 250]
 
 # Each at 80 columns: a name, the commands, and the variables.
 VARIANTS = [
-    ("dark", [["status"], ["log", "--oneline"], ["diff"], ["blame", "greet.c"]], {"COLORFGBG": "15;0"}),
+    ("dark", [["status"], ["log", "--oneline"], ["log", "--graph", "-q"], ["diff"], ["blame", "greet.c"]],
+     {"COLORFGBG": "15;0"}),
     ("light", [["status"], ["log", "--oneline"], ["diff"], ["blame", "greet.c"]], {"COLORFGBG": "0;15"}),
     ("dumb", [["status"], ["log"], ["diff"]], {"TERM": "dumb"}),
     ("no-colour", [["status"], ["log"], ["diff"]], {"NO_COLOR": "1"}),
-    ("c-locale", [["status"], ["log"], ["list", "-v"]], {"LC_ALL": "C", "NO_COLOR": "1"}),
+    ("c-locale", [["status"], ["log"], ["log", "--oneline"], ["log", "--graph", "--oneline"], ["blame", "greet.c"], ["list", "-v"]],
+     {"LC_ALL": "C", "NO_COLOR": "1"}),
 ]
 
 
@@ -66,9 +71,16 @@ def make_project(sandbox):
     sandbox.svn("checkout", "-q", sandbox.url("trunk"), str(other))
     (other / "Übersicht der Grüße.txt").write_text("ü\nö\n")
     sandbox.svn("commit", "-q", "-m", "Mehr Grüße", "--username", "bob", str(other))
-    for revision in range(1, 7):
+    sandbox.svn("switch", "-q", sandbox.url("branches/languages"), str(other))
+    (other / "greet.c").write_text((other / "greet.c").read_text().replace("Hello", "Hallo"))
+    sandbox.svn("commit", "-q", "-m", "Speak German", "--username", "bartholomew", str(other))
+    sandbox.svn("switch", "-q", sandbox.url("trunk"), str(other))
+    sandbox.svn("update", "-q", str(other))
+    sandbox.svn("merge", "-q", "^/branches/languages", directory=other)
+    sandbox.svn("commit", "-q", "-m", "Merge languages", "--username", "bob", str(other))
+    for revision in range(1, 9):
         sandbox.svn("propset", "-q", "--revprop", "-r", str(revision), "svn:date",
-                    f"200{revision}-03-15T10:00:00.000000Z", sandbox.url())
+                    f"200{min(revision, 6)}-03-15T10:00:00.000000Z", sandbox.url())
     # What a working copy knows of dates is from its last update.
     shutil.rmtree(sandbox.copy)
     sandbox.svn("checkout", "-q", "-r", "5", sandbox.url("trunk"), str(sandbox.copy), directory=sandbox.root)

@@ -60,7 +60,8 @@ TEST_F(LocalEditCommandsTest, AddTellsWhatIsWrong) {
     commitFiles({"a.c"});
     expectEach(sandbox_,
                {{{"add", "nowhere"}, "", 1, "quen add: \"nowhere\" does not exist.\n"},
-                {{"add", "--json", "."}, "null\n"},
+                {{"add", "--json", "."},
+                 "{\"summary\":\"Nothing to add.\",\"revision\":null,\"items\":0}\n"},
                 {{"add", "."}, "Nothing to add.\n"},
                 {{"add", "a.c"}, "", 1, "quen add: \"a.c\" is already under version control\n"}});
     const Ran json = sandbox_.quen({"add", "--json", "a.c"});
@@ -267,6 +268,8 @@ TEST_F(TreeEditCommandsTest, SeveralGoIntoADirectory) {
 TEST_F(TreeEditCommandsTest, MakeDirectoryMakesParents) {
     expectEach(sandbox_, {{{"mkdir", "-p", "a/b@1/c", "a/d"}, "Created 4 items.\n"},
                           {{"mkdir", "-p", "a/d"}, "Nothing to create.\n"},
+                          {{"mkdir", "--json", "-p", "a/d"},
+                           "{\"summary\":\"Nothing to create.\",\"revision\":null,\"items\":0}\n"},
                           {{"mkdir", "-p", sandbox_.url("trunk/x/y"), "-m", "M"},
                            "Committed revision 2.\n"}});
     EXPECT_EQ(sandbox_.svn({"status"}), "A       a\nA       a/b@1\nA       a/b@1/c\nA       a/d\n");
@@ -483,9 +486,7 @@ TEST_F(BranchCommandsTest, MergeTakesChanges) {
     sandbox_.svn({"switch", "-q", "^/branches/b"});
     expectEach(sandbox_,
                {{{"merge", "-c", "4,6", "trunk"},
-                 "Merged 1 item from trunk.\n"
-                 "To undo the merge before you commit it: `quen revert .`.\n"
-                 "Merged 1 item from trunk.\n"
+                 "Merged 2 items from trunk.\n"
                  "To undo the merge before you commit it: `quen revert .`.\n"},
                 {{"merge", "-c", "4", "-r", "4:5", "trunk"},
                  "",

@@ -36,7 +36,7 @@ protected:
             for (const auto& entry :
                  std::filesystem::recursive_directory_iterator(sandbox_.root() / directory)) {
                 const std::string path = entry.path().string();
-                // The client's caches and locks are no content of its own.
+                // The client's caches and locks are not content.
                 const bool isContent =
                     entry.is_regular_file() && path.find("/.svn/") == std::string::npos;
                 files[path] = isContent ? sandbox_.read(entry.path()) : "";

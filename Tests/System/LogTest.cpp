@@ -94,17 +94,17 @@ TEST_F(LogTest, ShowsOneRevisionWithItsChanges) {
     EXPECT_THAT(sandbox_.neutral(shown.out),
                 testing::AllOf(testing::StartsWith(r3 + "\n    modified  /trunk/greet.c\n"),
                                testing::HasSubstr("\n-two\n+TWO\n")));
-    expectEach(
-        sandbox_,
-        {{{"show", "3", "--stat"},
-          r3 + "\n    modified  /trunk/greet.c\n    modified  /trunk/icon@2x.txt\n\n"
-               " trunk/greet.c     |   2 +-\n trunk/icon@2x.txt |   1 +\n"
-               " 2 files changed, 2 lines added, 1 line removed\n"},
-         {{"show", "x"},
-          "",
-          2,
-          "quen show: \"x\" is not a valid revision. Use a number, HEAD or a date in braces; "
-          "`quen log` shows them.\n"}});
+    expectEach(sandbox_,
+               {{{"show", "3", "--stat"},
+                 r3 + "\n    modified  /trunk/greet.c\n    modified  /trunk/icon@2x.txt\n\n"
+                      " trunk/greet.c     |   2 +-\n trunk/icon@2x.txt |   1 +\n"
+                      " 2 files changed, 2 lines added, 1 line removed\n"},
+                {{"show", "x"},
+                 "",
+                 2,
+                 "quen show: \"x\" is not a valid revision. Use a number, HEAD or a date in "
+                 "braces, with ^ "
+                 "behind it for the one before; `quen log` shows them.\n"}});
 }
 
 TEST_F(LogTest, ShowsWhatOthersHaveCommittedSince) {
@@ -154,8 +154,8 @@ TEST_F(LogTest, SaysWhatIsWrong) {
           "",
           2,
           "quen log: \"yesterday\" is not a valid revision or range. A revision is a number, "
-          "HEAD, BASE, PREV, COMMITTED or a date in braces, a range is two of them with a colon "
-          "between. `quen help log` shows how to use it.\n"},
+          "HEAD, BASE, PREV, COMMITTED or a date in braces, with ^ behind it the change before; a "
+          "range is two of them with a colon between. `quen help log` shows how to use it.\n"},
          {{"log", "--peg", "hello.c"},
           "",
           2,

@@ -181,8 +181,8 @@ TEST_F(StatusOfRealWorkingCopy, BothSidesChanged) {
     sandbox.write("a.c", "ours\n");
     EXPECT_THAT(remoteStatusOf(sandbox), has("a.c", QuenSourceControlStatusModified,
                                              QuenSourceControlStatusModifiedInRepository));
-    EXPECT_EQ(sandbox.quen({"status", "-u"}).out, "Here      Repository  Path\n"
-                                                  "modified  modified    a.c\n"
+    EXPECT_EQ(sandbox.quen({"status", "-u"}).out, "Here         Repository  Path\n"
+                                                  "modified     modified    a.c\n"
                                                   "1 item: 1 modified; also: 1 changed "
                                                   "in the repository\n");
 }
@@ -203,7 +203,7 @@ TEST_F(StatusOfRealWorkingCopy, WhatIsNoWorkingCopyIsSaidAndTheRestIsShown) {
     sandbox.write("a.c", "changed\n");
     const Ran ran = sandbox.quen({"status", "a.c", "/"});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.out, ::testing::HasSubstr("modified  a.c\n"));
+    EXPECT_THAT(ran.out, ::testing::HasSubstr("modified     a.c\n"));
     EXPECT_EQ(ran.err,
               "quen status: \"/\" is not in a working copy.\n"
               "quen status: Go into a working copy, or make one with: quen checkout URL\n");
@@ -252,20 +252,20 @@ INSTANTIATE_TEST_SUITE_P(
               "-q p v b.c",
               {"status"},
               "properties modified  b.c\n"
-              "unversioned          b.new\n"
-              "unversioned          z.c\n"
+              "unversioned  b.new\n"
+              "unversioned  z.c\n"
               "\n"
               "Changelist fix 7:\n"
-              "modified             a.c\n"
-              "unchanged            dir/c.c\n"
-              "5 items: 1 modified, 1 properties modified, 2 unversioned, 1 unchanged\n"},
+              "modified     a.c\n"
+              "unchanged    dir/c.c\n"
+              "5 items: 1 properties modified, 2 unversioned, 1 modified, 1 unchanged\n"},
         Shown{"moves and copies",
               "",
               "svn move -q a.c dir/moved.c; svn copy -q b.c copy.c",
               {"status"},
-              "deleted  a.c  (moved to dir/moved.c)\n"
-              "copied   copy.c\n"
-              "copied   dir/moved.c  (moved from a.c)\n"
+              "deleted      a.c  (moved to dir/moved.c)\n"
+              "copied       copy.c\n"
+              "copied       dir/moved.c  (moved from a.c)\n"
               "3 items: 1 deleted, 2 copied\n"},
         Shown{"a tree conflict with its reason",
               "svn remove -q a.c",
@@ -280,44 +280,44 @@ INSTANTIATE_TEST_SUITE_P(
               "svn propset -q svn:externals '^/tags ext' .; svn update -q",
               {"status"},
               "properties modified  .\n"
-              "switched             dir\n"
-              "external             ext\n"
+              "switched     dir\n"
+              "external     ext\n"
               "3 items: 1 properties modified, 1 switched, 1 external\n"},
         Shown{"locks held here and elsewhere",
               "echo x > a.c",
               "svn update -q; svn lock -q --username alice -m 'My turn' a.c; svn checkout -q "
               "$URL/trunk ../third; svn lock -q --username bob -m 'Hands off' ../third/b.c",
               {"status", "-u"},
-              "Here    Repository  Path\n"
-              "locked  -           a.c  (locked here by alice: My turn)\n"
-              "locked  -           b.c  (locked elsewhere by bob: Hands off)\n"
+              "Here         Repository  Path\n"
+              "locked       -           a.c  (locked here by alice: My turn)\n"
+              "locked       -           b.c  (locked elsewhere by bob: Hands off)\n"
               "2 items: 2 locked\n"},
         Shown{"a lock that was taken over",
               "echo x > a.c",
               "svn update -q; svn lock -q --username alice a.c; svn checkout -q $URL/trunk "
               "../third; svn lock -q --force --username bob ../third/a.c",
               {"status", "-u"},
-              "Here    Repository  Path\n"
-              "locked  -           a.c  (lock taken over by bob)\n"
+              "Here         Repository  Path\n"
+              "locked       -           a.c  (lock taken over by bob)\n"
               "1 item: 1 locked\n"},
         Shown{"what comes in, in text and properties",
               "echo x >> a.c; svn propset -q p v b.c; svn remove -q dir/c.c; touch n.c; svn add -q "
               "n.c",
               "svn propset -q q w b.c",
               {"status", "-u"},
-              "Here                 Repository           Path\n"
-              "unchanged            modified             .\n"
-              "unchanged            modified             a.c\n"
+              "Here         Repository  Path\n"
+              "unchanged    modified    .\n"
+              "unchanged    modified    a.c\n"
               "properties modified  properties modified  b.c\n"
-              "unchanged            deleted              dir/c.c\n"
-              "not here             added                n.c\n"
+              "unchanged    deleted     dir/c.c\n"
+              "not here     added       n.c\n"
               "5 items: 4 changed in the repository, 1 properties modified; also: 1 changed in the "
               "repository\n"},
         Shown{"names that are not there",
               "",
               "echo x > a.c",
               {"status", "a.c", "dirr", "b.c"},
-              "modified  a.c\n1 item: 1 modified\n",
+              "modified     a.c\n1 item: 1 modified\n",
               "quen status: \"dirr\" does not exist. Did you mean \"dir\"?\n",
               1},
         Shown{"a name that XML cannot hold",
@@ -355,7 +355,7 @@ TEST_F(StatusOfRealWorkingCopy, AnAuthorThatXMLCannotHoldIsNamedAndAllIsShown) {
 
     const Ran ran = sandbox.quen({"status"});
 
-    EXPECT_EQ(ran.out, "modified  a.c\n1 item: 1 modified\n");
+    EXPECT_EQ(ran.out, "modified     a.c\n1 item: 1 modified\n");
     EXPECT_THAT(ran.err, ::testing::HasSubstr("The author \"ma\xEF\xBF\xBDllory\" of \"a.c\" holds "
                                               "control characters"));
     EXPECT_EQ(ran.status, 0);

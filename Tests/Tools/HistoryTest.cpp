@@ -67,6 +67,20 @@ TEST(OneLine, FitsTheWidth) {
     EXPECT_EQ(oneLine(anEntry(), plain, 80), "r12     2026-01-02  Alice       Fix the parser\n");
 }
 
+TEST(OneLine, ALongNameOfAnAuthorKeepsTheColumns) {
+    const Palette plain(Palette::Use::never);
+    HistoryEntry entry = anEntry();
+    entry.commit.author = "bartholomew.longfellow";
+    const std::string start = "r12     2026-01-02  ";
+    EXPECT_EQ(oneLine(entry, plain, 0), start + "bartholom\xE2\x80\xA6  Fix the parser\n");
+    EXPECT_EQ(oneLine(entry, plain, 40), start + "Fix the parser\n");
+    EXPECT_EQ(oneLine(entry, plain, 80), start + "bartholom\xE2\x80\xA6  Fix the parser\n");
+    EXPECT_EQ(oneLine(entry, plain, 250),
+              start + "bartholomew.longfel\xE2\x80\xA6  Fix the parser\n");
+    entry.commit.author = String();
+    EXPECT_EQ(oneLine(entry, plain, 0), start + "-           Fix the parser\n");
+}
+
 TEST(ParseChanges, ReadsWhatTheClientReads) {
     using Numbers = std::vector<std::int64_t>;
     struct Case {

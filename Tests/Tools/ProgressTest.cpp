@@ -1,4 +1,6 @@
 #include "Tests/Support/CaseName.h"
+#include "Tools/Terminal/Fitting.h"
+#include "Tools/Terminal/Marks.h"
 #include "Tools/Terminal/Progress.h"
 
 #include <gtest/gtest.h>
@@ -43,6 +45,33 @@ INSTANTIATE_TEST_SUITE_P(
                             "bcdef",
                             4, "e\xCC\x81…ef"}),
     CaseName());
+
+TEST(ColumnText, HasTheWidthWhateverTheTextIs) {
+    struct Case {
+        const char* text;
+        std::size_t width;
+        const char* column;
+    };
+    for (const Case& each : {Case{"alice", 10, "alice     "},
+                             {"bartholomew", 11, "bartholomew"},
+                             {"bartholomew", 10, "bartholom…"},
+                             {"äöü", 4, "äöü "},
+                             {"漢字漢字", 6, "漢字… "},
+                             {"", 2, "  "},
+                             {"ab", 0, ""}}) {
+        EXPECT_EQ(columnText(each.text, each.width), each.column) << each.text;
+    }
+}
+
+TEST(Marks, AreThoseOfTheLocale) {
+    for (const char* const unicode : {"C.UTF-8", "de_DE.utf8", "en_US.UTF-8@euro"}) {
+        EXPECT_EQ(marksOf(unicode).ellipsis, "…") << unicode;
+    }
+    for (const char* const other : {"", "C", "POSIX", "de_DE.ISO-8859-1", "en_US"}) {
+        EXPECT_EQ(marksOf(other).ellipsis, "...") << other;
+        EXPECT_EQ(marksOf(other).replacement, "?") << other;
+    }
+}
 
 struct LineCase {
     std::string name;

@@ -4,7 +4,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/FetchFile.h"
 #include "Tools/Commands/Content/StreamFile.h"
-#include "Tools/Commands/Places/RevisionArguments.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 
 #include <iostream>
 #include <memory>
@@ -74,11 +74,16 @@ int printStreamed(Session& session, const SourceTree& source, const Options& opt
                : printFetched(session, source, options);
 }
 
-int runCatCommand(Session& session, const Options& options) {
-    const auto source = findSource(session, options.path);
-    if (!source) {
-        return source.status();
+int runCatCommand(Session& session, const Options& asked) {
+    const auto source = findSource(session, asked.path);
+    const auto revision =
+        source ? resolveRevisions(session, *source, asked.path, asked.revision, asked.pegs)
+               : Outcome<RevisionRange>(source.explained());
+    if (!revision) {
+        return revision.status();
     }
+    Options options = asked;
+    options.revision = *revision;
     return options.common.json ? printFetched(session, *source, options)
                                : printStreamed(session, *source, options);
 }

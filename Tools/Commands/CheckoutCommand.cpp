@@ -5,8 +5,7 @@
 #include "Tools/Commands/Changes/Losses.h"
 #include "Tools/Commands/Changes/Transfer.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
-#include "Tools/Commands/Places/RevisionArguments.h"
-#include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 #include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Records.h"
 
@@ -59,6 +58,10 @@ int runCheckoutCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
+    const auto revision = resolveRevisions(session, *source, options.url, options.revision);
+    if (!revision) {
+        return revision.status();
+    }
     const std::string directory =
         options.directory.empty() ? directoryNameFor(options.url) : options.directory;
     const int confirmed = concerns(options, directory).obtain(session, options.isSure);
@@ -69,7 +72,7 @@ int runCheckoutCommand(Session& session, const Options& options) {
     request->setDestination(closedDirectory(directory));
     // The client's own default. Said, so that a URL that leads nowhere is told with its revision.
     request->setStartingRevision(
-        startingRevisionFor(options.revision.isGiven() ? options.revision.start : "HEAD"));
+        startingRevisionFor(revision->isGiven() ? revision->start : "HEAD"));
     return makeTransfer(session, {{request, directory, true}, [&](const ChangeFacts& facts) {
                                       return "Checked out" + revisionIn(facts) + " to " +
                                              printable(directory) + itemsIn(facts) + ".";

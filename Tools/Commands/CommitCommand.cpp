@@ -28,16 +28,13 @@ struct Options {
 /// No more than a screen holds.
 constexpr std::size_t shownItems = 20;
 
-int tellNothingToCommit(const Options& options, const CommitPreview& preview) {
-    if (options.common.json) {
-        printJson(changeRecord(Value(), "Nothing to commit.", ChangeOutput()));
-        return ExitSuccess;
-    }
-    std::cout << "Nothing to commit.\n";
-    for (const std::string& note : preview.notes()) {
+int tellNothingToCommit(const Session& session, const CommitPreview& preview) {
+    const int status = tellNothingToDo(session, "Nothing to commit.");
+    for (const std::string& note :
+         session.options().json ? std::vector<std::string>() : preview.notes()) {
         std::cout << note << '\n';
     }
-    return ExitSuccess;
+    return status;
 }
 
 /// With an editor it stands below the message; otherwise the message is there already.
@@ -116,7 +113,7 @@ int runCommitCommand(Session& session, const Options& options) {
         return preview.status();
     }
     if (preview->sendsNothing()) {
-        return tellNothingToCommit(options, *preview);
+        return tellNothingToCommit(session, *preview);
     }
     LogMessage message(session);
     if (!message.obtain(options.message, textForEditor(session, *source, *preview, options))) {

@@ -5,6 +5,7 @@
 #include "Tools/Commands/Content/DiffSummary.h"
 #include "Tools/Commands/Content/DifferenceStream.h"
 #include "Tools/Commands/Content/LocalDifference.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Console/Base64.h"
 
@@ -138,16 +139,22 @@ int showDifferences(Session& session, const SourceTree& source, const Options& o
     return status;
 }
 
-int runDiffCommand(Session& session, const Options& options) {
-    if (const std::string fault = faultOf(options); !fault.empty()) {
+int runDiffCommand(Session& session, const Options& asked) {
+    if (const std::string fault = faultOf(asked); !fault.empty()) {
         session.tell(fault);
         return ExitUsage;
     }
-    const auto& paths = options.targets.paths;
-    const auto source = findSource(session, paths.empty() ? "." : paths.front());
-    if (!source) {
-        return source.status();
+    const auto& paths = asked.targets.paths;
+    const std::string place = paths.empty() ? "." : paths.front();
+    const auto source = findSource(session, place);
+    const auto revisions = source
+                               ? resolveRevisions(session, *source, place, asked.targets.revisions)
+                               : Outcome<RevisionRange>(source.explained());
+    if (!revisions) {
+        return revisions.status();
     }
+    Options options = asked;
+    options.targets.revisions = *revisions;
     if (!options.program.empty()) {
         session.compareWith({"--diff-cmd", options.program});
     }

@@ -5,7 +5,7 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/FetchFile.h"
-#include "Tools/Commands/Places/RevisionArguments.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 
 #include <filesystem>
 #include <iostream>
@@ -91,8 +91,12 @@ int runExportCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
-    const auto file =
-        fetchFile(session, *source, {options.path, options.revision.start, options.pegs});
+    const auto revision =
+        resolveRevisions(session, *source, options.path, options.revision, options.pegs);
+    if (!revision) {
+        return revision.status();
+    }
+    const auto file = fetchFile(session, *source, {options.path, revision->start, options.pegs});
     return file ? place(session, *file, options) : file.status();
 }
 

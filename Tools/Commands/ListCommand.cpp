@@ -2,8 +2,7 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Content/ListedEntries.h"
-#include "Tools/Commands/Places/RevisionArguments.h"
-#include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 #include "Tools/Commands/Session/ShowRecords.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/Pager.h"
@@ -98,11 +97,17 @@ int stream(Session& session, const SourceTree& source, const Options& options,
     return session.streamClient(words, {place}, take);
 }
 
-int runListCommand(Session& session, const Options& options) {
-    const auto source = findSource(session, options.path);
+int runListCommand(Session& session, const Options& asked) {
+    const auto source = findSource(session, asked.path);
     if (!source) {
         return source.status();
     }
+    const auto revision = resolveRevisions(session, *source, asked.path, asked.revision);
+    if (!revision) {
+        return revision.status();
+    }
+    Options options = asked;
+    options.revision = *revision;
     View view(options);
     const int status =
         stream(session, *source, options, [&](std::string_view piece) { return view.take(piece); });

@@ -1,6 +1,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/History/HistoryFormat.h"
 #include "Tools/Commands/History/HistoryQuery.h"
+#include "Tools/Commands/History/ShowGraph.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/Columns.h"
 #include "Tools/Terminal/Pager.h"
@@ -22,6 +23,8 @@ struct Options {
     bool isOneLine = false;
     bool isQuiet = false;
     bool isInLines = false;
+    bool isGraph = false;
+    LayoutOptions layout;
 };
 
 class PeoplesView : public HistoryView {
@@ -99,7 +102,23 @@ int showAll(Session& session, const Options& options, HistoryView& view) {
     return status;
 }
 
+GraphOptions graphOptions(const Options& options) {
+    GraphOptions graph;
+    graph.query.limit = options.query.limit;
+    graph.query.filter = options.query.filter;
+    graph.layout = options.layout;
+    graph.location = options.query.location;
+    graph.isOneLine = options.isOneLine;
+    graph.isQuiet = options.isQuiet;
+    graph.wantsPaths = options.query.wantsPaths;
+    graph.isInLines = options.isInLines;
+    return graph;
+}
+
 int runLogCommand(Session& session, const Options& options) {
+    if (options.isGraph) {
+        return showGraph(session, graphOptions(options));
+    }
     if (options.common.json || options.isInLines) {
         ScriptsView view(options);
         const int status = showAll(session, options, view);
@@ -127,7 +146,8 @@ void addLogCommand(CommandLine& line) {
     Subcommand command = line.add("log", "Show the history of a file or directory");
     const Parameter revision =
         addRevisionOption(command, query.revisions, true, "Revision, or range of revisions A:B");
-    addChangeOption(command, options->changes, "Show only revision N; also N,M").excludes(revision);
+    Parameter change = addChangeOption(command, options->changes, "Show only revision N; also N,M");
+    change.excludes(revision);
     const Parameter path = command.argument("PATH", query.location, "Path or URL (default: .)");
     command.option("-l,--limit", query.limit, "Show at most N revisions; -N is short for it")
         .checked(complaintAboutLimit);
@@ -136,14 +156,23 @@ void addLogCommand(CommandLine& line) {
     command.flag("-v,--verbose,-f,--files", query.wantsPaths,
                  "Also show the changed files of each revision");
     query.filter.addTo(command);
-    command.flag("--stop-on-copy", query.stopsOnCopy,
-                 "Stop at the revision that created the item by copying");
+    const Parameter stop = command.flag("--stop-on-copy", query.stopsOnCopy,
+                                        "Stop at the revision that created the item by copying");
+    command
+        .flag("--graph", options->isGraph,
+              "Draw the branches and merges of the whole project beside its revisions")
+        .excludes(revision)
+        .excludes(change)
+        .excludes(stop);
     command.flag("--peg", query.pegs, "Look the path up in revision REV, to reach deleted items")
         .needs(path)
         .needs(revision);
+    options->layout.addTo(command);
     command.flag("--jsonl", options->isInLines, "Print one JSON object per line, as they arrive");
     command.details("Without -r, the history starts at HEAD, so that what others have committed\n"
                     "since your last update is shown too.\n\n"
+                    "--graph is about the project that PATH lies in, from HEAD; trunk, branches\n"
+                    "and tags are found as for `quen branches`.\n\n"
                     "--author, --search and --since are applied to what svn log reports; letter\n"
                     "case does not matter.");
     runInSession<Options>(command, options, runLogCommand);

@@ -7,11 +7,11 @@
 #include "Tools/Commands/Changes/TransferPreview.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/BranchLocation.h"
-#include "Tools/Commands/Places/RevisionArguments.h"
-#include "Tools/Commands/Places/SourceTreeFinder.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 #include "Tools/Commands/Session/HostQueries.h"
 #include "Tools/Commands/Session/Records.h"
 
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -117,15 +117,25 @@ std::string mergeSummary(const ChangeFacts& facts, const Options& options, const
                                          branch + ".\n" + wayBack(options, before);
 }
 
-int mergeRange(Session& session, const Options& options, const SourceTree& source,
-               const String& branch, const RevisionRange& range, const Losses& before) {
-    const auto request = makeRequest(RequestTypeMerge, source, {clientPath(options.path)});
+QuenSourceControlRequestPtr requestFor(const Options& options, const SourceTree& source,
+                                       const String& branch, const RevisionRange& range) {
+    auto request = makeRequest(RequestTypeMerge, source, {clientPath(options.path)});
     request->setDestination(branch);
     request->setStartingRevision(startingRevisionFor(range.start));
     request->setEndingRevision(range.isRange() ? String(range.end) : String());
-    Transfer transfer{{request, options.path}, [&](const ChangeFacts& facts) {
+    return request;
+}
+
+int mergeRanges(Session& session, const Options& options, const SourceTree& source,
+                const String& branch, const Losses& before) {
+    std::vector<QuenSourceControlRequestPtr> requests;
+    for (const RevisionRange& range : rangesOf(options)) {
+        requests.push_back(requestFor(options, source, branch, range));
+    }
+    Transfer transfer{{requests.front(), options.path}, [&](const ChangeFacts& facts) {
                           return mergeSummary(facts, options, before);
                       }};
+    transfer.further = {std::next(requests.begin()), requests.end()};
     if (!options.dropsTheirs) {
         transfer.keepTheirs = [&](const ChangeFacts& facts) {
             return keepTheirsOfMerge(facts, workingDirectory(), opened(branch));
@@ -147,13 +157,7 @@ int merge(Session& session, const Options& options, const SourceTree& source,
     if (status != ExitSuccess) {
         return status;
     }
-    for (const RevisionRange& range : rangesOf(options)) {
-        // What one change leaves to decide the next would only bury.
-        if (status == ExitSuccess) {
-            status = mergeRange(session, options, source, branch, range, *before);
-        }
-    }
-    return before->conclude(session, status);
+    return before->conclude(session, mergeRanges(session, options, source, branch, *before));
 }
 
 int previewAll(const Session& session, const Options& options, const String& branch) {
@@ -165,21 +169,30 @@ int previewAll(const Session& session, const Options& options, const String& bra
     return status;
 }
 
-int runMergeCommand(Session& session, const Options& options) {
-    const RevisionRange& revisions = options.revisions;
+int runMergeCommand(Session& session, const Options& asked) {
+    const RevisionRange& revisions = asked.revisions;
     if (revisions.isGiven() && !revisions.isRange()) {
         session.tell("A merge takes two revisions, -r START:END: the changes after START are "
                      "merged, up to END.");
         return ExitUsage;
     }
-    const auto source = findSource(session, options.path);
+    const auto source = findSource(session, asked.path);
     if (!source) {
         return source.status();
     }
-    const auto branch = branchLocation(session, options.layout, options.path, options.branch);
+    const auto branch = branchLocation(session, asked.layout, asked.path, asked.branch);
     if (!branch) {
         return branch.status();
     }
+    // Revisions before others are those of the branch that is merged.
+    const auto resolved = revisions.isGiven()
+                              ? resolveRevisions(session, *source, opened(*branch), revisions)
+                              : Outcome(revisions);
+    if (!resolved) {
+        return resolved.status();
+    }
+    Options options = asked;
+    options.revisions = *resolved;
     if (options.isPreview || options.common.dryRun) {
         const int status = previewAll(session, options, *branch);
         if (options.isPreview || status == ExitFailure) {

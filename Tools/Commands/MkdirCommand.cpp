@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <system_error>
 
@@ -64,8 +63,7 @@ int makeWithParents(Session& session, const Options& options, const String& mess
         }
     }
     if (paths.empty()) {
-        std::cout << (options.common.json ? "null" : "Nothing to create.") << '\n';
-        return ExitSuccess;
+        return tellNothingToDo(session, "Nothing to create.");
     }
     const auto performed = session.performCommand(words, paths, RequestTypeMakeDirectory);
     return finishChange(session, performed, {nullptr, isRemote ? "" : paths.front()},

@@ -3,6 +3,7 @@
 #include "Tools/Commands/Content/DifferenceStream.h"
 #include "Tools/Commands/History/HistoryFormat.h"
 #include "Tools/Commands/History/HistoryQuery.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/Times.h"
@@ -64,7 +65,8 @@ int runShowCommand(Session& session, const Options& options) {
     if (!range || range->isRange()) {
         return session
             .fail("\"" + printable(options.revision) +
-                      "\" is not a valid revision. Use a number, HEAD or a date in braces; "
+                      "\" is not a valid revision. Use a number, HEAD or a date in braces, with "
+                      "^ behind it for the one before; "
                       "`quen log` shows them.",
                   ExitUsage)
             .status;
@@ -75,9 +77,14 @@ int runShowCommand(Session& session, const Options& options) {
     if (!root) {
         return root.status();
     }
+    const auto revisions =
+        resolveRevisions(session, *source, options.path == "." ? *root : options.path, *range);
+    if (!revisions) {
+        return revisions.status();
+    }
     HistoryQuery query;
     query.location = *root;
-    query.revisions = *range;
+    query.revisions = *revisions;
     query.wantsPaths = true;
     Keeper keeper;
     const int status = showHistory(session, query, keeper);
@@ -104,7 +111,8 @@ void addShowCommand(CommandLine& line) {
         .flag("-y,--side-by-side", options->isSideBySide,
               "Show old and new lines beside each other, from 60 columns on")
         .excludes(stat);
-    command.argument("REV", options->revision, "Revision to show (default: HEAD)");
+    command.argument("REV", options->revision,
+                     "Revision to show (default: HEAD); REV^ is the one before");
     command.argument("PATH", options->path, "Path or URL in the repository (default: .)");
     runInSession<Options>(command, options, runShowCommand);
 }

@@ -4,9 +4,8 @@
 #include "Tools/Commands/Changes/Transfer.h"
 #include "Tools/Commands/Changes/TransferPreview.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 #include "Tools/Commands/Places/MissingPaths.h"
-#include "Tools/Commands/Places/RevisionArguments.h"
-#include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/HostQueries.h"
 
 #include <algorithm>
@@ -65,8 +64,13 @@ int runUpdateCommand(Session& session, const Options& options) {
     if (!source) {
         return source.status();
     }
+    const auto revision =
+        resolveRevisions(session, *source, options.paths.front(), options.revision);
+    if (!revision) {
+        return revision.status();
+    }
     const auto request = makeRequest(RequestTypeUpdate, *source, clientPaths(options.paths));
-    request->setStartingRevision(startingRevisionFor(options.revision.start));
+    request->setStartingRevision(startingRevisionFor(revision->start));
     Transfer transfer{{request, options.paths.front()}, updateSummary, {}, "quen cat"};
     if (!options.dropsTheirs) {
         transfer.keepTheirs = [](const ChangeFacts& facts) {

@@ -1,6 +1,7 @@
 #include "Tools/Terminal/Progress.h"
 
 #include "Host/Text.h"
+#include "Tools/Terminal/Fitting.h"
 #include "Tools/Terminal/Style.h"
 
 #include <cstdlib>
@@ -16,41 +17,6 @@ constexpr std::chrono::milliseconds redrawInterval{100};
 /// With less room than this there is no point in saying what is being done.
 constexpr std::size_t leastDoingWidth = 8;
 constexpr std::string_view clearRestOfLine = "\x1b[K";
-constexpr std::string_view ellipsis = "\xE2\x80\xA6"; // one cell wide
-
-bool isContinuation(char byte) noexcept {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-/// The longest beginning of the text that takes no more than `width` cells.
-std::string_view beginning(std::string_view text, std::size_t width) {
-    std::size_t end = 0;
-    for (std::size_t next = 1; next <= text.size(); ++next) {
-        if (next < text.size() && isContinuation(text[next])) {
-            continue;
-        }
-        if (terminalWidth(text.substr(0, next)) > width) {
-            break;
-        }
-        end = next;
-    }
-    return text.substr(0, end);
-}
-
-/// The longest end of the text that takes no more than `width` cells.
-std::string_view ending(std::string_view text, std::size_t width) {
-    std::size_t start = text.size();
-    for (std::size_t next = text.size(); next > 0; --next) {
-        if (isContinuation(text[next - 1])) {
-            continue;
-        }
-        if (terminalWidth(text.substr(next - 1)) > width) {
-            break;
-        }
-        start = next - 1;
-    }
-    return text.substr(start);
-}
 
 std::string clockText(std::chrono::seconds elapsed) {
     const auto seconds = elapsed.count() % 60;
@@ -71,26 +37,6 @@ void writeToTerminal(const std::string& text) noexcept {
 }
 
 } // namespace
-
-std::string fittingText(std::string_view text, std::size_t width) {
-    if (terminalWidth(text) <= width) {
-        return std::string(text);
-    }
-    if (width == 0) {
-        return {};
-    }
-    const std::size_t front = (width - 1) / 3;
-    std::string shown(beginning(text, front));
-    shown += ellipsis;
-    return shown.append(ending(text, width - 1 - front));
-}
-
-std::string startingText(std::string_view text, std::size_t width) {
-    if (terminalWidth(text) <= width) {
-        return std::string(text);
-    }
-    return width == 0 ? std::string() : std::string(beginning(text, width - 1)).append(ellipsis);
-}
 
 std::string progressLine(const ProgressFacts& facts, std::size_t width) {
     const std::string head = std::to_string(facts.items) + (facts.items == 1 ? " item" : " items") +

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <mutex>
 #include <string>
-#include <string_view>
 #include <thread>
 
 namespace quen::tools {
@@ -17,13 +16,6 @@ struct ProgressFacts {
     std::size_t items = 0;
     std::chrono::seconds elapsed{0};
 };
-
-/// The text in at most `width` cells of a terminal. Of one that is too long the middle is left out:
-/// the front says what is done, the end which file it is done to.
-std::string fittingText(std::string_view text, std::size_t width);
-
-/// Likewise; of a text that is too long the end is left out.
-std::string startingText(std::string_view text, std::size_t width);
 
 /// `12 items  0:07  A    src/main.c`, in at most `width` cells.
 std::string progressLine(const ProgressFacts& facts, std::size_t width);

@@ -1,6 +1,7 @@
 #include "Tools/Terminal/SafeText.h"
 
 #include "Host/Text.h"
+#include "Tools/Terminal/Marks.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +10,8 @@ namespace quen::tools {
 
 namespace {
 
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
+/// What stands for a byte that is not UTF-8.
+constexpr std::string_view foreignByte = "\xEF\xBF\xBD";
 
 /// As UTF-8 writes them: marks, embeddings, overrides and isolates of the direction of writing, and
 /// the separators of lines and paragraphs.
@@ -40,6 +42,9 @@ std::size_t lengthOfUnsafe(std::string_view text) {
     if (first == 0xC2 && static_cast<unsigned char>(text[1]) < 0xA0) {
         return 2;
     }
+    if (text.starts_with(foreignByte)) {
+        return foreignByte.size();
+    }
     return first < 0x80 ? 0 : lengthOfOneOf(deceptive, text);
 }
 
@@ -68,7 +73,7 @@ std::string made(std::string_view text, std::string_view allowed, bool allowsCol
         const bool isAllowed = allowed.find(rest[0]) != std::string_view::npos;
         const std::size_t unsafe = colour > 0 || isAllowed ? 0 : lengthOfUnsafe(rest);
         const auto length = std::max<std::size_t>({colour, unsafe, 1});
-        shown += unsafe > 0 ? replacement : rest.substr(0, length);
+        shown += unsafe > 0 ? marks().replacement : rest.substr(0, length);
         rest.remove_prefix(length);
     }
     return shown;

@@ -7,7 +7,7 @@ namespace quen::tools {
 
 /// A text from outside, made safe to show: control characters, characters that change the direction
 /// of writing or begin a line, and bytes that are not UTF-8, all of which could play tricks on a
-/// terminal or its reader, are shown as U+FFFD.
+/// terminal or its reader, are shown as U+FFFD, or as `?` where the locale is not one of UTF-8.
 std::string printable(std::string_view text);
 
 /// Likewise for a line of a text, whose tabs stay as they are.

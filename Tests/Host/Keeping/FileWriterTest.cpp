@@ -64,7 +64,7 @@ TEST(FileWriterTest, RefusesToReplaceUnlessTold) {
     EXPECT_EQ(error.domain(), FileErrorDomain);
     EXPECT_EQ(error.code(), EEXIST);
     EXPECT_EQ(error.localizedDescription(),
-              String("“" + path.str() + "” could not be written: File exists."));
+              String("\"" + path.str() + "\" could not be written: File exists."));
     EXPECT_EQ(contentOf(path), "old");
     EXPECT_EQ(countIn(directory), 1U);
 }
@@ -137,7 +137,7 @@ TEST(FileWriterTest, TellsTheSystemsReason) {
     EXPECT_EQ(writeFile(directory.path(), "x", with(Existing::replaced)).code(), EISDIR);
     EXPECT_EQ(writeFile("/dev/full", "x", with(Existing::replaced)).code(), ENOSPC);
     EXPECT_EQ(writeFile("/dev/full", "x", with(Existing::replaced)).localizedDescription(),
-              "“/dev/full” could not be written: No space left on device.");
+              "\"/dev/full\" could not be written: No space left on device.");
     EXPECT_FALSE(writeFile("/dev/null", "x", Options()));
 }
 

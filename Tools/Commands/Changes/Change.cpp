@@ -70,6 +70,15 @@ int finishChange(const Session& session, const Outcome<QuenSourceControlOperatio
     return concludeChange(session, performed, change);
 }
 
+int tellNothingToDo(const Session& session, const std::string& summary) {
+    if (session.options().json) {
+        printJson(changeRecord(Value(), summary, ChangeOutput()));
+    } else {
+        std::cout << summary << '\n';
+    }
+    return ExitSuccess;
+}
+
 int concludeChange(const Session& session, const QuenSourceControlOperation& performed,
                    const Change& change) {
     const int status = session.finish(performed);

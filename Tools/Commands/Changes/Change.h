@@ -27,6 +27,9 @@ using ChangeSummary = std::function<std::string(const Value& result, const Chang
 /// working copy may have been left locked. The exit status.
 int makeChange(Session& session, const Change& change, const ChangeSummary& summary);
 
+/// Tells of a change that there was nothing to make, likewise. ExitSuccess.
+int tellNothingToDo(const Session& session, const std::string& summary);
+
 /// The second half of that, for an operation that was performed.
 int finishChange(const Session& session, const Outcome<QuenSourceControlOperationPtr>& operation,
                  const Change& change, const ChangeSummary& summary);

@@ -1,6 +1,7 @@
 #include "Tools/Commands/Changes/PathsByStatus.h"
 
 #include "Host/Plans/Plans.h"
+#include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/Losses.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/Content/StatusItem.h"
@@ -8,7 +9,6 @@
 #include "Tools/Commands/Session/Records.h"
 
 #include <filesystem>
-#include <iostream>
 #include <system_error>
 
 namespace quen::tools {
@@ -50,8 +50,7 @@ Outcome<std::vector<std::string>> pathsWithStatus(const Session& session, const 
 int editByStatus(Session& session, const LocalEdit& edit, const LocalEditOptions& options,
                  const std::vector<std::string>& paths, const std::string& word) {
     if (paths.empty()) {
-        std::cout << (options.common.json ? "null" : "Nothing to " + edit.toDo + ".") << '\n';
-        return ExitSuccess;
+        return tellNothingToDo(session, "Nothing to " + edit.toDo + ".");
     }
     Confirmation confirmation("By what the status says:", capitalised(edit.toDo) + " " +
                                                               counted(paths.size(), edit.noun) +

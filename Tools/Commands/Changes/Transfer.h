@@ -22,6 +22,9 @@ struct Transfer {
     /// The command that shows what came in where it was not kept, without the item: `quen cat`;
     /// empty where there is none.
     std::string showTheirs = {};
+    /// Made one after another behind the change, and told of together with it; none is made once
+    /// something went wrong or is left to decide, which the next would only bury.
+    std::vector<QuenSourceControlRequestPtr> further = {};
 };
 
 /// Makes it and tells how it went: like `makeChange`, and on standard error each conflict that the

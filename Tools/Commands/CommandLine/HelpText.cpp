@@ -1,6 +1,7 @@
 #include "Tools/Commands/CommandLine/HelpText.h"
 
 #include "Tools/Commands/CommandLine/CommandTable.h"
+#include "Tools/Terminal/Fitting.h"
 
 #include <algorithm>
 #include <string_view>
@@ -17,24 +18,6 @@ using Row = std::pair<std::string, std::string>;
 /// Wider names stand on a line of their own.
 constexpr std::size_t widestName = 26;
 constexpr std::size_t leastTextWidth = 20;
-
-/// The text in lines of at most `width` characters, the later ones indented.
-std::string wrapped(const std::string& text, std::size_t indent, std::size_t width) {
-    const std::size_t room = std::max(width > indent ? width - indent : 0, leastTextWidth);
-    std::string lines;
-    std::size_t used = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = std::min(text.find(' ', at), text.size());
-        if (used > 0 && used + 1 + end - at > room) {
-            lines.append("\n").append(indent, ' ');
-            used = 0;
-        }
-        lines.append(used > 0 ? " " : "").append(text, at, end - at);
-        used += (used > 0 ? 1 : 0) + end - at;
-        at = end + 1;
-    }
-    return lines;
-}
 
 std::string section(const std::string& heading, const std::vector<Row>& rows, std::size_t width) {
     if (rows.empty()) {
@@ -55,7 +38,7 @@ std::string section(const std::string& heading, const std::vector<Row>& rows, st
         } else {
             text.append("\n").append(indent, ' ');
         }
-        text.append(wrapped(help, indent, width)).append("\n");
+        text.append(wrappedText(help, indent, width)).append("\n");
     }
     return text;
 }
@@ -91,7 +74,7 @@ std::string paragraphs(std::string_view text, std::size_t width) {
         const std::size_t end = std::min(text.find("\n\n"), text.size());
         std::string paragraph(text.substr(0, end));
         std::replace(paragraph.begin(), paragraph.end(), '\n', ' ');
-        shown.append("\n").append(wrapped(paragraph, 0, width)).append("\n");
+        shown.append("\n").append(wrappedText(paragraph, 0, width)).append("\n");
         text.remove_prefix(std::min(end + 2, text.size()));
     }
     return shown;
@@ -108,8 +91,8 @@ std::string shownOption(const OptionText& option) {
 }
 
 std::string helpOf(const CommandText& command, std::size_t width) {
-    std::string text = "Usage: " + wrapped(command.usage(), 7, width) + "\n\n" +
-                       wrapped(command.help + ".", 0, width) + "\n" + aliasesOf(command);
+    std::string text = "Usage: " + wrappedText(command.usage(), 7, width) + "\n\n" +
+                       wrappedText(command.help + ".", 0, width) + "\n" + aliasesOf(command);
     std::vector<Row> rows;
     for (const CommandText& each : command.commands) {
         rows.emplace_back(each.name, each.help);
@@ -127,8 +110,8 @@ std::string helpOf(const CommandText& command, std::size_t width) {
 
 std::string overviewOf(const CommandText& program, std::size_t width) {
     std::string text =
-        "Usage: " + wrapped("quen [-C DIR] COMMAND [OPTION...] [ARGUMENT...]", 7, width) + "\n\n" +
-        wrapped(program.help, 0, width) + "\n";
+        "Usage: " + wrappedText("quen [-C DIR] COMMAND [OPTION...] [ARGUMENT...]", 7, width) +
+        "\n\n" + wrappedText(program.help, 0, width) + "\n";
     for (const std::string& group : commandGroups()) {
         std::vector<Row> rows;
         for (const CommandText& command : program.commands) {
@@ -144,8 +127,8 @@ std::string overviewOf(const CommandText& program, std::size_t width) {
                      {"-h, --help", "Show this help"}},
                     width);
     return text + "\n" +
-           wrapped("`quen help COMMAND` describes a command, `man quen-COMMAND` likewise.", 0,
-                   width) +
+           wrappedText("`quen help COMMAND` describes a command, `man quen-COMMAND` likewise.", 0,
+                       width) +
            "\n";
 }
 

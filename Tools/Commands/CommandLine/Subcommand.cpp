@@ -61,6 +61,11 @@ Parameter& Parameter::excludes(const Parameter& other) {
     return *this;
 }
 
+Parameter& Parameter::repeatable() {
+    option_->trigger_on_parse();
+    return *this;
+}
+
 std::string Subcommand::name() const {
     const CLI::App* const parent = app_->get_parent();
     const bool isNested = parent != nullptr && parent->get_parent() != nullptr;

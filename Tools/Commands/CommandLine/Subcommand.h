@@ -31,6 +31,8 @@ public:
     /// capitals.
     Parameter& named(const std::string& kind);
     Parameter& oneOf(const std::vector<std::string>& values);
+    /// Given once or several times; only for an option that is read word by word.
+    Parameter& repeatable();
     /// One of the options that every command has.
     Parameter& general();
     /// Given only together with the other one.

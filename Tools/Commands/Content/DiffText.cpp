@@ -1,7 +1,7 @@
 #include "Tools/Commands/Content/DiffText.h"
 
 #include "Host/Text.h"
-#include "Tools/Terminal/Progress.h"
+#include "Tools/Terminal/Fitting.h"
 #include "Tools/Terminal/SafeText.h"
 
 #include <algorithm>

@@ -1,8 +1,10 @@
 #include "Tools/Commands/Content/ListedEntries.h"
 
-#include "Host/Text.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "Tools/Commands/History/HistoryFilter.h"
+#include "Tools/Commands/History/HistoryFormat.h"
+#include "Tools/Terminal/Columns.h"
+#include "Tools/Terminal/Fitting.h"
 #include "Tools/Terminal/SafeText.h"
 #include "Tools/Terminal/Times.h"
 
@@ -15,11 +17,6 @@ namespace {
 
 std::string right(std::string text, std::size_t width) {
     return std::string(text.size() < width ? width - text.size() : 0, ' ') + text;
-}
-
-std::string left(std::string text, std::size_t width) {
-    const std::size_t used = terminalWidth(text);
-    return text.append(used < width ? width - used : 0, ' ');
 }
 
 } // namespace
@@ -53,8 +50,10 @@ std::string detailedEntry(const ListEntry& entry, const Palette& palette, Date n
     const std::string revision =
         entry.commit.revision ? "r" + std::to_string(*entry.commit.revision) : "";
     std::string line = palette.paint(Style::warning, right(revision, 7));
-    line.append("  ").append(left(printable(entry.commit.author.view()), 10)).append("  ");
-    line.append(palette.paint(Style::faint, left(date ? ageText(*date, now) : "", 14)));
+    line.append("  ")
+        .append(columnText(printable(entry.commit.author.view()), authorWidthIn(outputColumns())))
+        .append("  ");
+    line.append(palette.paint(Style::faint, columnText(date ? ageText(*date, now) : "", 14)));
     line.append("  ").append(right(entry.size ? sizeText(*entry.size) : "", 5)).append("  ");
     return line.append(nameOfEntry(entry, palette));
 }

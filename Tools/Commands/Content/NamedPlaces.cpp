@@ -1,6 +1,9 @@
 #include "Tools/Commands/Content/NamedPlaces.h"
 
 #include "Tools/Commands/History/HistoryFilter.h"
+#include "Tools/Commands/History/HistoryFormat.h"
+#include "Tools/Terminal/Columns.h"
+#include "Tools/Terminal/Fitting.h"
 #include "Tools/Terminal/Table.h"
 #include "Tools/Terminal/Times.h"
 
@@ -31,6 +34,7 @@ Outcome<std::vector<ListEntry>> entriesOf(Session& session, const SourceTree& so
 void printNamedPlaces(const std::vector<ListEntry>& places, const std::string& current,
                       const Palette& palette) {
     const Date now = currentDate();
+    const std::size_t authorWidth = authorWidthIn(outputColumns());
     Table table;
     for (const ListEntry& place : places) {
         const auto date = dateOf(place.commit);
@@ -38,7 +42,7 @@ void printNamedPlaces(const std::vector<ListEntry>& places, const std::string& c
         const std::string mark = current.empty() ? "" : isCurrent ? "* " : "  ";
         table.add({{mark + printable(place.name.view()), isCurrent ? Style::good : Style::plain},
                    {"r" + std::to_string(place.commit.revision.value_or(0)), Style::warning, true},
-                   {printable(place.commit.author.view())},
+                   {startingText(printable(place.commit.author.view()), authorWidth)},
                    {date ? ageText(*date, now) : "", Style::faint}});
     }
     table.print(std::cout, palette);

@@ -42,7 +42,7 @@ void setLock(Dictionary& record, const char* key, const std::shared_ptr<const Lo
     }
 }
 
-void setFacts(Dictionary& record, const StatusEntry& entry) {
+void setFacts(Dictionary& record, const StatusEntry& entry, const std::string& reason) {
     setText(record, "item", entry.item);
     setText(record, "properties", entry.properties);
     setText(record, "incomingItem", entry.incomingItem);
@@ -57,6 +57,9 @@ void setFacts(Dictionary& record, const StatusEntry& entry) {
                       {"switched", entry.isSwitched},
                       {"fileExternal", entry.isFileExternal},
                       {"workingCopyLocked", entry.isWorkingCopyLocked}});
+    if (entry.isTreeConflict) {
+        record.set("treeConflict", String(reason));
+    }
 }
 
 std::string ownerOf(const UnreadableText& text) {
@@ -65,22 +68,19 @@ std::string ownerOf(const UnreadableText& text) {
 
 } // namespace
 
-Array statusRecords(const StatusFacts& facts, const TreeConflicts& treeConflicts) {
-    Array records = Array::empty();
-    for (const StatusEntry& entry : facts.entries) {
-        Dictionary record{
-            {QuenSourceControlOperationPathKey, entry.path},
-            {QuenSourceControlOperationWCStatusKey, std::int64_t{workingCopyFlags(entry)}},
-            {QuenSourceControlOperationRepositoryStatusKey, std::int64_t{repositoryFlags(entry)}}};
-        setFacts(record, entry);
-        if (entry.isTreeConflict) {
-            const auto reason = treeConflicts.find(entry.path.str());
-            record.set("treeConflict",
-                       String(reason == treeConflicts.end() ? std::string() : reason->second));
-        }
-        records.append(std::move(record));
-    }
-    return records;
+Dictionary statusRecord(const StatusEntry& entry, const std::string& reason) {
+    Dictionary record{
+        {QuenSourceControlOperationPathKey, entry.path},
+        {QuenSourceControlOperationWCStatusKey, std::int64_t{workingCopyFlags(entry)}},
+        {QuenSourceControlOperationRepositoryStatusKey, std::int64_t{repositoryFlags(entry)}}};
+    setFacts(record, entry, reason);
+    return record;
+}
+
+Dictionary shortStatusRecord(const StatusEntry& entry, const std::string& reason) {
+    Dictionary record{{"path", entry.path}};
+    setFacts(record, entry, reason);
+    return record;
 }
 
 std::string sentenceOnUnreadable(const UnreadableText& text) {

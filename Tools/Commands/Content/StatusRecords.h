@@ -1,20 +1,19 @@
 #pragma once
 
 #include "Foundation/Value.h"
-#include "Host/Facts/ListFacts.h"
 #include "Host/Facts/StatusFacts.h"
 
-#include <map>
 #include <string>
 
 namespace quen::tools {
 
-/// The client's own words for tree conflicts, by path.
-using TreeConflicts = std::map<std::string, std::string>;
+/// An entry of a status as JSON has it: the contract's keys with their flags, and beside them what
+/// the flags leave out, under the client's words. What does not apply is left out. `reason` is the
+/// client's own word for a tree conflict.
+Dictionary statusRecord(const StatusEntry& entry, const std::string& reason);
 
-/// A status as JSON has it: for each entry the contract's keys with their flags, and beside them
-/// what the flags leave out, under the client's words. What does not apply is left out.
-Array statusRecords(const StatusFacts& facts, const TreeConflicts& treeConflicts);
+/// Likewise, without the contract's keys.
+Dictionary shortStatusRecord(const StatusEntry& entry, const std::string& reason);
 
 /// A sentence that names what made a report unreadable for a strict reader: `The name "a?b" holds
 /// control characters, ..`.

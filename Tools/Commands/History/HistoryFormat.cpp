@@ -4,7 +4,7 @@
 #include "QuenFoundation/QuenSourceControlConstants.h"
 #include "QuenFoundation/QuenSourceControlStatus.h"
 #include "Tools/Commands/History/HistoryFilter.h"
-#include "Tools/Terminal/Progress.h"
+#include "Tools/Terminal/Fitting.h"
 #include "Tools/Terminal/SafeText.h"
 #include "Tools/Terminal/StatusWords.h"
 #include "Tools/Terminal/Table.h"
@@ -17,7 +17,6 @@ namespace quen::tools {
 
 namespace {
 
-constexpr std::size_t authorWidth = 10;
 constexpr std::size_t revisionWidth = 6;
 /// With less room than this the message alone is shown.
 constexpr std::size_t leastForAuthor = 60;
@@ -61,12 +60,14 @@ std::string pathsText(const std::vector<HistoryPath>& paths, const Palette& pale
     return out.str();
 }
 
-std::string padded(std::string text, std::size_t width) {
-    text.append(text.size() < width ? width - text.size() : 0, ' ');
-    return text;
-}
+/// With this room and more, longer names of authors are shown.
+constexpr std::size_t wideOutput = 120;
 
 } // namespace
+
+std::size_t authorWidthIn(std::size_t width) noexcept {
+    return width < wideOutput ? 10 : 20;
+}
 
 std::string commitLine(const CommitFacts& commit, const Palette& palette, Date now) {
     std::string line = palette.paint(Style::warning, revisionText(commit));
@@ -92,14 +93,16 @@ std::string fullText(const HistoryEntry& entry, const Palette& palette, Date now
 
 std::string oneLine(const HistoryEntry& entry, const Palette& palette, std::size_t width) {
     const auto date = dateOf(entry.commit);
-    const std::string revision = padded(revisionText(entry.commit), revisionWidth);
+    std::string revision = revisionText(entry.commit);
+    revision.resize(std::max(revision.size(), revisionWidth), ' ');
     const std::string day = date ? localDateText(*date).substr(0, 10) : std::string(10, ' ');
-    const std::string author = padded(authorText(entry.commit), authorWidth);
+    const std::string author = columnText(
+        entry.commit.author.isEmpty() ? "-" : authorText(entry.commit), authorWidthIn(width));
     const auto lines = linesOf(entry.message.view());
     std::string message = lines.empty() ? "" : printable(lines.front());
     const bool showsAuthor = width == 0 || width >= leastForAuthor;
     const std::size_t used =
-        revision.size() + day.size() + 4 + (showsAuthor ? author.size() + 2 : 0);
+        revision.size() + day.size() + 4 + (showsAuthor ? authorWidthIn(width) + 2 : 0);
     if (width > 0) {
         message = startingText(message, width > used ? width - used : 1);
     }

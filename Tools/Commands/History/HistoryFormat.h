@@ -15,6 +15,10 @@ std::string commitLine(const CommitFacts& commit, const Palette& palette, Date n
 /// A revision with its message and, where there are some, its changed paths.
 std::string fullText(const HistoryEntry& entry, const Palette& palette, Date now);
 
+/// How many cells the names of authors take at most, in columns of an output of `width` cells; 0
+/// for any width.
+std::size_t authorWidthIn(std::size_t width) noexcept;
+
 /// A revision in one line of at most `width` cells; 0 for any width.
 std::string oneLine(const HistoryEntry& entry, const Palette& palette, std::size_t width);
 

@@ -2,6 +2,7 @@
 
 #include "Host/Places/Locations.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Places/EarlierRevisions.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 
 #include <utility>
@@ -9,11 +10,6 @@
 namespace quen::tools {
 
 namespace {
-
-/// A date as the client takes it.
-std::string inBraces(Date date) {
-    return "{" + dateText(date).substr(0, 19) + "Z}";
-}
 
 /// What is read: the client can leave out what is too old, and count where nothing else is left
 /// out here.
@@ -85,6 +81,10 @@ private:
 
 } // namespace
 
+std::string revisionAt(Date date) {
+    return "{" + dateText(date).substr(0, 19) + "Z}";
+}
+
 int showHistory(Session& session, const HistoryQuery& query, HistoryView& view) {
     const auto source = findSource(session, query.location.empty() ? "." : query.location);
     if (!source) {
@@ -92,10 +92,14 @@ int showHistory(Session& session, const HistoryQuery& query, HistoryView& view) 
     }
     Stretch stretch(session, *source, view);
     if (query.revisions.isGiven()) {
-        return stretch.show(query, false);
+        const auto revisions =
+            resolveRevisions(session, *source, query.location, query.revisions, query.pegs);
+        HistoryQuery ofRevisions = query;
+        ofRevisions.revisions = revisions ? *revisions : RevisionRange();
+        return revisions ? stretch.show(ofRevisions, false) : revisions.status();
     }
     HistoryQuery fromYoungest = query;
-    fromYoungest.revisions = {"HEAD", query.filter.since ? inBraces(*query.filter.since) : "1"};
+    fromYoungest.revisions = {"HEAD", query.filter.since ? revisionAt(*query.filter.since) : "1"};
     if (isRepositoryURL(query.location)) {
         return stretch.show(query.filter.since ? fromYoungest : query, false);
     }

@@ -37,6 +37,9 @@ public:
     virtual bool flush() = 0;
 };
 
+/// The youngest revision at a date, as the client takes it.
+std::string revisionAt(Date date);
+
 /// Reads a history, the youngest first unless the range says otherwise, and shows it while the
 /// client writes. Without revisions that of a working copy begins with what others have committed
 /// since, as far as the item is still there. The exit status.

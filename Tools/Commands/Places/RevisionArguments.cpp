@@ -11,13 +11,16 @@ namespace quen::tools {
 
 namespace {
 
+/// How far back `~N` may go.
+constexpr std::int64_t mostSteps = 100'000;
+
 bool isNumber(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(),
                                         [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
 /// The revision as the client reads it; empty for anything else.
-std::string parseRevision(std::string_view text) {
+std::string parseNamed(std::string_view text) {
     if (isNumber(text)) {
         return std::string(text);
     }
@@ -32,6 +35,42 @@ std::string parseRevision(std::string_view text) {
                    [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     constexpr std::array<std::string_view, 4> words{"HEAD", "BASE", "COMMITTED", "PREV"};
     return std::find(words.begin(), words.end(), word) == words.end() ? std::string() : word;
+}
+
+/// How many changes before: of `^`, `^^`, `~3` and what else they can be put together to.
+std::optional<std::int64_t> parseSteps(std::string_view text) {
+    std::int64_t steps = 0;
+    while (!text.empty()) {
+        const char kind = text.front();
+        text.remove_prefix(1);
+        const std::size_t size = std::min(text.find_first_of("^~"), text.size());
+        std::int64_t count = 1;
+        if (kind == '~' && size > 0) {
+            const auto read = std::from_chars(text.data(), text.data() + size, count);
+            if (read.ec != std::errc() || read.ptr != text.data() + size || count < 1) {
+                return std::nullopt;
+            }
+            text.remove_prefix(size);
+        } else if (size > 0) {
+            return std::nullopt;
+        }
+        steps += count;
+        if (steps > mostSteps) {
+            return std::nullopt;
+        }
+    }
+    return steps;
+}
+
+/// Likewise, with `~N` behind it where it is one before another; empty for anything else.
+std::string parseRevision(std::string_view text) {
+    const std::size_t end = std::min(text.find_first_of("^~"), text.size());
+    const auto steps = parseSteps(text.substr(end));
+    const std::string named = parseNamed(text.substr(0, end));
+    if (!steps || named.empty()) {
+        return {};
+    }
+    return *steps == 0 ? named : named + "~" + std::to_string(*steps);
 }
 
 /// A date holds colons too.
@@ -70,8 +109,9 @@ Parameter addRevisionOption(Subcommand& command, RevisionRange& revisions, bool 
             return {};
         }
         return "\"" + word + "\" is not a valid revision" + (takesRange ? " or range" : "") +
-               ". A revision is a number, HEAD, BASE, PREV, COMMITTED or a date in braces" +
-               (takesRange ? ", a range is two of them with a colon between." : ".");
+               ". A revision is a number, HEAD, BASE, PREV, COMMITTED or a date in braces, with ^ "
+               "behind it the change before" +
+               (takesRange ? "; a range is two of them with a colon between." : ".");
     };
     return command.option("-r,--revision", "REV", read, help);
 }
@@ -133,7 +173,7 @@ Parameter addChangeOption(Subcommand& command, RevisionChanges& changes, const s
                                parsed->numbers.end());
         return {};
     };
-    return command.option("-c,--change", "N[,M]", read, help);
+    return command.option("-c,--change", "N[,M]", read, help).repeatable();
 }
 
 } // namespace quen::tools

@@ -13,6 +13,9 @@ namespace quen::tools {
 
 /// One revision or two, as a person writes them and as the client reads them: a number, a date in
 /// braces, or one of the words HEAD, BASE, COMMITTED and PREV, which may be typed in small letters.
+///
+/// `~N` behind one is the Nth change before it, of the item that the command is about: what the
+/// client does not read, and `resolveRevisions` replaces.
 struct RevisionRange {
     /// Empty where none was given.
     std::string start;
@@ -23,8 +26,8 @@ struct RevisionRange {
     bool isRange() const { return !end.empty(); }
 };
 
-/// `12`, `r12`, `HEAD`, `{2024-01-01 10:00}`, `10:12`, `{2024-01-01}:HEAD`; nullopt for anything
-/// else.
+/// `12`, `r12`, `HEAD`, `{2024-01-01 10:00}`, `10:12`, `{2024-01-01}:HEAD`; `12^` and `HEAD~3`,
+/// which become `12~1` and `HEAD~3`; nullopt for anything else.
 std::optional<RevisionRange> parseRevisionRange(std::string_view text);
 
 /// A revision as a request takes it at its start: the host's own names for HEAD and BASE, anything

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Host/Facts/HistoryFacts.h"
-#include "Tools/Commands/Report/ProjectLayout.h"
+#include "Tools/Commands/Places/ProjectLayout.h"
 #include "Tools/Commands/Report/ReportFacts.h"
 
 #include <string>

@@ -1,7 +1,6 @@
 #include "Tools/Commands/Report/ReportReader.h"
 
 #include "Foundation/PercentCoding.h"
-#include "Foundation/XMLReport.h"
 #include "Host/Facts/ListFacts.h"
 #include "Host/Places/Locations.h"
 #include "Tools/Commands/Changes/Summaries.h"
@@ -11,7 +10,6 @@
 #include "Tools/Terminal/Progress.h"
 
 #include <algorithm>
-#include <charconv>
 #include <numeric>
 #include <set>
 
@@ -72,7 +70,7 @@ private:
     int readFiles();
     void readMerges();
     void readAges();
-    void addMerge(const XMLElement& entry);
+    void addMerge(const HistoryEntry& entry);
     ReportIndex branchOf(std::int64_t revision) const;
     std::vector<std::string> filesToBlame() const;
     void blame(const std::string& path);
@@ -137,20 +135,13 @@ ReportIndex Reader::branchOf(std::int64_t revision) const {
     return found != facts_.revisions.end() && found->number == revision ? found->branch : nowhere;
 }
 
-std::int64_t revisionOf(const XMLElement& entry) {
-    const std::string_view text = entry.attribute("revision").value_or("");
-    std::int64_t revision = 0;
-    std::from_chars(text.data(), text.data() + text.size(), revision);
-    return revision;
-}
-
-/// The revisions that it brought stand within the entry; each branch among them was merged.
-void Reader::addMerge(const XMLElement& entry) {
-    const std::int64_t revision = revisionOf(entry);
+/// Each branch among what the revision brought was merged.
+void Reader::addMerge(const HistoryEntry& entry) {
+    const std::int64_t revision = entry.commit.revision.value_or(0);
     const ReportIndex into = branchOf(revision);
     std::map<ReportIndex, std::int64_t> lasts;
-    for (const XMLElement brought : entry.children("logentry")) {
-        const std::int64_t number = revisionOf(brought);
+    for (const HistoryEntry& brought : entry.merged) {
+        const std::int64_t number = brought.commit.revision.value_or(0);
         const ReportIndex from = branchOf(number);
         if (from != nowhere && from != into) {
             lasts[from] = std::max(lasts[from], number);
@@ -177,10 +168,9 @@ void Reader::readMerges() {
     for (const std::int64_t candidate : candidates) {
         words.insert(words.end(), {"-c", std::to_string(candidate)});
     }
-    XMLReportReader reader({"logentry"},
-                           [this](const XMLElement& entry, std::size_t) { addMerge(entry); });
+    HistoryReader reader([this](const HistoryEntry& entry) { addMerge(entry); });
     const int status = session_.streamClient(words, {layout_.url()}, [&](std::string_view piece) {
-        reader.read(piece);
+        reader.take(piece);
         return true;
     });
     if (status != ExitSuccess || reader.finish()) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Tools/Commands/Report/ProjectLayout.h"
+#include "Tools/Commands/Places/ProjectLayout.h"
 #include "Tools/Commands/Report/ReportFacts.h"
 #include "Tools/Commands/Session/Session.h"
 

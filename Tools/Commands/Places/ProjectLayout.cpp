@@ -1,4 +1,4 @@
-#include "Tools/Commands/Report/ProjectLayout.h"
+#include "Tools/Commands/Places/ProjectLayout.h"
 
 #include "Foundation/PercentCoding.h"
 
