@@ -9,6 +9,7 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace quen::tools {
@@ -64,7 +65,8 @@ int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
     quen::tools::ErrorReport report(quen::tools::asksForJson(words));
     const int status = quen::tools::run(words);
-    const int concluded = quen::tools::concluded(status, streams.finish());
-    report.finish(concluded);
+    const std::error_code outputError = streams.finish();
+    const int concluded = quen::tools::concluded(status, outputError);
+    report.finish(concluded, outputError != std::errc::broken_pipe);
     return concluded;
 }

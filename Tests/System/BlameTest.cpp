@@ -90,13 +90,11 @@ TEST_F(BlameTest, GoesToTheChangeBefore) {
                 {{"blame", "-r", "2^", "hello.c"},
                  "",
                  1,
-                 "quen blame: There is no change 1 before r2: the first one of "
-                 "\"hello.c\" is r2.\n"},
+                 "quen blame: r2^ does not exist: the first change of \"hello.c\" is r2.\n"},
                 {{"cat", "-r", "HEAD~9", "icon@2x.txt"},
                  "",
                  1,
-                 "quen cat: There is no change 9 before HEAD: the first one of "
-                 "\"icon@2x.txt\" is r2.\n"}});
+                 "quen cat: HEAD~9 does not exist: the first change of \"icon@2x.txt\" is r2.\n"}});
     EXPECT_EQ(sandbox_.neutral(sandbox_.quen({"show", "HEAD^", "--stat"}).out),
               sandbox_.neutral(sandbox_.quen({"show", "4", "--stat"}).out));
     EXPECT_EQ(sandbox_.neutral(sandbox_.quen({"show", "4^", "--stat", "icon@2x.txt"}).out),

@@ -485,7 +485,7 @@ TEST_F(BranchCommandsTest, MergeTakesChanges) {
     }
     sandbox_.svn({"switch", "-q", "^/branches/b"});
     expectEach(sandbox_,
-               {{{"merge", "-c", "4,6", "trunk"},
+               {{{"merge", "-c", "4", "-c", "6", "trunk"},
                  "Merged 2 items from trunk.\n"
                  "To undo the merge before you commit it: `quen revert .`.\n"},
                 {{"merge", "-c", "4", "-r", "4:5", "trunk"},

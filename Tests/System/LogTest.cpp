@@ -69,6 +69,7 @@ TEST_F(LogTest, LeavesOutWhatIsNotAskedFor) {
                           {{"log", "--since", "1 hour", "-1"}, r4},
                           {{"log", "--author", "alice", "--limit", "2"}, r4 + "\n" + r2},
                           {{"log", "-c", "2,3"}, r2 + "\n" + r3},
+                          {{"log", "-c", "2", "-c", "3"}, r2 + "\n" + r3},
                           {{"log", "-q", "-2"}, "r4  alice  AGE (DATE)\nr3  bob  AGE (DATE)\n"},
                           {{"log", "--since", "2001-01-01", "-c", "3"}, r3}});
 }

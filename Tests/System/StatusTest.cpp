@@ -274,6 +274,20 @@ INSTANTIATE_TEST_SUITE_P(
               "tree conflict, copied  a.c  (local file edit, incoming file delete or move upon "
               "update)\n"
               "1 item: 1 tree conflict; also: 1 copied\n"},
+        Shown{"a tree conflict comes last, and says that it is in no changelist",
+              "svn remove -q a.c",
+              "echo x >> b.c; svn changelist -q fix b.c; echo mine >> a.c; svn update -q --accept "
+              "postpone || true; touch z.new",
+              {"status"},
+              "unversioned  z.new\n"
+              "\n"
+              "Changelist fix:\n"
+              "modified     b.c\n"
+              "\n"
+              "In no changelist:\n"
+              "tree conflict, copied  a.c  (local file edit, incoming file delete or move upon "
+              "update)\n"
+              "3 items: 1 unversioned, 1 modified, 1 tree conflict; also: 1 copied\n"},
         Shown{"switched, external",
               "",
               "svn copy -q -m B $URL/trunk $URL/branches/b; svn switch -q $URL/branches/b/dir dir; "
@@ -360,6 +374,30 @@ TEST_F(StatusOfRealWorkingCopy, AnAuthorThatXMLCannotHoldIsNamedAndAllIsShown) {
                                               "control characters"));
     EXPECT_EQ(ran.status, 0);
     EXPECT_THAT(statusOf(sandbox), has("a.c", QuenSourceControlStatusModified));
+}
+
+/// The client is ended with the reader of the output: it has more to say than a pipe holds.
+TEST_F(StatusOfRealWorkingCopy, EndsWithItsReader) {
+    const Ran made = sandbox.run({"sh", "-ec",
+                                  "i=0; while [ $i -lt 3000 ]; do : > "
+                                  "a-name-of-some-length-that-fills-the-pipe-$i; i=$((i+1)); done"},
+                                 sandbox.workingCopy());
+    ASSERT_EQ(made.status, 0);
+    for (const char* const option : {"", "-s", "--jsonl"}) {
+        const Ran head = sandbox.run(
+            {"sh", "-c", "'" + Sandbox::program() + "' status " + option + " | head -n 1"},
+            sandbox.workingCopy());
+        EXPECT_THAT(head.out, ::testing::HasSubstr("a-name-of-some-length-that-fills-the-pipe-0"));
+        EXPECT_EQ(head.err, "");
+    }
+}
+
+TEST_F(StatusOfRealWorkingCopy, OneObjectALineForScripts) {
+    sandbox.write("a.c", "changed\n");
+    sandbox.write("notes.txt", "new\n");
+    EXPECT_EQ(sandbox.quen({"status", "--jsonl"}).out,
+              "{\"path\":\"a.c\",\"item\":\"modified\",\"properties\":\"none\",\"revision\":2}\n"
+              "{\"path\":\"notes.txt\",\"item\":\"unversioned\",\"properties\":\"none\"}\n");
 }
 
 TEST(ShortStatus, HasTheClientsLetters) {

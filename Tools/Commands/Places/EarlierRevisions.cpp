@@ -64,11 +64,10 @@ Outcome<std::string> resolve(Session& session, const SourceTree& source,
         return std::to_string(changes->back());
     }
     const std::string item = "\"" + printable(location) + "\"";
-    return session.fail(changes->empty()
-                            ? item + " was not changed up to " + shown(base) + "."
-                            : "There is no change " + std::to_string(steps) + " before " +
-                                  shown(base) + ": the first one of " + item + " is r" +
-                                  std::to_string(changes->back()) + ".");
+    const std::string asked = shown(base) + (steps == 1 ? "^" : "~" + std::to_string(steps));
+    return session.fail(changes->empty() ? item + " was not changed up to " + shown(base) + "."
+                                         : asked + " does not exist: the first change of " + item +
+                                               " is r" + std::to_string(changes->back()) + ".");
 }
 
 } // namespace

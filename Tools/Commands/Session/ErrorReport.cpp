@@ -91,14 +91,15 @@ std::string ErrorReport::textFor(int status) const {
     return jsonText(Dictionary{{"error", record}}) + "\n";
 }
 
-void ErrorReport::finish(int status) {
+void ErrorReport::finish(int status, bool hasReader) {
     if (former_ == nullptr) {
         return;
     }
     std::cerr.rdbuf(former_);
-    // A preview that finds something to look at has said so in its result.
-    const bool hasFailed =
-        status != ExitSuccess && (status != ExitConflicts || !said_.str().empty());
+    // A preview that finds something to look at has said so in its result; a reader of the output
+    // that went away has seen enough.
+    const bool isAResult = status == ExitConflicts || !hasReader;
+    const bool hasFailed = status != ExitSuccess && (!isAResult || !said_.str().empty());
     std::cerr << (hasFailed ? textFor(status) : said_.str()) << std::flush;
     former_ = nullptr;
     active = nullptr;

@@ -28,8 +28,9 @@ public:
     ErrorReport& operator=(const ErrorReport&) = delete;
     ~ErrorReport();
 
-    /// The program ends with `status`: says it.
-    void finish(int status);
+    /// The program ends with `status`: says it. `hasReader` says whether somebody read the output
+    /// to its end.
+    void finish(int status, bool hasReader = true);
 
     /// The error that is told, with the one thing to do about it, which may be empty. The first one
     /// counts. Nothing where no report is active.
