@@ -68,6 +68,7 @@ TEST_F(LocalEditCommandsTest, AddTellsWhatIsWrong) {
     EXPECT_EQ(json.out, "null\n");
     EXPECT_THAT(json.err, StartsWith(R"({"error":{"exitStatus":1,)"
                                      R"("domain":"QuenSourceControlTaskErrorDomain","code":150002,)"
+                                     R"("failure":"other",)"
                                      R"("message":"\"a.c\" is already under version control",)"));
     EXPECT_EQ(json.status, 1);
 }

@@ -11,7 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 using Words = Sandbox::Words;
 
 /// The programs that a person has chosen: for long output, for differences, for messages. All of

@@ -1,6 +1,7 @@
 #include "Tools/Commands/Session/ErrorReport.h"
 
 #include "Foundation/Lines.h"
+#include "Host/TaskFailure.h"
 #include "Tools/Console/JsonOutput.h"
 #include "Tools/Terminal/ExitStatus.h"
 #include "Tools/Terminal/Question.h"
@@ -34,6 +35,12 @@ Array messagesIn(const std::string& said) {
         }
     }
     return messages;
+}
+
+/// The words of the server's protocol; null for what goes wrong in the command line itself.
+Value failureOf(const Error& error) {
+    const char* const word = wordOf(taskFailureOf(error));
+    return word == nullptr ? Value() : Value(String(word));
 }
 
 Value textOrNull(const String& text) {
@@ -84,6 +91,7 @@ std::string ErrorReport::textFor(int status) const {
     record.set("exitStatus", std::int64_t{status});
     record.set("domain", error_ ? error_.domain() : String(commandLineErrorDomain));
     record.set("code", error_ ? error_.code() : std::int64_t{status});
+    record.set("failure", failureOf(error_));
     record.set("message", messages.count() == 0 ? Value(String("")) : messages[0]);
     record.set("reason", error_ ? textOrNull(error_.localizedDescription()) : Value());
     record.set("suggestion", textOrNull(String(suggestion_)));
