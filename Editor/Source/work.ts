@@ -66,7 +66,9 @@ function inWords(value: WorkDone): { message?: string } {
     case 'report':
       return {
         message:
-          value.items > 0 ? `${value.items.toLocaleString()} · ${value.message}` : value.message,
+          value.items > 0
+            ? `${value.items.toLocaleString(vscode.env.language)} · ${value.message}`
+            : value.message,
       };
     case 'end':
       return value.message === undefined ? {} : { message: value.message };

@@ -176,7 +176,9 @@ function lineDecoration(
   line: number,
   messages: Messages,
 ): vscode.DecorationOptions {
-  const summary = revision ? (messages.of(revision.revision)?.split('\n', 1)[0] ?? '') : '';
+  const summary = revision
+    ? (messages.of(blame.place, revision.revision)?.split('\n', 1)[0] ?? '')
+    : '';
   return {
     range: editor.document.lineAt(line).range,
     renderOptions: { after: { contentText: [short(revision), summary].join('  ') } },
@@ -194,10 +196,10 @@ function hover(
   text.isTrusted = { enabledCommands: ['quen.openRevisionOfLine', 'quen.blamePrevious'] };
   text.appendMarkdown(`**r${revision.revision}** `);
   text.appendText(
-    `${revision.author ?? ''} ${revision.date ? new Date(revision.date).toLocaleString() : ''}`,
+    `${revision.author ?? ''} ${revision.date ? new Date(revision.date).toLocaleString(vscode.env.language) : ''}`,
   );
   text.appendMarkdown('\n\n');
-  text.appendText(messages.of(revision.revision) ?? '');
+  text.appendText(messages.of(blame.place, revision.revision) ?? '');
   const args = encodeURIComponent(JSON.stringify([blame.place, revision.revision]));
   const change = vscode.l10n.t('Change');
   const before = vscode.l10n.t('Blame before this revision');

@@ -58,7 +58,7 @@ export function summaryOf(entry: LogEntry): string {
 }
 
 export function whenOf(date: string | null): string {
-  return date === null ? '' : new Date(date).toLocaleDateString();
+  return date === null ? '' : new Date(date).toLocaleDateString(vscode.env.language);
 }
 
 export function detailOf(entry: LogEntry): string {
@@ -72,7 +72,7 @@ export function tooltipOf(entry: LogEntry): vscode.MarkdownString {
   const text = new vscode.MarkdownString();
   text.appendMarkdown(`**r${entry.revision}** `);
   text.appendText(
-    `${entry.author ?? ''} ${entry.date ? new Date(entry.date).toLocaleString() : ''}\n\n`,
+    `${entry.author ?? ''} ${entry.date ? new Date(entry.date).toLocaleString(vscode.env.language) : ''}\n\n`,
   );
   text.appendText(entry.message ?? '');
   return text;

@@ -137,6 +137,11 @@ test('a German editor shows German texts', bound, async () => {
       .locator('.pane-body .monaco-list-row', { hasText: 'Notes for the roof' })
       .first()
       .waitFor();
+    // Dates too: 19.11.2026, not 11/19/2026.
+    await page
+      .locator('.pane-body .monaco-list-row', { hasText: /\d+\.\d+\.\d{4}/ })
+      .first()
+      .waitFor();
     await editor.picture('german-history-light');
   });
 });
