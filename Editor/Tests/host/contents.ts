@@ -1,8 +1,9 @@
 import assert from 'node:assert/strict';
 import * as vscode from 'vscode';
+import { quickDiffOf } from '../../Source/content/quickDiff';
 import { revisionUri } from '../../Source/content/revisionUri';
 import type { HostTest } from './runner';
-import { becomes, file, svn, text } from './window';
+import { becomes, extension, file, svn, text, workingCopy } from './window';
 
 /** Texts that decode to something else, or to nothing, when they are taken for UTF-8. */
 const encoded: readonly (readonly [name: string, bytes: Uint8Array])[] = [
@@ -55,6 +56,15 @@ export const contentTests: readonly HostTest[] = [
     async () => {
       const uri = revisionUri({ path: file('notes.txt').path }, 'BASE');
       await assert.rejects(async () => vscode.workspace.fs.readFile(uri), { code: 'FileNotFound' });
+      const { services } = await extension();
+      const diff = quickDiffOf(await workingCopy(), (each) => services.copies.of(each));
+      const originalOf = (name: string) =>
+        diff.provideOriginalResource?.(file(name), new vscode.CancellationTokenSource().token);
+      for (const name of ['notes.txt', 'src/wind.c']) assert.equal(originalOf(name), undefined);
+      assert.deepEqual(
+        originalOf('src/station.c'),
+        revisionUri({ path: file('src/station.c').path }, 'BASE'),
+      );
     },
   ],
   [

@@ -1,5 +1,6 @@
 import assert from 'node:assert/strict';
 import * as vscode from 'vscode';
+import { revisionUri } from '../../Source/content/revisionUri';
 import { timelineOf } from '../../Source/history/timeline';
 import { succeeded } from '../../Source/server/failures';
 import type { HostTest } from './runner';
@@ -89,7 +90,10 @@ export const lookingBackTests: readonly HostTest[] = [
           ['2', 'Start the weather station'],
         ],
       );
-      assert.equal(entries[0]?.command.command, 'vscode.diff');
+      const { command, arguments: sides } = entries[0]?.command ?? {};
+      assert.equal(command, 'vscode.diff');
+      const place = { path: file('src/station.c').path };
+      assert.deepEqual(sides, [revisionUri(place, 3), revisionUri(place, 4), 'r3 ↔ r4']);
     },
   ],
 ];
