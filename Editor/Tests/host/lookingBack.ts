@@ -1,5 +1,6 @@
 import assert from 'node:assert/strict';
 import * as vscode from 'vscode';
+import { Messages } from '../../Source/blame/messages';
 import { revisionUri } from '../../Source/content/revisionUri';
 import { timelineOf } from '../../Source/history/timeline';
 import { succeeded } from '../../Source/server/failures';
@@ -75,6 +76,19 @@ export const lookingBackTests: readonly HostTest[] = [
       const tab = vscode.window.tabGroups.activeTabGroup.activeTab;
       assert.match(tab?.label ?? '', /^r\d+/);
       await vscode.commands.executeCommand('workbench.action.closeAllEditors');
+    },
+  ],
+  [
+    'a revision of a blamed line has its message, in its own repository alone',
+    async () => {
+      const { services } = await extension();
+      const messages = new Messages(services);
+      const place = { path: file('src/station.c').path };
+      await messages.fetch(place, [4, 2]);
+      assert.equal(messages.of(place, 4)?.trim(), 'Say how many sensors there are');
+      assert.equal(messages.of(place, 2)?.trim(), 'Start the weather station');
+      assert.equal(messages.of({ path: file('README.md').path }, 4), messages.of(place, 4));
+      assert.equal(messages.of({ url: 'file:///elsewhere/trunk/station.c' }, 4), undefined);
     },
   ],
   [
