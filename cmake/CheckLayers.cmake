@@ -7,9 +7,9 @@
 # layer of its own, and what lies in Tools itself is one more.
 
 cmake_minimum_required(VERSION 3.25)
+include("${CMAKE_CURRENT_LIST_DIR}/CheckSources.cmake")
 
 # Each layer with the layers that it may include.
-set(DIRECTORIES Foundation Contract Classes Host Tools)
 set(SEEN_BY_Foundation Foundation)
 set(SEEN_BY_Contract Contract Foundation)
 set(SEEN_BY_Classes Classes Contract Foundation)
@@ -31,8 +31,6 @@ set(ENGINES
     "^utf8proc.*=^(Classes|Host|Tools|Foundation)/"
     "^nlohmann/.*=^Tools/(Console|Server)/"
     "^CLI/.*=^Tools/Commands/CommandLine/")
-
-set(FAULTS "")
 
 function(add_fault source line text)
     set(FAULTS "${FAULTS}${source}:${line}: ${text}\n" PARENT_SCOPE)
@@ -79,9 +77,7 @@ function(check_engine source line include)
 endfunction()
 
 function(check_source source)
-    # Brackets and semicolons would make one list element of several lines, or several of one.
-    file(READ "${ROOT}/${source}" text)
-    string(REGEX REPLACE "[][;]" " " text "${text}")
+    read_source("${source}" text)
     string(REPLACE "\n" ";" lines "${text}")
     set(number 0)
     foreach(line IN LISTS lines)
@@ -97,21 +93,4 @@ function(check_source source)
     set(FAULTS "${FAULTS}" PARENT_SCOPE)
 endfunction()
 
-set(COUNT 0)
-foreach(directory IN LISTS DIRECTORIES)
-    file(GLOB_RECURSE sources RELATIVE "${ROOT}"
-        "${ROOT}/${directory}/*.h" "${ROOT}/${directory}/*.cpp")
-    foreach(source IN LISTS sources)
-        check_source("${source}")
-        math(EXPR COUNT "${COUNT} + 1")
-    endforeach()
-endforeach()
-
-if(COUNT EQUAL 0)
-    message(FATAL_ERROR "There are no sources below ${ROOT}")
-elseif(NOT FAULTS STREQUAL "")
-    # Written as it is: a fault is one line, whatever its length.
-    message(NOTICE "${FAULTS}")
-    message(FATAL_ERROR "The layers are broken")
-endif()
-message(STATUS "The layers hold in ${COUNT} sources")
+check_sources(layers Foundation Contract Classes Host Tools)

@@ -8,6 +8,7 @@
 # `class Name;` or `struct Name;`.
 
 cmake_minimum_required(VERSION 3.25)
+include("${CMAKE_CURRENT_LIST_DIR}/CheckSources.cmake")
 
 # Each directory with its namespace; the first pattern that fits a path decides.
 set(NAMESPACES
@@ -24,9 +25,6 @@ set(NAMESPACES
 
 set(OWNED "^quen::(tools|test|fuzz|benchmarks)(::|$)")
 
-set(FAULTS "")
-set(COUNT 0)
-
 function(namespace_of source namespace)
     foreach(rule IN LISTS NAMESPACES)
         string(REGEX REPLACE "=.*" "" path "${rule}")
@@ -39,12 +37,9 @@ function(namespace_of source namespace)
 endfunction()
 
 function(check_source source)
-    # Brackets and semicolons would make one list element of several lines, or several of one.
-    file(READ "${ROOT}/${source}" text)
-    string(REGEX REPLACE "[][]" " " text "${text}")
-    string(REGEX REPLACE "\nnamespace [a-z:]+ {\n(class|struct) [A-Za-z]+;\n}" "\n\n\n" text
+    read_source("${source}" text)
+    string(REGEX REPLACE "\nnamespace [a-z:]+ {\n(class|struct) [A-Za-z]+ \n}" "\n\n\n" text
         "${text}")
-    string(REPLACE ";" " " text "${text}")
     string(REPLACE "\n" ";" lines "${text}")
     namespace_of("${source}" wanted)
     set(number 0)
@@ -71,20 +66,4 @@ function(check_source source)
     set(FAULTS "${FAULTS}" PARENT_SCOPE)
 endfunction()
 
-foreach(directory Foundation Contract Classes Host Tools Tests Fuzz Benchmarks)
-    file(GLOB_RECURSE sources RELATIVE "${ROOT}"
-        "${ROOT}/${directory}/*.h" "${ROOT}/${directory}/*.cpp")
-    foreach(source IN LISTS sources)
-        check_source("${source}")
-        math(EXPR COUNT "${COUNT} + 1")
-    endforeach()
-endforeach()
-
-if(COUNT EQUAL 0)
-    message(FATAL_ERROR "There are no sources below ${ROOT}")
-elseif(NOT FAULTS STREQUAL "")
-    # Written as it is: a fault is one line, whatever its length.
-    message(NOTICE "${FAULTS}")
-    message(FATAL_ERROR "Names are declared where they do not belong")
-endif()
-message(STATUS "The namespaces hold in ${COUNT} sources")
+check_sources(namespaces Foundation Contract Classes Host Tools Tests Fuzz Benchmarks)
