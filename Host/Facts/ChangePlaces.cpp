@@ -27,10 +27,6 @@ revisionIn(std::string_view line, const std::array<std::string_view, count>& beg
     return std::nullopt;
 }
 
-bool isBelow(std::string_view path, std::string_view directory) noexcept {
-    return path != directory && isAtOrBelow(path, directory);
-}
-
 } // namespace
 
 bool ChangePlaces::takeTarget(std::string_view line, ChangeFacts& facts) {

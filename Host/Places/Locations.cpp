@@ -39,6 +39,11 @@ bool isOnDisk(const std::string& path) {
     return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
+bool isDirectory(const std::string& location) {
+    std::error_code ignored;
+    return !isRepositoryURL(location) && std::filesystem::is_directory(location, ignored);
+}
+
 std::string plainPath(const std::string& path) {
     std::string plain = std::filesystem::path(path).lexically_normal().string();
     while (plain.size() > 1 && plain.ends_with('/')) {
@@ -55,6 +60,10 @@ std::string absolutePath(const std::string& path) {
 bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept {
     return path.starts_with(directory) &&
            (path.size() == directory.size() || directory == "/" || path[directory.size()] == '/');
+}
+
+bool isBelow(std::string_view path, std::string_view directory) noexcept {
+    return path != directory && isAtOrBelow(path, directory);
 }
 
 std::string directoryNameFor(const std::string& url) {

@@ -14,6 +14,8 @@ bool isRepositoryURL(std::string_view location);
 
 /// Whether something has that name on the disk; a link counts, wherever it leads.
 bool isOnDisk(const std::string& path);
+/// Whether it is a path, and that of a directory or of a link to one.
+bool isDirectory(const std::string& location);
 
 /// As it is named without `.` and `..` parts and without slashes at the end; links are not
 /// followed.
@@ -23,6 +25,8 @@ std::string absolutePath(const std::string& path);
 
 /// By components: `/a/b` lies at or below `/a`, `/ab` does not; a path lies at or below itself.
 bool isAtOrBelow(std::string_view path, std::string_view directory) noexcept;
+/// Likewise, but a path does not lie below itself.
+bool isBelow(std::string_view path, std::string_view directory) noexcept;
 
 /// The directory that a checkout of a URL is named after: its last part, decoded.
 std::string directoryNameFor(const std::string& url);

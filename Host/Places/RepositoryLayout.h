@@ -19,4 +19,18 @@ std::string projectRootOf(std::string_view url, std::string_view repositoryRoot)
 /// `trunk` and `branches` below the project's root.
 RepositoryLayout usualLayout(std::string_view url, std::string_view repositoryRoot);
 
+/// What is said, and the usual place for what is not, as whole URLs without slashes at the end:
+/// `^/NAME` is NAME below the repository's root. The provider compares these URLs by prefix. What
+/// is said in any other way is kept, for whoever reads the layout to refuse.
+RepositoryLayout wholeLayout(const RepositoryLayout& said, std::string_view url,
+                             std::string_view repositoryRoot);
+
+/// The directory of the tags: beside that of the branches.
+std::string tagsBeside(std::string_view branches);
+
+/// Whether a location is said as a place below the repository's root: `^/NAME`.
+bool isBelowRoot(std::string_view location) noexcept;
+
+std::string_view withoutSlashesAtEnd(std::string_view url) noexcept;
+
 } // namespace quen

@@ -3,6 +3,7 @@
 #include "Foundation/PercentCoding.h"
 #include "Host/Facts/InfoFacts.h"
 #include "Host/Places/Locations.h"
+#include "Host/Places/RepositoryLayout.h"
 #include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
@@ -47,7 +48,7 @@ std::string problemOfNewBranchName(std::string_view name) {
     if (name == "trunk") {
         return "would never be reached: the name means the trunk.";
     }
-    if (name.starts_with("^/")) {
+    if (isBelowRoot(name)) {
         return "would never be reached: ^/ means the repository's root.";
     }
     const bool hasControl = std::any_of(name.begin(), name.end(), [](char c) {
@@ -93,7 +94,7 @@ bool isOnBranch(const String& path, const String& branchURL, const QueryRunner& 
     }
     const std::string here = percentDecoded(facts.entries.front().url.view());
     const std::string branch = percentDecoded(branchURL.view());
-    return here == branch || here.starts_with(branch + "/");
+    return isAtOrBelow(here, branch);
 }
 
 } // namespace quen

@@ -35,17 +35,9 @@ std::vector<ListEntry> trunkAndBranches(std::vector<ListEntry> entries, const st
     return places;
 }
 
-std::string withoutSlash(std::string url) {
-    while (url.ends_with('/')) {
-        url.pop_back();
-    }
-    return url;
-}
-
 int showForPeople(Session& session, const SourceTree& source, const Options& options) {
-    const RepositoryLayout layout{
-        withoutSlash(source.repository->trunkLocation().absoluteString().str()),
-        withoutSlash(source.repository->branchesLocation().absoluteString().str())};
+    const RepositoryLayout layout{source.repository->trunkLocation().absoluteString().str(),
+                                  source.repository->branchesLocation().absoluteString().str()};
     std::vector<std::string> directories{layout.branches};
     const std::string aboveTrunk = layout.trunk.substr(0, layout.trunk.rfind('/'));
     if (aboveTrunk != layout.branches) {

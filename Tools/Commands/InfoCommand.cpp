@@ -24,18 +24,11 @@ struct Options {
 
 /// Where the usual names say, or the `.quen` file of the working copy.
 RepositoryLayout layoutOf(const InfoEntry& entry) {
-    RepositoryLayout layout = usualLayout(entry.url.view(), entry.repositoryRoot.view());
     std::string ignored;
     const auto settings =
         entry.workingCopy.isNil() ? std::nullopt : settingsFor(entry.workingCopy.str(), ignored);
-    const auto whole = [&](const std::string& said, const std::string& usual) {
-        return said.empty()             ? usual
-               : said.starts_with("^/") ? entry.repositoryRoot.str() + said.substr(1)
-                                        : said;
-    };
-    return settings ? RepositoryLayout{whole(settings->layout.trunk, layout.trunk),
-                                       whole(settings->layout.branches, layout.branches)}
-                    : layout;
+    return wholeLayout(settings ? settings->layout : RepositoryLayout(), entry.url.view(),
+                       entry.repositoryRoot.view());
 }
 
 /// What the provider's records leave out: the branch, and the revision of a working copy.

@@ -1,4 +1,5 @@
 #include "Host/Keeping/FileWriter.h"
+#include "Host/Places/Locations.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
@@ -6,7 +7,6 @@
 #include "Tools/Commands/Report/ReportReader.h"
 #include "Tools/Terminal/Times.h"
 
-#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -29,10 +29,7 @@ bool isForStandardOutput(const Options& options) {
 
 /// Before anything is asked of a server.
 int checkOutput(const Session& session, const Options& options) {
-    std::error_code ignored;
-    const bool isThere = !isForStandardOutput(options) &&
-                         std::filesystem::symlink_status(options.output, ignored).type() !=
-                             std::filesystem::file_type::not_found;
+    const bool isThere = !isForStandardOutput(options) && isOnDisk(options.output);
     return isThere && !options.overwrites
                ? session
                      .fail("\"" + printable(options.output) +
@@ -47,9 +44,7 @@ void tellDone(const ReportFacts& facts, const Options& options) {
         for (const std::string& text : facts.leftOut) {
             leftOut.append(String(text));
         }
-        const std::string path =
-            std::filesystem::absolute(options.output).lexically_normal().string();
-        printJson(Dictionary{{"path", String(path)},
+        printJson(Dictionary{{"path", String(absolutePath(options.output))},
                              {"revisions", static_cast<std::int64_t>(facts.revisions.size())},
                              {"files", static_cast<std::int64_t>(facts.files)},
                              {"blamedFiles", static_cast<std::int64_t>(facts.ages.size())},

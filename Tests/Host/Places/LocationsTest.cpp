@@ -58,6 +58,39 @@ TEST(ImportedPath, ShowsThePlugInNoNameToClose) {
     EXPECT_EQ(importedPath("src@2/a"), "src@2/a");
 }
 
+/// Whether a path lies below a directory, and whether it lies at or below it.
+struct BelowCase {
+    std::string name;
+    std::string path;
+    std::string directory;
+    bool isBelow;
+    bool isAtOrBelow;
+};
+
+void PrintTo(const BelowCase& each, std::ostream* out) {
+    *out << '"' << each.path << "\" in \"" << each.directory << '"';
+}
+
+class PathBelow : public testing::TestWithParam<BelowCase> {};
+
+TEST_P(PathBelow, IsToldByComponents) {
+    EXPECT_EQ(isBelow(GetParam().path, GetParam().directory), GetParam().isBelow);
+    EXPECT_EQ(isAtOrBelow(GetParam().path, GetParam().directory), GetParam().isAtOrBelow);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, PathBelow,
+    testing::Values(BelowCase{"itself", "/a/b", "/a/b", false, true},
+                    BelowCase{"a child", "/a/b/c", "/a/b", true, true},
+                    BelowCase{"far below", "/a/b/c/d", "/a", true, true},
+                    BelowCase{"above", "/a", "/a/b", false, false},
+                    BelowCase{"a name that begins alike", "/a/bc", "/a/b", false, false},
+                    BelowCase{"below the root", "/a", "/", true, true},
+                    BelowCase{"the root", "/", "/", false, true},
+                    BelowCase{"a URL", "file:///r/trunk/a.c", "file:///r/trunk", true, true},
+                    BelowCase{"a path in the whole repository", "/trunk", "", true, true}),
+    CaseName());
+
 TEST(DirectoryName, IsTheLastPartOfTheURLDecoded) {
     EXPECT_EQ(directoryNameFor("http://h/r/trunk"), "trunk");
     EXPECT_EQ(directoryNameFor("http://h/r/trunk/"), "trunk");

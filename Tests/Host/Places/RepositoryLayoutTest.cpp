@@ -45,6 +45,40 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"a root that is a part of a name", "http://h/r2/trunk", "http://h/r", "http://h/r"}),
     CaseName());
 
+struct WholeCase {
+    const char* name;
+    RepositoryLayout said;
+    RepositoryLayout whole;
+};
+
+class WholeLayoutTest : public testing::TestWithParam<WholeCase> {};
+
+TEST_P(WholeLayoutTest, IsWhatIsSaidAndTheUsualPlaces) {
+    const RepositoryLayout whole =
+        wholeLayout(GetParam().said, "http://h/r/p/trunk/src", "http://h/r");
+    EXPECT_EQ(whole.trunk, GetParam().whole.trunk);
+    EXPECT_EQ(whole.branches, GetParam().whole.branches);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Layouts, WholeLayoutTest,
+    testing::Values(
+        WholeCase{"nothing said", {}, {"http://h/r/p/trunk", "http://h/r/p/branches"}},
+        WholeCase{"below the root", {"^/main", ""}, {"http://h/r/main", "http://h/r/p/branches"}},
+        WholeCase{"the root itself", {"^/", "^/b"}, {"http://h/r", "http://h/r/b"}},
+        WholeCase{"slashes at the end",
+                  {"^/main//", "http://h/r/b/"},
+                  {"http://h/r/main", "http://h/r/b"}},
+        WholeCase{"a URL", {"", "http://h/other/b"}, {"http://h/r/p/trunk", "http://h/other/b"}},
+        WholeCase{"neither", {"main", "^x"}, {"main", "^x"}}),
+    CaseName());
+
+TEST(TagsTest, LieBesideTheBranches) {
+    EXPECT_EQ(tagsBeside("http://h/r/branches"), "http://h/r/tags");
+    EXPECT_EQ(tagsBeside("http://h/r/p/lines//"), "http://h/r/p/tags");
+    EXPECT_EQ(tagsBeside("/branches"), "/tags");
+}
+
 } // namespace
 
 } // namespace quen::test

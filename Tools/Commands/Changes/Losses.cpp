@@ -2,6 +2,7 @@
 
 #include "Foundation/ShellWord.h"
 #include "Host/Keeping/UndoStore.h"
+#include "Host/Places/Locations.h"
 #include "Host/Places/SettingsFile.h"
 #include "Tools/Commands/Changes/Summaries.h"
 #include "Tools/Commands/Session/HostQueries.h"
@@ -20,8 +21,7 @@ namespace {
 std::string topFor(const String& lost, const std::vector<String>& paths) {
     String longest;
     for (const String& path : paths) {
-        const bool isAbove = lost == path || lost.hasPrefix(path.str() + "/") || path == "/";
-        if (isAbove && path.length() >= longest.length()) {
+        if (isAtOrBelow(lost.view(), path.view()) && path.length() >= longest.length()) {
             longest = path;
         }
     }

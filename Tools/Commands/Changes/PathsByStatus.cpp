@@ -1,5 +1,6 @@
 #include "Tools/Commands/Changes/PathsByStatus.h"
 
+#include "Host/Places/Locations.h"
 #include "Host/Plans/Plans.h"
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/Losses.h"
@@ -38,7 +39,7 @@ Outcome<std::vector<std::string>> pathsWithStatus(const Session& session, const 
     std::vector<std::string> paths;
     String last;
     for (const StatusEntry& entry : entries) {
-        const bool isBelowLast = !last.isNil() && entry.path.hasPrefix(last.str() + "/");
+        const bool isBelowLast = !last.isNil() && isBelow(entry.path.view(), last.view());
         if (entry.item == word && !isBelowLast) {
             paths.push_back(typedPath(entry.path));
             last = entry.path;

@@ -53,8 +53,7 @@ std::string shownName(const std::string& path, const std::string& oldURL) {
     if (path == oldURL) {
         return ".";
     }
-    return printable(path.starts_with(oldURL + "/") ? percentDecoded(path.substr(oldURL.size() + 1))
-                                                    : path);
+    return printable(isBelow(path, oldURL) ? percentDecoded(path.substr(oldURL.size() + 1)) : path);
 }
 
 void printForPeople(const Array& records, const std::string& oldURL, const Palette& palette) {

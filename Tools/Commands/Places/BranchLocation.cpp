@@ -11,7 +11,7 @@ std::string branchNameSaid(const std::string& word) {
 Outcome<String> branchLocation(Session& session, const LayoutOptions& layout,
                                const std::string& place, const std::string& word) {
     const std::string branch = branchNameSaid(word);
-    if (isRepositoryURL(branch) || branch.starts_with("^/")) {
+    if (isRepositoryURL(branch) || isBelowRoot(branch)) {
         return closedClientPath(branch);
     }
     if (!isBranchName(branch)) {

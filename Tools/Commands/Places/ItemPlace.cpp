@@ -3,8 +3,7 @@
 #include "Foundation/PercentCoding.h"
 #include "Host/ClientCommand.h"
 #include "Host/Places/Locations.h"
-
-#include <filesystem>
+#include "Tools/Commands/Session/HostQueries.h"
 
 namespace quen::tools {
 
@@ -12,7 +11,7 @@ namespace {
 
 /// The first name below a directory; empty where the URL does not lie below it.
 std::string nameBelow(std::string_view url, const std::string& directory) {
-    if (directory.empty() || !url.starts_with(directory + "/")) {
+    if (directory.empty() || !isBelow(url, directory)) {
         return {};
     }
     const std::string_view below = url.substr(directory.size() + 1);
@@ -22,11 +21,9 @@ std::string nameBelow(std::string_view url, const std::string& directory) {
 } // namespace
 
 std::optional<InfoEntry> infoOf(const std::string& location) {
-    const std::string place = isRepositoryURL(location)
-                                  ? location
-                                  : std::filesystem::absolute(location).lexically_normal().string();
+    const std::string place = isRepositoryURL(location) ? location : absolutePath(location);
     const auto info = ClientCommand::make({"info", "--xml"}, {place});
-    info->run();
+    runHostQuery(*info);
     if (info->error()) {
         return std::nullopt;
     }
@@ -39,7 +36,7 @@ std::optional<InfoEntry> infoOf(const std::string& location) {
 }
 
 std::string branchNameOf(std::string_view url, const RepositoryLayout& layout) {
-    if (url == layout.trunk || url.starts_with(layout.trunk + "/")) {
+    if (isAtOrBelow(url, layout.trunk)) {
         return "trunk";
     }
     if (std::string name = nameBelow(url, layout.branches); !name.empty()) {
@@ -47,13 +44,6 @@ std::string branchNameOf(std::string_view url, const RepositoryLayout& layout) {
     }
     const std::string tag = nameBelow(url, tagsBeside(layout.branches));
     return tag.empty() ? "" : "tag " + tag;
-}
-
-std::string tagsBeside(std::string branches) {
-    while (branches.ends_with('/')) {
-        branches.pop_back();
-    }
-    return branches.substr(0, branches.rfind('/')) + "/tags";
 }
 
 } // namespace quen::tools

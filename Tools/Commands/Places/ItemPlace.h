@@ -17,7 +17,4 @@ std::optional<InfoEntry> infoOf(const std::string& location);
 /// unless the URL is that of the branch itself.
 std::string branchNameOf(std::string_view url, const RepositoryLayout& layout);
 
-/// The directory of the tags: beside that of the branches.
-std::string tagsBeside(std::string branches);
-
 } // namespace quen::tools

@@ -13,9 +13,7 @@ namespace quen::tools {
 namespace {
 
 bool isOrHolds(const std::string& path, const StatusEntry& entry) {
-    const std::string named = absolutePath(path);
-    const std::string told = absolutePath(entry.path.str());
-    return told == named || told.starts_with(named + "/");
+    return isAtOrBelow(absolutePath(entry.path.str()), absolutePath(path));
 }
 
 } // namespace

@@ -1,26 +1,15 @@
 #include "Tools/Commands/Places/ProjectLayout.h"
 
 #include "Foundation/PercentCoding.h"
+#include "Host/Places/Locations.h"
 
 namespace quen::tools {
 
 namespace {
 
-std::string withoutSlash(std::string text) {
-    while (text.ends_with('/')) {
-        text.pop_back();
-    }
-    return text;
-}
-
 std::string parentOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? std::string() : path.substr(0, slash);
-}
-
-bool isBelow(std::string_view path, std::string_view directory) {
-    return path.starts_with(directory) &&
-           (path.size() == directory.size() || path[directory.size()] == '/');
 }
 
 /// The directory right below `directory` that a path lies in; empty for none.
@@ -34,11 +23,11 @@ std::string childAbove(std::string_view path, const std::string& directory) {
 } // namespace
 
 ProjectLayout::ProjectLayout(const SourceTree& source)
-    : root_(withoutSlash(source.repository->location().str())),
-      trunkURL_(withoutSlash(source.repository->trunkLocation().absoluteString().str())),
+    : root_(withoutSlashesAtEnd(source.repository->location().view())),
+      trunkURL_(source.repository->trunkLocation().absoluteString().str()),
       trunk_(pathOf(trunkURL_)),
-      branches_(pathOf(withoutSlash(source.repository->branchesLocation().absoluteString().str()))),
-      tags_(parentOf(branches_) + "/tags") {
+      branches_(pathOf(source.repository->branchesLocation().absoluteString().str())),
+      tags_(tagsBeside(branches_)) {
     directory_ = parentOf(trunk_);
     url_ = parentOf(trunkURL_);
     // A trunk that is the whole repository has nothing above it.
@@ -49,11 +38,11 @@ ProjectLayout::ProjectLayout(const SourceTree& source)
 }
 
 std::string ProjectLayout::pathOf(const std::string& url) const {
-    return isBelow(url, root_) ? percentDecoded(url.substr(root_.size())) : std::string();
+    return isAtOrBelow(url, root_) ? percentDecoded(url.substr(root_.size())) : std::string();
 }
 
 std::string ProjectLayout::branchOf(std::string_view path) const {
-    if (isBelow(path, trunk_)) {
+    if (isAtOrBelow(path, trunk_)) {
         return trunk_;
     }
     const std::string branch = childAbove(path, branches_);
@@ -65,13 +54,11 @@ std::string ProjectLayout::nameOf(const std::string& branch) const {
         return "trunk";
     }
     const std::string name = branch.substr(branch.rfind('/') + 1);
-    return isBelow(branch, tags_) ? "tags/" + name : name;
+    return isAtOrBelow(branch, tags_) ? "tags/" + name : name;
 }
 
 std::string ProjectLayout::shortened(std::string_view path) const {
-    return std::string(isBelow(path, directory_) && path.size() > directory_.size()
-                           ? path.substr(directory_.size() + 1)
-                           : path);
+    return std::string(isBelow(path, directory_) ? path.substr(directory_.size() + 1) : path);
 }
 
 } // namespace quen::tools

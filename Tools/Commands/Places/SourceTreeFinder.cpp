@@ -29,19 +29,8 @@ SourceTree makeSource(const std::string& location, HostRepository::Facts facts) 
     return {std::make_shared<HostWorkingTree>(std::move(tree)), repository};
 }
 
-bool isBelowRoot(const std::string& location) {
-    return location.starts_with("^/");
-}
-
-/// What is said of one location, as a URL; nil for anything else.
-URL resolved(std::string location, const String& root) {
-    if (isBelowRoot(location)) {
-        location = root.str() + location.substr(1);
-    }
-    // The plug-in compares by prefix, and skips the separator behind it by itself.
-    while (location.ends_with('/')) {
-        location.pop_back();
-    }
+/// nil for what is not a URL.
+URL urlOf(const std::string& location) {
     return isRepositoryURL(location) ? URL::fromString(location) : URL();
 }
 
@@ -105,21 +94,25 @@ Outcome<Place> placeOf(Session& session, const std::string& location, const Sour
 
 /// Puts the layout into the facts; explained where it cannot be found out.
 Outcome<HostRepository::Facts> factsWithLayout(Session& session, const std::string& location,
-                                               RepositoryLayout layout,
+                                               const RepositoryLayout& said,
                                                HostRepository::Facts facts) {
-    if (!isWholeURL(layout.trunk) || !isWholeURL(layout.branches)) {
-        const auto place = placeOf(session, location, makeSource(location, facts));
-        if (!place) {
-            return place.explained();
+    Place place;
+    if (!isWholeURL(said.trunk) || !isWholeURL(said.branches)) {
+        auto asked = placeOf(session, location, makeSource(location, facts));
+        if (!asked) {
+            return asked.explained();
         }
-        const RepositoryLayout usual = usualLayout(place->url, place->root);
-        layout = {firstSaid(layout.trunk, usual.trunk), firstSaid(layout.branches, usual.branches)};
-        facts.location = place->root;
+        place = std::move(*asked);
+        facts.location = place.root;
     }
-    facts.trunkLocation = resolved(layout.trunk, facts.location);
-    facts.branchesLocation = resolved(layout.branches, facts.location);
+    const RepositoryLayout layout = wholeLayout(said, place.url, place.root);
+    facts.trunkLocation = urlOf(layout.trunk);
+    facts.branchesLocation = urlOf(layout.branches);
     if (facts.trunkLocation.isNil() || facts.branchesLocation.isNil()) {
-        return session.fail("\"" + (facts.trunkLocation.isNil() ? layout.trunk : layout.branches) +
+        const std::string wrong = facts.trunkLocation.isNil()
+                                      ? firstSaid(said.trunk, layout.trunk)
+                                      : firstSaid(said.branches, layout.branches);
+        return session.fail("\"" + wrong +
                             "\" is not a URL. Write it whole or as ^/NAME, with %20 for a blank "
                             "and likewise for what is not ASCII.");
     }

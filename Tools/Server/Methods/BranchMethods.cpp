@@ -127,7 +127,7 @@ std::string nameInFolder(const EditParams& params, const std::string& folder) {
     if (params.url.empty()) {
         return branchNameInURL(params.name).str();
     }
-    if (!params.url.starts_with(folder + "/") || params.url.size() <= folder.size() + 1) {
+    if (!isBelow(withoutSlashesAtEnd(params.url), folder)) {
         throw InputError("params.url: expected a URL below " + folder);
     }
     return closedClientPath(params.url).str().substr(folder.size() + 1);
@@ -140,8 +140,7 @@ OrderedJson edit(const Services& services, Call& call, const EditParams& params)
         return outcomeJson({{"revision", nullptr}, {"url", nullptr}}, ran);
     }
     if (params.isTag) {
-        project->layout.branches =
-            std::filesystem::path(project->layout.branches).parent_path().string() + "/tags";
+        project->layout.branches = tagsBeside(project->layout.branches);
     }
     const std::string name = nameInFolder(params, project->layout.branches);
     Dictionary options{

@@ -37,17 +37,6 @@ Place makePlace(const std::string& path, HostRepository::Facts facts) {
     return {std::make_shared<HostWorkingTree>(std::move(tree)), repository};
 }
 
-/// `^/NAME` as a whole URL; no slash at its end, for the provider compares by prefix.
-std::string wholeURL(std::string location, const std::string& root) {
-    if (location.starts_with("^/")) {
-        location = root + location.substr(1);
-    }
-    while (location.ends_with('/')) {
-        location.pop_back();
-    }
-    return location;
-}
-
 } // namespace
 
 Place placeOf(const std::string& location) {
@@ -59,10 +48,7 @@ Place placeOf(const std::string& location) {
 
 RepositoryLayout layoutOf(const std::string& path, const std::string& url,
                           const std::string& repositoryRoot) {
-    const RepositoryLayout said = settingsOf(path).layout;
-    const RepositoryLayout usual = usualLayout(url, repositoryRoot);
-    return {wholeURL(said.trunk.empty() ? usual.trunk : said.trunk, repositoryRoot),
-            wholeURL(said.branches.empty() ? usual.branches : said.branches, repositoryRoot)};
+    return wholeLayout(settingsOf(path).layout, url, repositoryRoot);
 }
 
 Place placeWithLayout(const std::string& path, const std::string& repositoryRoot,

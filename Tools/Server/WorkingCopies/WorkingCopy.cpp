@@ -140,9 +140,8 @@ std::vector<std::string> WorkingCopy::unversionedPaths() const {
 
 bool WorkingCopy::isInsideExternal(std::string_view path) const {
     const std::vector<std::string> directories = externals();
-    return std::any_of(directories.begin(), directories.end(), [&](const std::string& directory) {
-        return path.size() > directory.size() && isAtOrBelow(path, directory);
-    });
+    return std::any_of(directories.begin(), directories.end(),
+                       [&](const std::string& directory) { return isBelow(path, directory); });
 }
 
 bool WorkingCopy::knows(std::string_view path) const {
