@@ -22,8 +22,7 @@ struct Options {
     DiffTargets targets;
     RevisionChanges changes;
     bool summarizes = false;
-    bool isStat = false;
-    bool isSideBySide = false;
+    DifferenceOptions difference;
     /// Empty for what the client's settings say.
     std::string program;
 };
@@ -121,7 +120,7 @@ int showDifferences(Session& session, const SourceTree& source, const Options& o
             changes.push_back(std::to_string(number));
         }
     }
-    if (options.common.json && !options.isStat) {
+    if (options.common.json && !options.difference.isStat) {
         std::vector<QuenSourceControlRequestPtr> requests;
         requests.reserve(changes.size());
         for (const std::string& change : changes) {
@@ -129,7 +128,7 @@ int showDifferences(Session& session, const SourceTree& source, const Options& o
         }
         return printRecords(session, requests);
     }
-    DifferenceStream stream(session, options.isStat, options.isSideBySide);
+    DifferenceStream stream(session, options.difference);
     int status = ExitSuccess;
     for (const std::string& change : changes) {
         const int each = stream.show(requestFor(options, source, change));
@@ -179,19 +178,15 @@ void addDiffCommand(CommandLine& line) {
               "Show only the names of what differs between OLD and NEW, or between two "
               "revisions of one place")
         .excludes(change);
-    const Parameter stat =
-        command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
-    const Parameter sides =
+    const std::vector<Parameter> forms = options->difference.addTo(command);
+    Parameter program =
         command
-            .flag("-y,--side-by-side", options->isSideBySide,
-                  "Show old and new lines beside each other, from 60 columns on")
-            .excludes(stat);
-    command
-        .option("--diff-cmd", options->program,
-                "Compare files with PROGRAM (default: diff-cmd in the settings of svn, if any)")
-        .named("PROGRAM")
-        .excludes(stat)
-        .excludes(sides);
+            .option("--diff-cmd", options->program,
+                    "Compare files with PROGRAM (default: diff-cmd in the settings of svn, if any)")
+            .named("PROGRAM");
+    for (const Parameter& form : forms) {
+        program.excludes(form);
+    }
     command.arguments("PATH", options->targets.paths,
                       "Paths or URLs (default: .); with --summarize, OLD and NEW");
     runInSession<Options>(command, options, runDiffCommand);

@@ -20,8 +20,7 @@ struct Options {
     CommonOptions common;
     std::string revision = "HEAD";
     std::string path = ".";
-    bool isStat = false;
-    bool isSideBySide = false;
+    DifferenceOptions difference;
 };
 
 /// Keeps the one revision.
@@ -49,7 +48,7 @@ Outcome<std::string> rootOf(Session& session, const SourceTree& source, const st
 
 int showChange(Session& session, const SourceTree& source, const std::string& root,
                const HistoryEntry& entry, const Options& options) {
-    DifferenceStream stream(session, options.isStat, options.isSideBySide);
+    DifferenceStream stream(session, options.difference);
     stream.write(fullText(entry, session.options().palette(), currentDate()) + "\n");
     auto request = makeRequest(RequestTypeDiff, source, {String(root)});
     const std::string number = std::to_string(entry.commit.revision.value_or(0));
@@ -105,12 +104,7 @@ int runShowCommand(Session& session, const Options& options) {
 void addShowCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
     Subcommand command = line.add("show", "Show one revision: its message and its changes");
-    const Parameter stat =
-        command.flag("--stat", options->isStat, "Show only how many lines changed in each file");
-    command
-        .flag("-y,--side-by-side", options->isSideBySide,
-              "Show old and new lines beside each other, from 60 columns on")
-        .excludes(stat);
+    options->difference.addTo(command);
     command.argument("REV", options->revision,
                      "Revision to show (default: HEAD); REV^ is the one before");
     command.argument("PATH", options->path, "Path or URL in the repository (default: .)");

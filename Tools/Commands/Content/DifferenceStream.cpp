@@ -14,11 +14,22 @@ constexpr std::size_t leastForTwo = 60;
 
 } // namespace
 
-DifferenceStream::DifferenceStream(Session& session, bool isStat, bool isSideBySide)
-    : session_(session), palette_(session.options().palette()), isStat_(isStat),
-      sideBySide_(isSideBySide && outputColumns() >= leastForTwo ? outputColumns() : 0),
+std::vector<Parameter> DifferenceOptions::addTo(Subcommand& command) {
+    const Parameter stat =
+        command.flag("--stat", isStat, "Show only how many lines changed in each file");
+    const Parameter sides =
+        command
+            .flag("-y,--side-by-side", isSideBySide,
+                  "Show old and new lines beside each other, from 60 columns on")
+            .excludes(stat);
+    return {stat, sides};
+}
+
+DifferenceStream::DifferenceStream(Session& session, const DifferenceOptions& options)
+    : session_(session), palette_(session.options().palette()), isStat_(options.isStat),
+      sideBySide_(options.isSideBySide && outputColumns() >= leastForTwo ? outputColumns() : 0),
       isPainted_(outputIsTerminal() || palette_.isColoured() || sideBySide_ > 0) {
-    if (isStat_ || isSideBySide) {
+    if (options.isStat || options.isSideBySide) {
         // A person's own program for differences writes in a form of its own.
         session_.compareWith({"--internal-diff"});
     }

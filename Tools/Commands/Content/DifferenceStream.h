@@ -6,16 +6,26 @@
 #include "Tools/Terminal/Pager.h"
 
 #include <string_view>
+#include <vector>
 
 namespace quen::tools {
+
+/// How a difference is shown other than line by line.
+struct DifferenceOptions {
+    /// Only how much changes in each file is shown, at the end.
+    bool isStat = false;
+    /// Old and new lines stand beside each other, where there is room for it.
+    bool isSideBySide = false;
+
+    /// Answers the options, each of which stands alone.
+    std::vector<Parameter> addTo(Subcommand& command);
+};
 
 /// Differences on their way to a person or a file, while the client writes them. To a file or
 /// another program they go byte for byte: they may be meant as a patch.
 class DifferenceStream {
 public:
-    /// With `isSideBySide` old and new lines stand beside each other where there is room for it.
-    /// With `isStat` only how much changes in each file is shown, at the end.
-    DifferenceStream(Session& session, bool isStat, bool isSideBySide = false);
+    DifferenceStream(Session& session, const DifferenceOptions& options);
 
     /// Further text for the person, in front of what comes.
     bool write(std::string_view text) { return output_.write(text); }
