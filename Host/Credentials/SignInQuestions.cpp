@@ -28,34 +28,41 @@ CredentialKeeper::Turn SignInSteps::takeTurn(const std::string& server) {
     return turn;
 }
 
-bool SignInSteps::isPasswordHad(const SignInAttempt& attempt) {
-    if (!credentials_->mayAsk() && attempt.facts().passwords.empty()) {
-        return false;
-    }
+bool SignInSteps::isAnswerHad(ClientPrompt::Kind wanted, const PersonsAnswer& ask) {
     const std::string server = serverOf(url_);
     if (const auto turn = takeTurn(server); turn != CredentialKeeper::Turn::mine) {
         return turn == CredentialKeeper::Turn::answered;
     }
     CredentialTurn turn(keeper_, server);
     const auto prompt = questions().promptAt(url_);
-    if (!prompt || prompt->kind != ClientPrompt::Kind::password) {
-        return false;
-    }
-    if (!isRealmOf(prompt->realm.view(), url_)) {
+    return prompt && prompt->kind == wanted && ask(*prompt, turn);
+}
+
+bool SignInSteps::isPasswordHad(const SignInAttempt& attempt) {
+    const bool canChange = credentials_->mayAsk() || !attempt.facts().passwords.empty();
+    return canChange && isAnswerHad(ClientPrompt::Kind::password,
+                                    [&](const ClientPrompt& prompt, CredentialTurn& turn) {
+                                        return isPasswordGiven(prompt, attempt, turn);
+                                    });
+}
+
+bool SignInSteps::isPasswordGiven(const ClientPrompt& prompt, const SignInAttempt& attempt,
+                                  CredentialTurn& turn) {
+    if (!isRealmOf(prompt.realm.view(), url_)) {
         failure_->nextStep =
             formatText("%@ asks in a name that is not its own, so nobody was asked "
                        "for a password. Ask whoever runs it.",
-                       {String(server)});
+                       {String(serverOf(url_))});
         return false;
     }
-    const auto refused = attempt.usedPassword(prompt->realm.str());
+    const auto refused = attempt.usedPassword(prompt.realm.str());
     if (refused) {
         keeper_.forget(refused->realm, refused->number);
         fail(TaskFailure::wrongPassword, refused->user);
-    } else if (isAmong(facts_.passwords, prompt->realm)) {
+    } else if (isAmong(facts_.passwords, prompt.realm)) {
         return false; // the client does not take what is known, and would not take more
     }
-    return mayAskAbout(prompt->realm.str()) && askForPassword(*prompt, refused, turn);
+    return mayAskAbout(prompt.realm.str()) && askForPassword(prompt, refused, turn);
 }
 
 bool SignInSteps::askForPassword(const ClientPrompt& prompt,
@@ -100,17 +107,13 @@ bool SignInSteps::askForPassword(const ClientPrompt& prompt,
 }
 
 bool SignInSteps::isCertificateTrusted() {
-    if (!credentials_->mayAsk()) {
-        return false;
-    }
-    const std::string server = serverOf(url_);
-    if (const auto turn = takeTurn(server); turn != CredentialKeeper::Turn::mine) {
-        return turn == CredentialKeeper::Turn::answered;
-    }
-    CredentialTurn turn(keeper_, server);
-    const auto prompt = questions().promptAt(url_);
-    return prompt && prompt->kind == ClientPrompt::Kind::certificate && mayAskAbout(server) &&
-           prompt->certificate.fingerprint != lastFingerprint_ && askForTrust(*prompt, turn);
+    return credentials_->mayAsk() &&
+           isAnswerHad(ClientPrompt::Kind::certificate,
+                       [&](const ClientPrompt& prompt, CredentialTurn& turn) {
+                           return mayAskAbout(serverOf(url_)) &&
+                                  prompt.certificate.fingerprint != lastFingerprint_ &&
+                                  askForTrust(prompt, turn);
+                       });
 }
 
 bool SignInSteps::askForTrust(const ClientPrompt& prompt, CredentialTurn& turn) {

@@ -8,6 +8,7 @@
 #include "Host/Credentials/SignInProblem.h"
 #include "Host/ToolRunner.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -34,7 +35,13 @@ public:
 private:
     CredentialKeeper::Turn takeTurn(const std::string& server);
     bool isExternalHad(const SignInAttempt& attempt);
+    using PersonsAnswer = std::function<bool(const ClientPrompt& prompt, CredentialTurn& turn)>;
+    /// Unless another run has had an answer meanwhile, learns what the server asks, and where that
+    /// is what is wanted has `ask` get the answer.
+    bool isAnswerHad(ClientPrompt::Kind wanted, const PersonsAnswer& ask);
     bool isPasswordHad(const SignInAttempt& attempt);
+    bool isPasswordGiven(const ClientPrompt& prompt, const SignInAttempt& attempt,
+                         CredentialTurn& turn);
     bool isCertificateTrusted();
     bool askForPassword(const ClientPrompt& prompt, const std::optional<KeptPassword>& refused,
                         CredentialTurn& turn);
