@@ -1,9 +1,9 @@
 #include "Host/Embedding/Records.h"
 
+#include "Foundation/Number.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <charconv>
 #include <string_view>
 #include <utility>
 
@@ -23,12 +23,7 @@ public:
         if (const std::int64_t* const number = record_[key].integer()) {
             return *number;
         }
-        const String text = record_[key].stringValue();
-        const char* const end = text.view().data() + text.view().size();
-        std::int64_t number = 0;
-        const auto [rest, status] = std::from_chars(text.view().data(), end, number);
-        const bool isNumber = status == std::errc() && rest == end;
-        return isNumber ? std::optional(number) : std::nullopt;
+        return numberFrom(record_[key].stringValue().view());
     }
 
     StatusFlags flags(const String& key) const {

@@ -1,7 +1,6 @@
 #include "Host/Facts/RecordReading.h"
 
-#include <charconv>
-#include <system_error>
+#include "Foundation/Number.h"
 
 namespace quen {
 
@@ -60,14 +59,8 @@ std::shared_ptr<const LockFacts> TextTaker::takeLock(const XMLElement& parent) {
 }
 
 std::optional<std::int64_t> numberIn(std::optional<std::string_view> text) noexcept {
-    std::int64_t number = 0;
-    if (!text) {
-        return std::nullopt;
-    }
-    const char* const end = text->data() + text->size();
-    const auto scanned = std::from_chars(text->data(), end, number);
-    const bool isNumber = scanned.ec == std::errc() && scanned.ptr == end && number >= 0;
-    return isNumber ? std::optional(number) : std::nullopt;
+    const auto number = text ? numberFrom(*text) : std::nullopt;
+    return number >= 0 ? number : std::nullopt;
 }
 
 } // namespace quen

@@ -1,6 +1,7 @@
 #include "Host/Keeping/UndoManifest.h"
 
 #include "Foundation/Lines.h"
+#include "Foundation/Number.h"
 #include "Foundation/PercentCoding.h"
 
 #include <array>
@@ -27,14 +28,6 @@ std::string decoded(std::string_view word) {
     return word == emptyWord ? std::string() : percentDecoded(word);
 }
 
-template <typename Number> std::optional<Number> number(std::string_view text, int base = 10) {
-    Number value = 0;
-    const char* const end = text.data() + text.size();
-    const auto scanned = std::from_chars(text.data(), end, value, base);
-    const bool isWhole = scanned.ec == std::errc() && scanned.ptr == end && !text.empty();
-    return isWhole ? std::optional(value) : std::nullopt;
-}
-
 std::string octal(unsigned int value) {
     std::array<char, 16> digits = {};
     const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value, 8);
@@ -57,8 +50,8 @@ std::optional<ManifestItem> itemIn(const std::vector<std::string_view>& words,
     if (words.size() != count) {
         return std::nullopt;
     }
-    const auto permissions = number<mode_t>(words[1], 8);
-    const auto size = number<std::uint64_t>(words[2]);
+    const auto permissions = numberFrom<mode_t>(words[1], 8);
+    const auto size = numberFrom<std::uint64_t>(words[2]);
     if (!permissions || !size) {
         return std::nullopt;
     }
@@ -73,11 +66,11 @@ std::optional<PlaceState> stateIn(const std::vector<std::string_view>& words) {
     if (words.size() != 6) {
         return std::nullopt;
     }
-    const auto exists = number<int>(words[1]);
-    const auto inode = number<std::uint64_t>(words[2]);
-    const auto size = number<std::uint64_t>(words[3]);
-    const auto modified = number<std::int64_t>(words[4]);
-    const auto changed = number<std::int64_t>(words[5]);
+    const auto exists = numberFrom<int>(words[1]);
+    const auto inode = numberFrom<std::uint64_t>(words[2]);
+    const auto size = numberFrom<std::uint64_t>(words[3]);
+    const auto modified = numberFrom<std::int64_t>(words[4]);
+    const auto changed = numberFrom<std::int64_t>(words[5]);
     if (!exists || !inode || !size || !modified || !changed) {
         return std::nullopt;
     }
@@ -113,7 +106,7 @@ bool takeLine(const std::vector<std::string_view>& words, UndoManifest& manifest
     } else if (words.front() == "note") {
         manifest.notes.emplace_back(decoded(words[1]));
     } else if (words.front() == "time") {
-        manifest.time = number<std::int64_t>(words[1]).value_or(0);
+        manifest.time = numberFrom<std::int64_t>(words[1]).value_or(0);
     } else {
         return false;
     }

@@ -84,6 +84,10 @@ OrderedJson toJson(const Value& value) {
     return {};
 }
 
+Value textOrNull(const String& text) {
+    return text.isEmpty() ? Value() : Value(text);
+}
+
 std::string jsonText(const Value& value) {
     return toJson(value).dump();
 }

@@ -19,6 +19,9 @@ OrderedJson toJson(const Value& value);
 OrderedJson toJson(const Error& error);
 OrderedJson toJson(const std::optional<StringArray>& texts);
 
+/// The text; nothing for an empty one and for nil.
+Value textOrNull(const String& text);
+
 /// The value in one line of JSON, for whoever only prints it.
 std::string jsonText(const Value& value);
 

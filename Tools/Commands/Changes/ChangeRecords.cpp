@@ -1,9 +1,9 @@
 #include "Tools/Commands/Changes/ChangeRecords.h"
 
+#include "Foundation/Number.h"
 #include "Host/Facts/ChangeWords.h"
 #include "Tools/Commands/Session/ShortNames.h"
-
-#include <charconv>
+#include "Tools/Console/JsonOutput.h"
 
 namespace quen::tools {
 
@@ -19,10 +19,6 @@ const char* wordFor(ConflictOutcome::Kind kind) {
     return "unspecified";
 }
 
-Value orNull(const String& text) {
-    return text.isNil() ? Value() : Value(text);
-}
-
 Dictionary recordOf(const ChangedItem& item) {
     return {{"path", item.path},
             {"action", String(wordOf(item.text))},
@@ -34,14 +30,14 @@ Dictionary recordOf(const ConflictOutcome& outcome) {
     return {{"path", outcome.path},
             {"kind", String(wordFor(outcome.kind))},
             {"state", String(isSettled ? "settled" : "left")},
-            {"theirs", orNull(outcome.theirs)},
-            {"mine", orNull(outcome.mine)},
-            {"description", orNull(outcome.description)},
+            {"theirs", textOrNull(outcome.theirs)},
+            {"mine", textOrNull(outcome.mine)},
+            {"description", textOrNull(outcome.description)},
             {"revision", outcome.revision ? Value(*outcome.revision) : Value()}};
 }
 
 Dictionary recordOf(const SkippedItem& item) {
-    return {{"path", item.path}, {"reason", orNull(item.reason)}};
+    return {{"path", item.path}, {"reason", textOrNull(item.reason)}};
 }
 
 template <typename Item> Array recordsOf(const std::vector<Item>& items) {
@@ -50,12 +46,6 @@ template <typename Item> Array recordsOf(const std::vector<Item>& items) {
         records.append(recordOf(item));
     }
     return records;
-}
-
-Value numberIn(const std::string& text) {
-    std::int64_t number = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    return text.empty() || read.ec != std::errc() ? Value() : Value(number);
 }
 
 } // namespace
@@ -69,7 +59,8 @@ Dictionary changeRecord(const Value& result, const std::string& summary,
     }
     record.set("summary", String(summary));
     if (record.find("revision") == nullptr) {
-        record.set("revision", numberIn(output.revision()));
+        const auto revision = numberFrom(output.revision());
+        record.set("revision", revision ? Value(*revision) : Value());
     }
     record.set("items", static_cast<std::int64_t>(output.items()));
     return record;

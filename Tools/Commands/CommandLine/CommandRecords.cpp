@@ -1,12 +1,10 @@
 #include "Tools/Commands/CommandLine/CommandRecords.h"
 
+#include "Tools/Console/JsonOutput.h"
+
 namespace quen::tools {
 
 namespace {
-
-Value textOrNull(const std::string& text) {
-    return text.empty() ? Value() : Value(String(text));
-}
 
 Dictionary optionRecord(const OptionText& option) {
     return {{"shortName", textOrNull(option.shortName)},

@@ -1,11 +1,11 @@
 #include "Tools/Commands/Places/RevisionArguments.h"
 
+#include "Foundation/Number.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <charconv>
 
 namespace quen::tools {
 
@@ -123,10 +123,7 @@ constexpr std::int64_t longestRange = 1000;
 
 std::optional<std::int64_t> parseNumber(std::string_view text) {
     text.remove_prefix(text.starts_with('r') ? 1 : 0);
-    std::int64_t number = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isWhole = read.ec == std::errc() && read.ptr == text.data() + text.size();
-    return isWhole && isNumber(text) ? std::optional(number) : std::nullopt;
+    return isNumber(text) ? numberFrom(text) : std::nullopt;
 }
 
 /// `444`, `-444` or `440-444`, added to the numbers; false for anything else.

@@ -43,10 +43,6 @@ Value failureOf(const Error& error) {
     return word == nullptr ? Value() : Value(String(word));
 }
 
-Value textOrNull(const String& text) {
-    return text.isEmpty() ? Value() : Value(text);
-}
-
 } // namespace
 
 const char* const commandLineErrorDomain = "QuenCommandLineErrorDomain";

@@ -1,10 +1,10 @@
 #include "Tools/Commands/Session/ShortNames.h"
 
+#include "Foundation/Number.h"
 #include "Foundation/PercentCoding.h"
 #include "MarlFoundation/MarlFilePath.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
 
-#include <charconv>
 #include <vector>
 
 namespace quen::tools {
@@ -19,12 +19,8 @@ Value same(const Value& value) {
 
 /// The contract has numbers as texts.
 Value number(const Value& value) {
-    const String text = value.stringValue();
-    std::int64_t number = 0;
-    const char* const end = text.view().data() + text.view().size();
-    const auto read = std::from_chars(text.view().data(), end, number);
-    const bool isNumber = !text.isEmpty() && read.ec == std::errc() && read.ptr == end;
-    return isNumber ? Value(number) : value;
+    const auto number = numberFrom(value.stringValue().view());
+    return number ? Value(*number) : value;
 }
 
 Value path(const Value& value) {
