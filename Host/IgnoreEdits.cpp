@@ -144,33 +144,4 @@ Error IgnoreEditRunner::error() const {
     return error_;
 }
 
-namespace {
-
-bool isControl(char c) noexcept {
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
-
-} // namespace
-
-std::string problemOfIgnoredName(const std::string& path, RequestType type) {
-    std::string name(lastPathComponent(path));
-    if (name.empty() || name == "." || name == "..") {
-        return "is not the name of anything in a directory.";
-    }
-    if (std::any_of(name.begin(), name.end(), isControl)) {
-        return "holds a control character, which no line of the list of ignored names can.";
-    }
-    if (name.find('@') != std::string::npos) {
-        // It would be closed for the client, and get into the list like that.
-        std::replace(name.begin(), name.end(), '@', '?');
-        return "holds an @, which cannot be written to the list of ignored names. The pattern \"" +
-               name + "\" matches it.";
-    }
-    if (name.starts_with('-') && type == RequestTypeIgnore) {
-        return "begins with -, which would be taken for an option. The pattern \"[-]" +
-               name.substr(1) + "\" matches it.";
-    }
-    return {};
-}
-
 } // namespace quen

@@ -3,10 +3,8 @@
 #include "Foundation/Value.h"
 #include "Host/DirectoryLock.h"
 #include "Host/ToolRunner.h"
-#include "QuenFoundation/QuenSourceControlRequestType.h"
 
 #include <mutex>
-#include <string>
 #include <utility>
 
 namespace quen {
@@ -55,9 +53,5 @@ private:
     Edited edited_;
     Error error_;
 };
-
-/// Why the name of a path cannot be in a list that the provider writes, with the pattern that can:
-/// `holds an @, ..`; empty for one that can.
-std::string problemOfIgnoredName(const std::string& path, RequestType type);
 
 } // namespace quen

@@ -3,7 +3,6 @@
 #include "Foundation/Lines.h"
 #include "Foundation/PathComponents.h"
 #include "Foundation/XMLReport.h"
-#include "Host/IgnoreEdits.h"
 #include "Host/Places/Locations.h"
 #include "Host/TaskFailure.h"
 
@@ -42,6 +41,10 @@ Lists listsFor(const std::vector<String>& paths, const QueryRunner& run) {
         lists[directory] = {ignoreListIn(query->output()->bytes()), query->error()};
     }
     return lists;
+}
+
+bool isControl(char c) noexcept {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
 }
 
 bool holds(const StringArray& list, std::string_view name) {
@@ -113,6 +116,27 @@ std::optional<StringArray> ignoreListIn(std::string_view report) {
     });
     const bool isWhole = !reader.readAll(report);
     return isWhole && isText ? std::optional(std::move(list)) : std::nullopt;
+}
+
+std::string problemOfIgnoredName(const std::string& path, RequestType type) {
+    std::string name(lastPathComponent(path));
+    if (name.empty() || name == "." || name == "..") {
+        return "is not the name of anything in a directory.";
+    }
+    if (std::any_of(name.begin(), name.end(), isControl)) {
+        return "holds a control character, which no line of the list of ignored names can.";
+    }
+    if (name.find('@') != std::string::npos) {
+        // It would be closed for the client, and get into the list like that.
+        std::replace(name.begin(), name.end(), '@', '?');
+        return "holds an @, which cannot be written to the list of ignored names. The pattern \"" +
+               name + "\" matches it.";
+    }
+    if (name.starts_with('-') && type == RequestTypeIgnore) {
+        return "begins with -, which would be taken for an option. The pattern \"[-]" +
+               name.substr(1) + "\" matches it.";
+    }
+    return {};
 }
 
 IgnorePlan planIgnore(const std::vector<String>& paths, RequestType type, const QueryRunner& run) {

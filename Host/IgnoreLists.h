@@ -16,6 +16,10 @@ namespace quen {
 /// is not a report; an absent property is an empty list.
 std::optional<StringArray> ignoreListIn(std::string_view report);
 
+/// Why the name of a path cannot be in a list that the provider writes, with the pattern that can:
+/// `holds an @, ..`; empty for one that can.
+std::string problemOfIgnoredName(const std::string& path, RequestType type);
+
 /// A path that cannot be ignored, or taken out again; the reason can follow its name.
 struct IgnoreProblem {
     String path;

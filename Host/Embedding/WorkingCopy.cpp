@@ -4,6 +4,7 @@
 #include "Host/Embedding/RequestBuilder.h"
 #include "Host/HostSourceTrees.h"
 #include "Host/IgnoreEdits.h"
+#include "Host/IgnoreLists.h"
 #include "Host/RunContext.h"
 #include "Host/TaskFailure.h"
 

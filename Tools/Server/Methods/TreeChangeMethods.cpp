@@ -1,4 +1,4 @@
-#include "Host/IgnoreEdits.h"
+#include "Host/IgnoreLists.h"
 #include "Host/Places/Locations.h"
 #include "Tools/Server/Methods/ChangeJson.h"
 #include "Tools/Server/Methods/Params.h"
