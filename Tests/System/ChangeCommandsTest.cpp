@@ -314,7 +314,7 @@ TEST_F(TreeEditCommandsTest, MakeDirectoryTakesNamesAsTheyAre) {
     expectEach(sandbox_, {{withNames({"mkdir"}, names),
                            "Created plain.c.\nCreated with blank.c.\nCreated icon@2x.png.\n"
                            "Created \xC3\xBCmlaut.c.\nCreated ./-dash.c.\nCreated 50%.c.\n"
-                           "Created ./[a,b].\nCreated it's.c.\nCreated ./-both@2.c.\n"
+                           "Created [a,b].\nCreated it's.c.\nCreated ./-both@2.c.\n"
                            "Created ends@.\n"}});
 
     for (const std::string& name : names) {

@@ -34,7 +34,7 @@ TEST_P(Arguments, ReachTheSubcommandWhole) {
     Words paths;
     std::string message;
     bool flag = false;
-    command->add_option("PATH", paths);
+    command->add_option("PATH", paths)->transform(wordOfArgument);
     command->add_option("-m,--message", message);
     command->add_flag("-q", flag);
 
@@ -50,15 +50,18 @@ INSTANTIATE_TEST_SUITE_P(
     Table, Arguments,
     testing::Values(
         ArgumentsCase{"plain", {"add", "a", "b"}, {"a", "b"}, ""},
-        ArgumentsCase{"a list", {"add", "[a,b]", "[c]", "[]"}, {"./[a,b]", "./[c]", "./[]"}, ""},
+        ArgumentsCase{"a list", {"add", "[a,b]", "[c]", "[]"}, {"[a,b]", "[c]", "[]"}, ""},
         ArgumentsCase{"brackets within", {"add", "x[a,b]", "[a]/c"}, {"x[a,b]", "[a]/c"}, ""},
         ArgumentsCase{"a message", {"add", "a", "-m", "[WIP]"}, {"a"}, "[WIP]"},
         ArgumentsCase{"a message by its long name",
                       {"add", "a", "--message", "[WIP]", "[b]"},
-                      {"a", "./[b]"},
+                      {"a", "[b]"},
                       "[WIP]"},
-        ArgumentsCase{"behind a flag", {"add", "-q", "[a]"}, {"./[a]"}, ""},
-        ArgumentsCase{"behind two dashes", {"add", "--", "[a]", "-m"}, {"./[a]", "./-m"}, ""},
+        ArgumentsCase{"behind a flag", {"add", "-q", "[a]"}, {"[a]"}, ""},
+        ArgumentsCase{"a list in a directory", {"add", "d/[a,b]", "./x"}, {"d/[a,b]", "./x"}, ""},
+        ArgumentsCase{"braces", {"add", "{}", "%%"}, {"{}", "%%"}, ""},
+        ArgumentsCase{"braces alone", {"add", "{}"}, {"{}"}, ""},
+        ArgumentsCase{"behind two dashes", {"add", "--", "[a]", "-m"}, {"[a]", "./-m"}, ""},
         ArgumentsCase{"two dashes as a value", {"add", "-m", "--", "-q", "a"}, {"a"}, "--"},
         ArgumentsCase{"a message like an option", {"add", "-m", "-q", "a"}, {"a"}, "-q"},
         ArgumentsCase{"a message like a number", {"add", "--message", "-1", "a"}, {"a"}, "-1"},

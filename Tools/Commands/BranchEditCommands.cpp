@@ -29,19 +29,20 @@ struct Edit {
     RequestType type;
     /// What an editor says that the message is about.
     std::string about;
-    /// What it makes is called so, and lies there.
-    std::string noun = "branch";
+    /// A tag is a branch that lies among the tags.
+    bool isTag = false;
+
+    std::string noun() const { return isTag ? "tag" : "branch"; }
 };
 
 /// The repository with its branches: the only kind of tree that these requests take.
 Outcome<SourceTree> findRepository(Session& session, const Edit& edit, const Options& options) {
     if (!isBranchName(options.name)) {
         return session.fail("\"" + printable(options.name) + "\" cannot be the name of a " +
-                            edit.noun + ": it has parts that are empty, . or ..");
+                            edit.noun() + ": it has parts that are empty, . or ..");
     }
     auto source = findSourceWithLayout(session, options.path, options.layout);
-    if (source && edit.noun == "tag") {
-        // A tag is a branch that lies among the tags.
+    if (source && edit.isTag) {
         LayoutOptions layout;
         layout.layout = {source->repository->trunkLocation().absoluteString().str(),
                          tagsBeside(source->repository->branchesLocation().absoluteString().str())};
@@ -68,7 +69,7 @@ Outcome<Dictionary> sourceOptions(Session& session, const Options& options) {
 
 int check(Session& session, const SourceTree& source, const Edit& edit, const Options& options) {
     if (edit.type == RequestTypeRemoteCopy) {
-        return checkNewBranch(session, source, options.name, edit.noun);
+        return checkNewBranch(session, source, options.name, edit.noun());
     }
     BranchDeletion deletion = options.deletion;
     deletion.path = options.path;
@@ -98,7 +99,7 @@ int runEdit(Session& session, const Edit& edit, const Options& options) {
 }
 
 Subcommand addEdit(Subcommand command, const Edit& edit, const std::shared_ptr<Options>& options) {
-    command.argument("NAME", options->name, "Name of the " + edit.noun).required();
+    command.argument("NAME", options->name, "Name of the " + edit.noun()).required();
     command.argument("PATH", options->path, "Path or URL in the project (default: .)");
     options->message.addTo(command);
     options->layout.addTo(command);
@@ -129,7 +130,7 @@ void addBranchEditCommands(Subcommand& branch) {
 
 void addTagEdit(Subcommand tag) {
     const auto options = std::make_shared<Options>();
-    Subcommand command = addEdit(tag, {RequestTypeRemoteCopy, "New tag", "tag"}, options);
+    Subcommand command = addEdit(tag, {RequestTypeRemoteCopy, "New tag", true}, options);
     command.option("--from", options->from, "Branch, URL or ^/PATH to tag (default: trunk)");
 }
 

@@ -7,9 +7,7 @@
 #include "Tools/Commands/Session/HostQueries.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
-#include <system_error>
 
 namespace quen::tools {
 
@@ -35,11 +33,6 @@ int makeDirectory(Session& session, const std::string& directory, const Dictiona
                           return isRemote ? committedSummary(result, output)
                                           : "Created " + printable(directory) + ".";
                       });
-}
-
-bool isDirectory(const std::string& path) {
-    std::error_code ignored;
-    return !isRepositoryURL(path) && std::filesystem::is_directory(path, ignored);
 }
 
 /// The client's own command, since the provider's makes no parents. In the repository all of them

@@ -4,16 +4,10 @@
 #include "Tools/Terminal/SafeText.h"
 
 #include <filesystem>
-#include <system_error>
 
 namespace quen::tools {
 
 namespace {
-
-bool isDirectory(const std::string& path) {
-    std::error_code ignored;
-    return std::filesystem::is_directory(path, ignored);
-}
 
 /// The path that an item gets in the directory that it goes into.
 std::string pathIn(const std::string& directory, const std::string& source) {
@@ -32,15 +26,6 @@ void TreeEditOptions::addTo(Subcommand& command, const std::string& help) {
     command.arguments("PATH", places, help).required();
 }
 
-namespace {
-
-/// The command line puts a `./` in front of what looks like a list.
-std::string asTyped(const std::string& path) {
-    return path.starts_with("./[") ? path.substr(2) : path;
-}
-
-} // namespace
-
 int runTreeEdit(const Session& session, const TreeEditOptions& options, const TreeEdit& edit) {
     if (options.places.size() < 2) {
         return session.fail("Where to? Give the new path, or a directory, last.", ExitUsage).status;
@@ -57,7 +42,7 @@ int runTreeEdit(const Session& session, const TreeEditOptions& options, const Tr
     int status = ExitSuccess;
     for (const std::string& source : sources) {
         if (status == ExitSuccess) {
-            status = edit(asTyped(source), goesInto ? pathIn(destination, source) : destination);
+            status = edit(source, goesInto ? pathIn(destination, source) : destination);
         }
     }
     return status;

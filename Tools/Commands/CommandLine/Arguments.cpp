@@ -123,4 +123,9 @@ ParserArguments parserArguments(const CLI::App& app, const std::vector<std::stri
     return Preparation(app).made(words);
 }
 
+std::string wordOfArgument(const std::string& argument) {
+    const bool isProtected = argument.starts_with("./") && looksLikeList(argument.substr(2));
+    return isProtected ? argument.substr(2) : argument;
+}
+
 } // namespace quen::tools

@@ -24,7 +24,11 @@ struct ParserArguments {
 /// becomes `--change=-444`. `-2` is short for `--limit=2` where there is such an option.
 ///
 /// CLI11 takes `[a,b]` for a list of values wherever several are taken, so a path that looks like
-/// one would be torn apart. It becomes `./[a,b]`, which is the same path.
+/// one would be torn apart. It becomes `./[a,b]`, which is the same path, until the parser has
+/// passed it on.
 ParserArguments parserArguments(const CLI::App& app, const std::vector<std::string>& words);
+
+/// An argument behind the parser, as it was typed where it looks like a list.
+std::string wordOfArgument(const std::string& argument);
 
 } // namespace quen::tools

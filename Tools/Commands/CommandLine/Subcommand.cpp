@@ -1,5 +1,6 @@
 #include "Tools/Commands/CommandLine/Subcommand.h"
 
+#include "Tools/Commands/CommandLine/Arguments.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
 
 #include <CLI/CLI.hpp>
@@ -113,7 +114,7 @@ Parameter Subcommand::argument(const std::string& name, std::string& value,
 
 Parameter Subcommand::arguments(const std::string& name, std::vector<std::string>& values,
                                 const std::string& help) {
-    return Parameter(*app_->add_option(name, values, help));
+    return Parameter(*app_->add_option(name, values, help)->transform(wordOfArgument));
 }
 
 void Subcommand::details(const std::string& text) {
