@@ -56,18 +56,6 @@ template <typename Serve> Answer answerOf(Serve serve) {
     }
 }
 
-class WorkOperation : public Operation {
-public:
-    explicit WorkOperation(std::function<void()> work) : work_(std::move(work)) {}
-    void main() override {
-        work_();
-        work_ = nullptr;
-    }
-
-private:
-    std::function<void()> work_;
-};
-
 } // namespace
 
 Dispatcher::~Dispatcher() {
@@ -137,7 +125,7 @@ void Dispatcher::prepareAndStart(const Method& method, const Message& request,
     const Answer refusal = answerOf([&]() -> Answer {
         const Json document{{"params", request.params}};
         const PreparedCall prepared = method.prepare(JsonInput(document).member("params"));
-        start(prepared.changes, [this, call, run = prepared.run, around = arrive_(*call)] {
+        lanes_.start(prepared.changes, [this, call, run = prepared.run, around = arrive_(*call)] {
             Answer answer = [](Call&) {};
             if (call->begin()) {
                 answer = answerOf([&]() -> Answer {
@@ -165,64 +153,11 @@ void Dispatcher::enqueue(const std::string& workingCopy, std::function<void()> w
         const std::lock_guard lock(mutex_);
         ++ownWork_;
     }
-    start(workingCopy, [this, done = std::move(work)] {
+    lanes_.start(workingCopy, [this, done = std::move(work)] {
         done();
         const std::lock_guard lock(mutex_);
         --ownWork_;
     });
-}
-
-void Dispatcher::start(const std::string& lane, Work work) {
-    if (lane.empty()) {
-        submit(std::move(work));
-        return;
-    }
-    bool isFree = false;
-    {
-        const std::lock_guard lock(mutex_);
-        isFree = lanes_.try_emplace(lane).second;
-        lanes_.at(lane).push_back(std::move(work));
-    }
-    if (isFree) {
-        submit([this, lane] { runFirstOf(lane); });
-    }
-}
-
-void Dispatcher::submit(Work work) {
-    {
-        const std::lock_guard lock(mutex_);
-        ++working_;
-    }
-    try {
-        workers_->addOperation(std::make_shared<WorkOperation>([this, done = std::move(work)] {
-            done();
-            countDone();
-        }));
-    } catch (const std::exception&) {
-        countDone();
-        throw;
-    }
-}
-
-/// Does the first of a lane, then has the next done in its turn among all work.
-void Dispatcher::runFirstOf(const std::string& lane) {
-    Work work;
-    {
-        const std::lock_guard lock(mutex_);
-        work = std::move(lanes_.at(lane).front());
-    }
-    work();
-    work = nullptr;
-    {
-        const std::lock_guard lock(mutex_);
-        const auto found = lanes_.find(lane);
-        found->second.pop_front();
-        if (found->second.empty()) {
-            lanes_.erase(found);
-            return;
-        }
-    }
-    submit([this, lane] { runFirstOf(lane); });
 }
 
 void Dispatcher::forget(const CallPtr& call) {
@@ -231,14 +166,8 @@ void Dispatcher::forget(const CallPtr& call) {
     if (found != calls_.end() && found->second.call == call) {
         bytes_ -= found->second.bytes;
         calls_.erase(found);
-        idle_.notify_all();
+        isAnswered_.notify_all();
     }
-}
-
-void Dispatcher::countDone() {
-    const std::lock_guard lock(mutex_);
-    --working_;
-    idle_.notify_all();
 }
 
 void Dispatcher::cancel(const Json& id) {
@@ -271,8 +200,14 @@ bool Dispatcher::end(std::chrono::milliseconds bound) {
 }
 
 bool Dispatcher::waitUntilIdle(std::chrono::milliseconds bound) {
-    std::unique_lock lock(mutex_);
-    return idle_.wait_for(lock, bound, [this] { return working_ == 0 && calls_.empty(); });
+    const auto end = std::chrono::steady_clock::now() + bound;
+    {
+        std::unique_lock lock(mutex_);
+        if (!isAnswered_.wait_until(lock, end, [this] { return calls_.empty(); })) {
+            return false;
+        }
+    }
+    return lanes_.waitUntilIdle(end);
 }
 
 std::size_t Dispatcher::callsInFlight() const {

@@ -1,12 +1,11 @@
 #pragma once
 
-#include "Foundation/OperationQueue.h"
 #include "Tools/Server/Dispatch/Method.h"
+#include "Tools/Server/Dispatch/WorkLanes.h"
 
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
-#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -57,16 +56,9 @@ public:
     std::size_t bytesInFlight() const;
 
 private:
-    using Work = std::function<void()>;
-
     CallPtr admit(const Message& request, Call::Facts facts);
     void prepareAndStart(const Method& method, const Message& request, const CallPtr& call);
-    void start(const std::string& lane, Work work);
-    /// Hands work to a thread; counted as work in hand until it is done.
-    void submit(Work work);
-    void runFirstOf(const std::string& lane);
     void forget(const CallPtr& call);
-    void countDone();
 
     MessageSink& sink_;
     std::map<std::string, Method, std::less<>> methods_;
@@ -74,19 +66,17 @@ private:
         return [](const std::function<void()>& serving) { serving(); };
     };
     mutable std::mutex mutex_;
-    std::condition_variable idle_;
+    std::condition_variable isAnswered_;
     struct Admitted {
         CallPtr call;
         std::size_t bytes;
     };
     std::map<std::string, Admitted> calls_;
     std::size_t bytes_ = 0;
-    /// What waits for its turn, by working copy; a lane that is there is at work.
-    std::map<std::string, std::deque<Work>> lanes_;
-    std::size_t working_ = 0;
     std::size_t ownWork_ = 0;
     bool isEnding_ = false;
-    OperationQueuePtr workers_ = OperationQueue::make(width);
+    /// By working copy; last, so that no work goes on any more while the rest goes.
+    WorkLanes lanes_{width};
 };
 
 } // namespace quen::tools::server

@@ -2,6 +2,7 @@
 
 #include "Tools/Server/Runs/Runs.h"
 #include "Tools/Server/WorkingCopies/ChangeWatch.h"
+#include "Tools/Server/WorkingCopies/StatusRefresh.h"
 #include "Tools/Server/WorkingCopies/WorkingCopy.h"
 
 #include <condition_variable>
@@ -10,7 +11,9 @@
 #include <memory>
 #include <mutex>
 #include <set>
+#include <stop_token>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quen::tools::server {
@@ -34,7 +37,7 @@ public:
         /// It was not open before.
         bool isNew = false;
     };
-    using ItemWatcher = std::function<void(const std::vector<StatusItem>&)>;
+    using ItemWatcher = StatusRefresh::ItemWatcher;
     /// Opens the working copy that a path lies in, and gets its first status, whose items `watcher`
     /// hears of while the client writes. `copy` is null where the path lies in none, and where the
     /// client failed, which `ran` tells. Of several that open one at once, one runs the client and
@@ -56,14 +59,20 @@ public:
 
     /// Runs the client for the whole status.
     Ran refresh(const WorkingCopyPtr& copy, const RunOptions& options,
-                const ItemWatcher& watcher = {});
+                const ItemWatcher& watcher = {}) {
+        return refresh_.whole(copy, options, watcher);
+    }
     /// Likewise, but only where no status is kept yet: of several that ask for it at once, one runs
     /// the client and the others wait.
     Ran makeKnown(const WorkingCopyPtr& copy, const RunOptions& options,
-                  const ItemWatcher& watcher = {});
-    /// Likewise for some paths alone.
+                  const ItemWatcher& watcher = {}) {
+        return refresh_.makeKnown(copy, options, watcher);
+    }
+    /// Runs the client for some paths alone.
     Ran refreshBelow(const WorkingCopyPtr& copy, std::vector<std::string> paths,
-                     const RunOptions& options);
+                     const RunOptions& options) {
+        return refresh_.below(copy, std::move(paths), options);
+    }
 
     /// The editor says that paths were touched; served later, all of a short time in one run.
     void noteTouched(const std::vector<std::string>& paths);
@@ -83,14 +92,10 @@ public:
     void end();
 
 private:
-    Ran refreshInTurn(const WorkingCopyPtr& copy, const RunOptions& options,
-                      const ItemWatcher& watcher);
     void afterChange(const WorkingCopyPtr& copy, const std::vector<std::string>& paths,
                      const std::stop_token& stop);
     void refreshBehind(const WorkingCopyPtr& copy);
     void serveDue(const ChangeWatch::Due& due);
-    void announce(const WorkingCopy& copy, const std::optional<WorkingCopy::News>& news);
-    Ran readFacts(const std::string& root, WorkingCopyFacts& facts, const RunOptions& options);
     class Opening;
 
     Runs& runs_;
@@ -98,6 +103,7 @@ private:
     MessageSink& sink_;
     WindowLog& log_;
     std::stop_source stop_;
+    StatusRefresh refresh_;
     mutable std::mutex mutex_;
     std::map<std::string, WorkingCopyPtr> copies_;
     std::set<std::string> beingOpened_;
