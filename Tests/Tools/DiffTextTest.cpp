@@ -74,7 +74,11 @@ TEST(DifferencePainter, SetsOldAndNewLinesSideBySide) {
                              Case{"@@ -0,0 +1 @@\n+new\n", "@@ -0,0 +1 @@\n         > new\n"},
                              Case{"@@ -1 +1,2 @@\n-a\tb\n+c\n+d\n",
                                   "@@ -1 +1,2 @@\na      \xE2\x80\xA6 | c\n         > d\n"},
-                             Case{"@@ -1,2 +1 @@\n \n-two\n", "@@ -1,2 +1 @@\n\ntwo      <\n"}}) {
+                             Case{"@@ -1,2 +1 @@\n \n-two\n", "@@ -1,2 +1 @@\n\ntwo      <\n"},
+                             Case{"@@ -1,2 +1,2 @@\n a\r\n-b\r\n+c\r\n+d\r\n",
+                                  "@@ -1,2 +1,2 @@\na          a\nb        | c\n         > d\n"},
+                             Case{"@@ -1,2 +1,1 @@\n-a\n-b\r\n+a\r\n",
+                                  "@@ -1,2 +1,1 @@\na        | a\xEF\xBF\xBD\nb        <\n"}}) {
         DifferencePainter painter(plain, 19);
         std::string shown = painter.take(each.difference);
         shown += painter.finish();

@@ -144,6 +144,13 @@ void DifferencePainter::showRows() {
 }
 
 void DifferencePainter::showRow(std::string_view left, char mark, std::string_view right) {
+    // Shown only where one side has it and the other has not.
+    const bool isReturn =
+        (mark == '>' || left.ends_with('\r')) && (mark == '<' || right.ends_with('\r'));
+    if (isReturn) {
+        left.remove_suffix(mark == '>' ? 0 : 1);
+        right.remove_suffix(mark == '<' ? 0 : 1);
+    }
     const std::size_t width = (sideBySide_ - std::min<std::size_t>(sideBySide_, 3)) / 2;
     const std::string before = startingText(withoutTabs(left), width);
     const std::string after = startingText(withoutTabs(right), width);
