@@ -110,8 +110,8 @@ TEST_F(BrowsingTest, TagsAreMadeAndListed) {
                 {{"tag", "v1/..", "-m", "Out"},
                  "",
                  1,
-                 "quen tag: \"v1/..\" cannot be the name of a tag: it has parts that are empty, . "
-                 "or ..\n"}});
+                 "quen tag: \"v1/..\" cannot be the name of a tag: its parts must not be empty, "
+                 ". or ..\n"}});
     EXPECT_THAT(sandbox_.quen({"info", sandbox_.url("tags/v1")}).out,
                 HasSubstr("Branch        tag v1\n"));
 }

@@ -85,7 +85,7 @@ TEST_F(LocalEditCommandsTest, AddTakesWhatIsNewBelowADirectory) {
                 {{"add"},
                  "",
                  1,
-                 "quen add: By what the status says:\n"
+                 "quen add: According to the status:\n"
                  "  unversioned  lib\n"
                  "  unversioned  new.c\n"
                  "quen add: Nothing was done, because nobody can be asked here. Use --yes to go "
@@ -105,7 +105,7 @@ TEST_F(LocalEditCommandsTest, RemoveTakesWhatIsMissing) {
                {{{"remove"},
                  "",
                  1,
-                 "quen remove: By what the status says:\n"
+                 "quen remove: According to the status:\n"
                  "  missing  a.c\n"
                  "  missing  dir\n"
                  "quen remove: Nothing was done, because nobody can be asked here. Use --yes to go "
@@ -113,6 +113,39 @@ TEST_F(LocalEditCommandsTest, RemoveTakesWhatIsMissing) {
                 {{"remove", "--yes"}, "Removed 3 items.\n"},
                 {{"remove"}, "Nothing to remove.\n"}});
     EXPECT_EQ(sandbox_.svn({"status"}), "D       a.c\nD       dir\n");
+}
+
+/// The client takes it without a word.
+TEST_F(LocalEditCommandsTest, RemoveTellsOfWhatWasNotUnderVersionControl) {
+    commitFiles({"a.c"});
+    for (const std::string name : {"new.c", "other.c", "dir/b.c"}) {
+        sandbox_.write(name, "one\n");
+    }
+    const std::string undo = " `quen undo` brings back what the files held.\n";
+    expectEach(sandbox_, {{{"remove", "--yes", "new.c"}, "Removed 1 item." + undo},
+                          {{"remove", "--yes", "a.c", "other.c"}, "Removed 2 items." + undo},
+                          {{"remove", "--yes", "dir"}, "Removed 1 item." + undo}});
+    EXPECT_EQ(sandbox_.svn({"status"}), "D       a.c\n");
+}
+
+/// The client would end at the first, with the rest not added.
+TEST_F(LocalEditCommandsTest, AddTellsOfNamesThatNoRepositoryTakes) {
+    for (const std::string name : {"a.c", "b\nb.c", "c.c"}) {
+        sandbox_.write(name, "one\n");
+    }
+    expectEach(sandbox_, {{{"add", "--yes"},
+                           "Added 2 items.\n",
+                           1,
+                           "quen add: \"b\xEF\xBF\xBD"
+                           "b.c\" cannot be added: its name holds a "
+                           "control character. Rename it.\n"},
+                          {{"add", "b\nb.c"},
+                           "Nothing to add.\n",
+                           1,
+                           "quen add: \"b\xEF\xBF\xBD"
+                           "b.c\" cannot be added: its name holds a "
+                           "control character. Rename it.\n"}});
+    EXPECT_EQ(sandbox_.svn({"status", "-q"}), "A       a.c\nA       c.c\n");
 }
 
 /// The client says nothing of a path that is not there.
@@ -373,7 +406,7 @@ TEST_F(BranchCommandsTest, RefusesNamesThatAreNone) {
                                "",
                                1,
                                "quen branch delete: \"" + name +
-                                   "\" cannot be the name of a branch: it has parts that are "
+                                   "\" cannot be the name of a branch: its parts must not be "
                                    "empty, . or ..\n"}});
     }
     EXPECT_EQ(sandbox_.svn({"list", sandbox_.url()}), "branches/\ntags/\ntrunk/\n");
@@ -450,6 +483,19 @@ TEST_F(BranchCommandsTest, SwitchAndMergeTakeABranchByName) {
                            "To undo the merge before you commit it: `quen revert .`.\n"},
                           {{"merge", "--yes", "a b@1"}, "Nothing to merge from a b@1.\n"}});
     EXPECT_EQ(sandbox_.svn({"status"}), " M      .\nM       a.c\nA  +    b.c\n");
+}
+
+/// What is changed here is compared with the branch before the switch: that is where it is missed.
+TEST_F(BranchCommandsTest, ABranchThatIsNotThereIsMissedWithWhatHelps) {
+    sandbox_.write("a.c", "mine\n");
+    for (const Sandbox::Words& words : {Sandbox::Words{"switch", "nowhere"},
+                                        {"switch", "nowhere", "--yes"},
+                                        {"switch", "nowhere", "--dry-run"}}) {
+        const Ran ran = sandbox_.quen(words);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_THAT(ran.err, testing::EndsWith("`quen branches` lists the branches.\n"));
+    }
+    EXPECT_EQ(sandbox_.svn({"status"}), "M       a.c\n");
 }
 
 TEST_F(BranchCommandsTest, MergeTakesARange) {

@@ -17,6 +17,7 @@ using testing::HasSubstr;
 struct DryCase {
     Sandbox::Words words;
     std::string says;
+    std::string tells = {};
 };
 
 class DryRunTest : public testing::Test {
@@ -56,6 +57,7 @@ protected:
             {{"remove", "hello.c"}, run + "remove --force hello.c"},
             {{"remove", trunk + "/empty", "-m", "M"}, run + "remove --force -m M "},
             {{"revert", "hello.c"}, run + "revert -R hello.c"},
+            {{"revert", "--yes", "hello.c"}, run + "revert -R hello.c", "  modified  hello.c\n"},
             {{"resolve", "hello.c"}, run + "resolve --accept working hello.c"},
             {{"resolve", "--accept", "theirs", "hello.c"}, run + "resolve --accept theirs-full "},
             {{"copy", "empty", "copied"}, run + "copy empty copied"},
@@ -93,6 +95,7 @@ TEST_F(DryRunTest, ChangesNothingAndSaysWhatWouldBeRun) {
         SCOPED_TRACE(testing::PrintToString(words));
         const Ran ran = sandbox_.quen(words);
         EXPECT_THAT(ran.out, HasSubstr(each.says)) << ran.err;
+        EXPECT_THAT(ran.err, HasSubstr(each.tells));
         EXPECT_THAT(ran.status, testing::AnyOf(0, 3)) << ran.err;
         EXPECT_EQ(everything(), before);
     }

@@ -4,6 +4,7 @@
 #include "Tools/Commands/CommandLine/CommandLine.h"
 #include "Tools/Commands/Places/ItemPlace.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -39,15 +40,33 @@ Outcome<std::vector<std::string>> whatIsNew(const Session& session,
     return found;
 }
 
+bool hasControlCharacter(const std::string& path) {
+    return std::any_of(path.begin(), path.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+}
+
+/// Takes out the names that no repository takes, on which the client would end with the rest not
+/// added, and tells of them. Whether there were any.
+bool dropUnusable(const Session& session, std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+        if (hasControlCharacter(path)) {
+            session.tell("\"" + printable(path) +
+                         "\" cannot be added: its name holds a control character. Rename it.");
+        }
+    }
+    return std::erase_if(paths, hasControlCharacter) > 0;
+}
+
 int runAddCommand(Session& session, const LocalEditOptions& options) {
     const bool isByStatus = options.paths.empty();
-    const auto paths =
-        whatIsNew(session, isByStatus ? std::vector<std::string>{"."} : options.paths);
+    auto paths = whatIsNew(session, isByStatus ? std::vector<std::string>{"."} : options.paths);
     if (!paths) {
         return paths.status();
     }
-    return editByStatus(session, addition, options, *paths,
-                        isByStatus ? "unversioned" : std::string());
+    const bool isAnyLeft = dropUnusable(session, *paths);
+    const int status = editByStatus(session, addition, options, *paths,
+                                    isByStatus ? "unversioned" : std::string());
+    return status == ExitSuccess && isAnyLeft ? static_cast<int>(ExitFailure) : status;
 }
 
 } // namespace

@@ -39,7 +39,7 @@ struct Edit {
 Outcome<SourceTree> findRepository(Session& session, const Edit& edit, const Options& options) {
     if (!isBranchName(options.name)) {
         return session.fail("\"" + printable(options.name) + "\" cannot be the name of a " +
-                            edit.noun() + ": it has parts that are empty, . or ..");
+                            edit.noun() + ": its parts must not be empty, . or ..");
     }
     auto source = findSourceWithLayout(session, options.path, options.layout);
     if (source && edit.isTag) {

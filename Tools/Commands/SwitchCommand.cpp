@@ -32,14 +32,14 @@ bool holds(const std::vector<StatusEntry>& entries, const String& path) {
 
 /// What is changed here goes along to the branch, and may meet what is there.
 Outcome<Confirmation> concerns(const Session& session, const Options& options,
-                               const String& branch) {
+                               const QuenSourceControlRequest& request) {
     const std::vector<String> paths = absolutePaths({options.path});
     Confirmation confirmation("These are in no revision, and would be taken along to " +
                                   printable(options.branch) + ":",
                               "Switch all the same?");
-    const SwitchPlan plan = planSwitchOfWork(paths.front(), branch, runHostQuery);
+    const SwitchPlan plan = planSwitchOfWork(paths.front(), request.destination(), runHostQuery);
     if (plan.error) {
-        return Losses::explain(session, plan.error);
+        return Losses::explain(session, plan.error, &request);
     }
     for (const StatusEntry& entry : plan.localChanges) {
         const bool isChangedThere = holds(plan.changedOnBothSides, entry.path);
@@ -61,15 +61,15 @@ int runSwitchCommand(Session& session, const Options& options) {
     if (!branch) {
         return branch.status();
     }
-    const auto confirmation = concerns(session, options, *branch);
+    const auto request = makeRequest(RequestTypeSwitch, *source, {clientPath(options.path)});
+    request->setDestination(*branch);
+    const auto confirmation = concerns(session, options, *request);
     if (!confirmation) {
         return confirmation.status();
     }
     if (const int status = confirmation->obtain(session, options.isSure); status != ExitSuccess) {
         return status;
     }
-    const auto request = makeRequest(RequestTypeSwitch, *source, {clientPath(options.path)});
-    request->setDestination(*branch);
     return makeTransfer(session, {{request, options.path}, [&](const ChangeFacts& facts) {
                                       return "Switched to " + printable(options.branch) +
                                              itemsIn(facts) + ".";

@@ -29,7 +29,7 @@ void Confirmation::show(const Session& session) const {
 }
 
 int Confirmation::obtain(const Session& session, bool isSure) const {
-    if (isEmpty() || isSure) {
+    if (isEmpty() || (isSure && !session.options().dryRun)) {
         return ExitSuccess;
     }
     show(session);

@@ -33,17 +33,16 @@ int makeEdit(Session& session, const SourceTree& source, const LocalEdit& edit,
         status != ExitSuccess) {
         return status;
     }
-    const int status = makeChange(session, {request, isRemote ? "" : options.paths.front()},
-                                  [&](const Value& result, const ChangeOutput& output) {
-                                      if (isRemote) {
-                                          return committedSummary(result, output);
-                                      }
-                                      return output.items() == 0
-                                                 ? "Nothing to " + edit.toDo + "."
-                                                 : edit.done + " " +
-                                                       counted(output.items(), edit.noun) + "." +
-                                                       losses.advice();
-                                  });
+    const int status = makeChange(
+        session, {request, isRemote ? "" : options.paths.front()},
+        [&](const Value& result, const ChangeOutput& output) {
+            if (isRemote) {
+                return committedSummary(result, output);
+            }
+            const std::size_t items = output.items() + losses.unversionedAmong(options.paths);
+            return items == 0 ? "Nothing to " + edit.toDo + "."
+                              : edit.done + " " + counted(items, edit.noun) + "." + losses.advice();
+        });
     return losses.conclude(session, status);
 }
 

@@ -9,6 +9,7 @@
 #include "Tools/Commands/Session/Records.h"
 #include "Tools/Terminal/InterruptWatch.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 
@@ -42,11 +43,12 @@ std::string wordsForItem(const StatusEntry& entry) {
     return word == "normal" || word == "none" ? properties : word + ", " + properties;
 }
 
-Explained Losses::explain(const Session& session, const Error& error) {
+Explained Losses::explain(const Session& session, const Error& error,
+                          const QuenSourceControlRequest* request) {
     if (InterruptWatch::wasInterrupted()) {
         return session.fail("Interrupted.", ExitInterrupted);
     }
-    session.tell(error);
+    session.tell(error, request);
     return {ExitFailure};
 }
 
@@ -111,6 +113,16 @@ void Losses::forget() {
         UndoStore().forget(kept.id);
     }
     kept_.clear();
+}
+
+std::size_t Losses::unversionedAmong(const std::vector<std::string>& paths) const {
+    const std::vector<String> named = absolutePaths(paths);
+    return static_cast<std::size_t>(
+        std::count_if(lost_.begin(), lost_.end(), [&](const LostItem& item) {
+            const bool isVersioned =
+                item.status.item != "unversioned" && item.status.item != "ignored";
+            return !isVersioned && std::find(named.begin(), named.end(), item.path) != named.end();
+        }));
 }
 
 std::string Losses::undoCommand() const {

@@ -4,6 +4,7 @@
 #include "Tools/Commands/Changes/Confirmation.h"
 #include "Tools/Commands/Session/Session.h"
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,8 +31,9 @@ public:
         return error ? Outcome<Losses>(explain(session, error)) : lostBy(step, plan.lost);
     }
 
-    /// Why a plan could not be made.
-    static Explained explain(const Session& session, const Error& error);
+    /// Why a plan could not be made; `request` is the one that it is for, where there is one.
+    static Explained explain(const Session& session, const Error& error,
+                             const QuenSourceControlRequest* request = nullptr);
 
     /// ExitSuccess where the step may be taken, otherwise the exit status, explained.
     int confirm(const Session& session, bool isSure) const {
@@ -43,6 +45,9 @@ public:
     int keep(const Session& session, const std::vector<std::string>& paths, bool isSure);
 
     bool isKept() const { return !kept_.empty(); }
+    /// How many of the paths that were named are lost without being under version control: a client
+    /// that takes them says nothing of them.
+    std::size_t unversionedAmong(const std::vector<std::string>& paths) const;
     /// The command that brings back what was kept: `quen undo`, with the working copies where they
     /// are not the one here.
     std::string undoCommand() const;

@@ -53,7 +53,7 @@ int editByStatus(Session& session, const LocalEdit& edit, const LocalEditOptions
     if (paths.empty()) {
         return tellNothingToDo(session, "Nothing to " + edit.toDo + ".");
     }
-    Confirmation confirmation("By what the status says:", capitalised(edit.toDo) + " " +
+    Confirmation confirmation("According to the status:", capitalised(edit.toDo) + " " +
                                                               counted(paths.size(), edit.noun) +
                                                               "?");
     for (const std::string& path : word.empty() ? std::vector<std::string>() : paths) {

@@ -88,6 +88,9 @@ std::string adviceByText(const ErrorFacts& facts, const Lines& reason) {
     if (anyLineHas(reason, "Unrecognized URL scheme")) {
         return "A repository's URL begins with https://, http://, svn://, svn+ssh:// or file://.";
     }
+    if (anyLineHas(reason, "Invalid control character")) {
+        return "A name under version control cannot hold a control character. Rename the item.";
+    }
     if (facts.has({160013, 160005}) || anyLineHas(reason, "non-existent in revision") ||
         anyLineHas(reason, "does not exist in the repository") ||
         (facts.has({170000}) && anyLineHas(reason, "doesn't exist"))) {
