@@ -22,18 +22,16 @@ constexpr std::array rows{
          "Makes a revision at once. The destination is the branch's name below the repository's "
          "`branchesLocation`; what is copied is the option's source location, or the trunk.",
          "The source tree must be the repository itself. Without `branchesLocation` in its record "
-         "the "
-         "operation is made with the "
-         "error -23 set, and is not to be run."}},
+         "the operation is made with the error -23 set, and is not to be run."}},
     Row{"RequestTypeRemoteRemove",
         {"Remove a branch, in the repository.",
          "Makes a revision at once. The destination is the branch's name.",
          "The source tree must be the repository itself. The reference host refuses a destination "
-         "that names nothing (empty, `.`, `/`): the "
-         "client would remove the folder of branches with all of them."}},
+         "that names nothing (empty, `.`, `/`): the client would remove the folder of branches "
+         "with all of them."}},
     Row{"RequestTypeCommit",
         {"Send changes to the repository.",
-         "Makes a revision, where anything had changed. The result holds its number; without a "
+         "Makes a revision where anything has changed. The result holds its number; without a "
          "change there is no record.",
          "A directory sends everything that has changed below it. The message goes as one "
          "argument; without one the client would start an editor, and fails instead."}},
@@ -43,13 +41,13 @@ constexpr std::array rows{
          "The name goes in front. Names in the list that hold no letter or digit are dropped when "
          "it is written anew. An edit that fails leaves no trace in the error: look at the "
          "property, or at `addIgnored` of `Host/Embedding`. The operation runs no client itself: "
-         "it "
-         "has no arguments, and waits for the steps on a queue of its own."}},
+         "it has no arguments, and waits for the steps on a queue of its own."}},
     Row{"RequestTypeRemove",
         {"Remove files from version control.",
          "Schedules the removal and takes the files off the disk. A URL is removed from the "
          "repository at once, and needs a message.",
-         "A file with changes of its own is an error of the client's: nothing is forced."}},
+         "Local changes of the files are lost, and files that are not under version control go "
+         "too: `planRemove` of `Host/Plans` says before what is lost, `UndoStore` keeps it."}},
     Row{"RequestTypeResolve",
         {"Mark conflicts as settled.",
          "The files stay as they are; what the client kept beside them goes.",
@@ -68,7 +66,7 @@ constexpr std::array rows{
          "Changes the working copy; nothing is committed. Where both sides changed a text, the "
          "local one stays: what came in is lost unless `Host/Keeping` keeps it.",
          "A working copy without its own repository record is merged into all the same. Update "
-         "before, as the client refuses mixed revisions."}},
+         "first: the client refuses a working copy of mixed revisions."}},
     Row{"RequestTypeCopy",
         {"Copy a file or directory with its history.",
          "A copy within the working copy is scheduled; a copy to a URL makes a revision at once.",
@@ -87,15 +85,15 @@ constexpr std::array rows{
         {"Bring a working copy up to date, or to a revision.",
          "Changes the working copy. Where both sides changed a text, the local one stays "
          "(`mine-full`).",
-         "The result is empty: what changed is told by the client's lines, which "
-         "`ChangeFactsReader` reads."}},
+         "The result is empty: what changed is in the client's output, which `ChangeFactsReader` "
+         "reads."}},
     Row{"RequestTypeSwitch",
-        {"Turn a working copy to another branch.",
+        {"Switch a working copy to another branch.",
          "Changes the working copy; local changes are carried over.",
          "Only the first of `files` is switched. The result is empty."}},
     Row{"RequestTypeStatus",
         {"What has changed in a working copy.", "None; the repository is not asked.",
-         "Ignored items are told too. Unchanged items that were asked for by name have a record "
+         "Ignored items are listed too. Unchanged items that were asked for by name have a record "
          "with status 0. A path that is not in a working copy is an error beside the records of "
          "the others."}},
     Row{"RequestTypeRemoteStatus",
@@ -114,13 +112,12 @@ constexpr std::array rows{
     Row{"RequestTypeCheckout",
         {"Make a working copy.",
          "Writes the destination. The result names it, as a file path object.",
-         "Only the first of `files`, the URL, is checked out. A directory that exists is taken as "
+         "Only the first of `files`, the URL, is checked out. A directory that exists is used as "
          "it is: `planCheckout` says what is in the way."}},
     Row{"RequestTypeExportFile",
         {"The content of a file at a revision, for comparing.",
          "Writes a temporary file, whose path object is the result. It goes when the last holder "
-         "of "
-         "that object lets go.",
+         "of that object lets go.",
          "Exactly one file. No authentication is needed only where the starting revision is the "
          "very `QuenSourceControlBASERevisionName`."}},
     Row{"RequestTypeImport",
@@ -130,29 +127,29 @@ constexpr std::array rows{
          "required."}},
     Row{"RequestTypeListBranches",
         {"The names of the branches.", "None.",
-         "`files` is not looked at: the branches are those of the repository's "
-         "`branchesLocation`. Without it, or where it is not there, the error is -90."}},
+         "`files` is not looked at: the branches are those of the repository's `branchesLocation`. "
+         "Without it, or where it is not there, the error is -90."}},
     Row{"RequestTypeCurrentBranch",
-        {"Which branch a working copy is of.", "None.",
+        {"Which branch a working copy is on.", "None.",
          "Needs the repository's `trunkLocation` and `branchesLocation`: without them the result "
-         "is "
-         "empty. `files` is not looked at. The name is `QuenSourceControlTrunkBranchName` for the "
-         "trunk."}},
+         "is empty. `files` is not looked at. The name is `QuenSourceControlTrunkBranchName` for "
+         "the trunk."}},
     Row{"RequestTypeBlame",
         {"Who last changed each line of a file.", "None.",
          "Exactly one file. The line's text is not part of the record: read the file, or export "
          "it."}},
     Row{"RequestTypeDiff",
-        {"What lies between two revisions, two URLs, or a working copy and what it rests on.",
+        {"The differences between two revisions, between two URLs, or between a working copy and "
+         "its base.",
          "None.",
          "With a destination the result is a list of paths with their status, of the first of "
          "`files` and the destination; without one it is one text. Without a range and without a "
          "destination `files` is not passed on: the client looks at the directory in which it "
          "runs. The local changes of chosen files need a range all the same: the starting revision "
-         "`^` with an empty ending revision. `Host/Embedding` knows that. An unreadable list is "
-         "neither result nor error."}},
+         "`^` with an empty ending revision. `Host/Embedding` knows that. Where the list cannot be "
+         "read, there is neither a result nor an error."}},
     Row{"RequestTypeInfoCheck",
-        {"Whether files are under version control: the absence of an error says yes.", "None.",
+        {"Whether files are under version control: if there is no error, they are.", "None.",
          "There is no result. Whether the source tree can be reached does not matter."}},
     Row{"RequestTypeInfoCheckAlternate",
         {"The same as `RequestTypeInfoCheck`.", "None.", "See `RequestTypeInfoCheck`."}},

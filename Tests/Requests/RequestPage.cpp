@@ -228,7 +228,7 @@ std::string requestPage(QuenSourceControlProtocol& provider) {
         "happens, and what surprises.\nThis page is made from the table in "
         "`QuenFoundation/QuenSourceControlRequestFacts.h` and from the\nprovider's own answers; a "
         "test holds it to them.\n\n"
-        "*Required* is what the provider asserts, or what validation or the client does not do "
+        "*Required* is what the provider asserts, or what validation or the client cannot do "
         "without.\nNot every record has every key of a result. The command lines are those of the "
         "request as shown, and of\none with everything optional besides. The user's name comes "
         "from the source tree's repository. The\nclient runs in the working directory of the run's "

@@ -52,7 +52,7 @@ int runTagsCommand(Session& session, const Options& options) {
 
 void addTagsCommand(CommandLine& line) {
     auto options = std::make_shared<Options>();
-    Subcommand command = line.add("tags", "List the project's tags, the youngest first");
+    Subcommand command = line.add("tags", "List the project's tags, newest first");
     command.argument("PATH", options->path, "Path or URL in the project (default: .)");
     options->layout.addTo(command);
     runInSession<Options>(command, options, runTagsCommand);

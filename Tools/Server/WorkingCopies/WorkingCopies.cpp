@@ -97,8 +97,8 @@ WorkingCopies::Opened WorkingCopies::open(const std::string& path, const RunOpti
     }
     if (opened.isNew && !watch_.add(root)) {
         log_.say(WindowLog::warning,
-                 "There is no watch to be had on " + root +
-                     "/.svn/wc.db: changes made elsewhere show after a refresh.");
+                 root + "/.svn/wc.db cannot be watched: changes made elsewhere show after a "
+                        "refresh.");
     }
     if (!opened.copy->isKnown()) {
         opened.ran = makeKnown(opened.copy, options, watcher);
