@@ -17,13 +17,14 @@ String nextStepAfter(TaskFailure failure, const String& server, const String& us
                           "try again.",
                           {server, user});
     case TaskFailure::noPermission:
-        return text("%@ does not allow this to you. Ask whoever runs the server for permission, or "
-                    "sign in as somebody who has it.");
+        return text(
+            "%@ does not allow you to do this. Ask whoever runs the server for permission, or "
+            "sign in as somebody who has it.");
     case TaskFailure::untrustedCertificate:
         return text("The certificate of %@ is not trusted. Compare its fingerprint with the one "
                     "that whoever runs the server names, then accept it and try again.");
     case TaskFailure::keyRefused:
-        return text("%@ accepted no key and no password of yours. Load the right key into your "
+        return text("%@ accepted none of your keys and passwords. Load the right key into your "
                     "agent, or have your public key added to the account there.");
     case TaskFailure::hostKeyUnknown:
         return text("The host key of %@ is not known here. Compare its fingerprint with the one "

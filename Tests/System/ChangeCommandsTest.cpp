@@ -300,14 +300,17 @@ TEST_F(TreeEditCommandsTest, SeveralGoIntoADirectory) {
 }
 
 TEST_F(TreeEditCommandsTest, MakeDirectoryMakesParents) {
-    expectEach(sandbox_, {{{"mkdir", "-p", "a/b@1/c", "a/d"}, "Created 4 items.\n"},
-                          {{"mkdir", "-p", "a/d"}, "Nothing to create.\n"},
-                          {{"mkdir", "--json", "-p", "a/d"},
-                           "{\"summary\":\"Nothing to create.\",\"revision\":null,\"items\":0}\n"},
-                          {{"mkdir", "-p", sandbox_.url("trunk/x/y"), "-m", "M"},
-                           "Committed revision 2.\n"}});
+    expectEach(sandbox_,
+               {{{"mkdir", "-p", "a/b@1/c", "a/d"}, "Created 4 items.\n"},
+                {{"mkdir", "-p", "a/d"}, "Nothing to create.\n"},
+                {{"mkdir", "--json", "-p", "a/d"},
+                 "{\"summary\":\"Nothing to create.\",\"revision\":null,\"items\":0}\n"},
+                {{"mkdir", "-p", sandbox_.url("trunk/x/y"), "-m", "M"}, "Committed revision 2.\n"},
+                {{"mkdir", "-p", sandbox_.url("trunk/x/y"), "-m", "M"}, "Nothing to create.\n"},
+                {{"mkdir", "-p", sandbox_.url("trunk/x"), sandbox_.url("trunk/z"), "-m", "M"},
+                 "Committed revision 3.\n"}});
     EXPECT_EQ(sandbox_.svn({"status"}), "A       a\nA       a/b@1\nA       a/b@1/c\nA       a/d\n");
-    EXPECT_EQ(sandbox_.svn({"list", "-R", sandbox_.url("trunk")}), "x/\nx/y/\n");
+    EXPECT_EQ(sandbox_.svn({"list", "-R", sandbox_.url("trunk")}), "x/\nx/y/\nz/\n");
 }
 
 TEST_F(TreeEditCommandsTest, MoveWorksFromADirectoryBelow) {

@@ -1,4 +1,6 @@
+#include "Host/TaskFailure.h"
 #include "QuenFoundation/QuenSourceControlConstants.h"
+#include "Tools/Commands/Session/ErrorAdvice.h"
 #include "Tools/Commands/Session/ErrorTexts.h"
 
 #include <gmock/gmock.h>
@@ -37,6 +39,27 @@ TEST(LinesOfError, TellOfEveryErrorBehindIt) {
 TEST(LinesOfError, NameAnErrorThatSaysNothing) {
     EXPECT_THAT(linesOfError({QuenSourceControlErrorDomain, -11}),
                 ElementsAre(Error(QuenSourceControlErrorDomain, -11).description().str()));
+}
+
+/// The numbers of a server that cannot be reached come with a refused password too.
+TEST(LinesForPerson, KeepToTheNextStepOfSigningIn) {
+    const Error refused{
+        QuenSourceControlTaskErrorDomain,
+        170013,
+        {{NSLocalizedDescriptionKey, String("Unable to connect")},
+         {NSLocalizedRecoverySuggestionErrorKey, String("Check the password.")},
+         {QuenSourceControlTaskErrorCodesKey, Array{std::int64_t{170013}, std::int64_t{170001}}}}};
+    Dictionary userInfo = refused.userInfo();
+    userInfo.set(QuenSourceControlSignInFailureKey,
+                 static_cast<std::int64_t>(TaskFailure::wrongPassword));
+    std::string advice;
+
+    EXPECT_EQ(linesForPerson(refused, nullptr, advice).back(), advice);
+    EXPECT_THAT(advice, testing::StartsWith("Check the spelling of the URL"));
+
+    EXPECT_THAT(linesForPerson({refused.domain(), refused.code(), userInfo}, nullptr, advice),
+                ElementsAre("Unable to connect", "Check the password."));
+    EXPECT_EQ(advice, "Check the password.");
 }
 
 TEST(UnderlyingErrors, AreFollowedHoweverDeepTheyLie) {

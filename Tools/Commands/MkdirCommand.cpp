@@ -3,6 +3,7 @@
 #include "Tools/Commands/Changes/Change.h"
 #include "Tools/Commands/Changes/LogMessage.h"
 #include "Tools/Commands/CommandLine/CommandLine.h"
+#include "Tools/Commands/Places/ItemPlace.h"
 #include "Tools/Commands/Places/SourceTreeFinder.h"
 #include "Tools/Commands/Session/HostQueries.h"
 
@@ -35,6 +36,15 @@ int makeDirectory(Session& session, const std::string& directory, const Dictiona
                       });
 }
 
+/// As a directory, on the disk or in the repository.
+bool isThere(const std::string& directory) {
+    if (!isRepositoryURL(directory)) {
+        return isDirectory(directory);
+    }
+    const auto item = infoOf(directory);
+    return item && item->kind == "dir";
+}
+
 /// The client's own command, since the provider's makes no parents. In the repository all of them
 /// are one commit.
 int makeWithParents(Session& session, const Options& options, const String& message) {
@@ -51,7 +61,7 @@ int makeWithParents(Session& session, const Options& options, const String& mess
     }
     std::vector<std::string> paths;
     for (const std::string& directory : options.directories) {
-        if (!isDirectory(directory)) {
+        if (!isThere(directory)) {
             paths.push_back(isRemote ? directory : absolutePaths({directory}).front().str());
         }
     }

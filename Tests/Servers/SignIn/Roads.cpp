@@ -220,7 +220,7 @@ std::string failureToldBy(const std::string& text) {
     const std::array<std::pair<const char*, const char*>, 8> steps{
         {{"wants a user name and a password", "noPassword"},
          {"did not accept the password", "wrongPassword"},
-         {"does not allow this to you", "noPermission"},
+         {"does not allow you to do this", "noPermission"},
          {"is not trusted. Compare its fingerprint", "untrustedCertificate"},
          {"accepted no key", "keyRefused"},
          {"is not known here", "hostKeyUnknown"},

@@ -114,6 +114,14 @@ std::string adviceFor(const ErrorFacts& facts, const Lines& reason) {
                : "";
 }
 
+/// The next step that signing in has found out; it is among the reasons already. nil for none.
+String signInAdvice(const Error& error) {
+    const Dictionary& userInfo = error.userInfo();
+    return userInfo.find(QuenSourceControlSignInFailureKey) == nullptr
+               ? String()
+               : userInfo[NSLocalizedRecoverySuggestionErrorKey].stringValue();
+}
+
 } // namespace
 
 std::vector<std::string> linesForPerson(const Error& error,
@@ -126,6 +134,10 @@ std::vector<std::string> linesForPerson(const Error& error, const QuenSourceCont
                                         std::string& advice) {
     const ErrorFacts facts = ErrorFacts::of(error, request);
     Lines lines = reasonForPerson(error, facts);
+    if (const String nextStep = signInAdvice(error); !nextStep.isEmpty()) {
+        advice = nextStep.str();
+        return lines;
+    }
     advice = adviceFor(facts, lines);
     if (!advice.empty() && std::find(lines.begin(), lines.end(), advice) == lines.end()) {
         lines.push_back(advice);
