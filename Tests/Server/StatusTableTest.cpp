@@ -92,7 +92,7 @@ TEST(StatusTable, FindsWhatIsUnversionedAbove) {
 
 TEST(WorkingCopy, NobodyHearsOfIgnoredItemsBeforeAskingForThem) {
     WorkingCopy copy({"/w", "", "", "", 1, {}, false});
-    EXPECT_FALSE(copy.replaceAll(items({item("/w/o", "ignored"), item("/w/a", "modified")})));
+    EXPECT_FALSE(copy.replaceAll(items({item("/w/o", "ignored"), item("/w/a", "modified")})).news);
     EXPECT_EQ(copy.snapshot(false).items.size(), 1U);
     EXPECT_FALSE(copy.replaceBelow({"/w/p"}, items({item("/w/p", "ignored")})));
     // One that was told of is taken back when it becomes an ignored one.
@@ -109,12 +109,24 @@ TEST(WorkingCopy, TheGenerationGrowsWithEveryDifference) {
     copy.replaceAll(items({}));
     const auto first = copy.summary(false).generation;
     EXPECT_GT(first, 0U);
-    EXPECT_FALSE(copy.replaceAll(items({})));
+    EXPECT_FALSE(copy.replaceAll(items({})).news);
     EXPECT_EQ(copy.summary(false).generation, first);
-    const auto news = copy.replaceAll(items({item("/w/a", "modified")}));
+    const auto news = copy.replaceAll(items({item("/w/a", "modified")})).news;
     ASSERT_TRUE(news);
     EXPECT_EQ(news->generation, first + 1);
     EXPECT_EQ(copy.summary(false).generation, first + 1);
+}
+
+/// Its items may be answered when others have followed, whose differences must not pass for old.
+TEST(WorkingCopy, AReportHasTheGenerationThatItMade) {
+    WorkingCopy copy({"/w", "", "", "", 1, {}, false});
+    const auto first = copy.replaceAll(items({item("/w/a", "modified")}));
+    EXPECT_EQ(first.generation, copy.summary(false).generation);
+    const auto second = copy.replaceAll(items({item("/w/b", "modified")}));
+    ASSERT_TRUE(second.news);
+    EXPECT_EQ(second.generation, second.news->generation);
+    EXPECT_GT(second.generation, first.generation);
+    EXPECT_EQ(copy.replaceAll(items({item("/w/b", "modified")})).generation, second.generation);
 }
 
 TEST(StatusItem, HoldsWhatSaysSomething) {

@@ -4,6 +4,7 @@
 #include "Tools/Server/Methods/WorkingCopyJson.h"
 #include "Tools/Server/WorkingCopies/Discovery.h"
 
+#include <optional>
 #include <utility>
 
 namespace quen::tools::server {
@@ -72,7 +73,9 @@ void sendItems(Call& call, const std::vector<StatusItem>& items, bool includeIgn
 OrderedJson status(const Services& services, Call& call, const StatusParams& params) {
     std::size_t seen = 0;
     bool isSent = false;
-    const WorkingCopies::ItemWatcher watcher = [&](const std::vector<StatusItem>& items) {
+    std::optional<std::uint64_t> sentGeneration;
+    WorkingCopies::StatusWatcher watcher;
+    watcher.items = [&](const std::vector<StatusItem>& items) {
         seen += items.size();
         call.progress().report("Reading the status", seen);
         if (call.wantsParts()) {
@@ -80,6 +83,7 @@ OrderedJson status(const Services& services, Call& call, const StatusParams& par
             sendItems(call, items, params.includeIgnored);
         }
     };
+    watcher.takenIn = [&](std::uint64_t generation) { sentGeneration = generation; };
     WorkingCopies::Opened opened = services.copies.open(params.root, optionsOf(call), watcher);
     if (opened.copy == nullptr) {
         OrderedJson json{
@@ -89,12 +93,15 @@ OrderedJson status(const Services& services, Call& call, const StatusParams& par
     }
     if (!opened.copy->isKnown()) {
         opened.ran = services.copies.makeKnown(opened.copy, optionsOf(call), watcher);
-    } else if ((params.refresh && !opened.isNew) || !services.copies.isKept(*opened.copy)) {
+    } else if (!sentGeneration &&
+               ((params.refresh && !opened.isNew) || !services.copies.isKept(*opened.copy))) {
         opened.ran = services.copies.refresh(opened.copy, optionsOf(call), watcher);
     }
     WorkingCopy::Snapshot known;
     if (isSent) {
         known.summary = opened.copy->summary(params.includeIgnored);
+        // What has changed since then its own differences tell, which are newer than these items.
+        known.summary.generation = sentGeneration.value_or(known.summary.generation);
     } else {
         known = opened.copy->snapshot(params.includeIgnored);
     }

@@ -110,7 +110,7 @@ OrderedJson newsJson(const WorkingCopy& copy, const WorkingCopy::News& news) {
 } // namespace
 
 Ran StatusRefresh::whole(const WorkingCopyPtr& copy, const RunOptions& options,
-                         const ItemWatcher& watcher) {
+                         const Watcher& watcher) {
     const auto turn = copy->takeTurn(options.stop);
     if (!turn) {
         throw requestCancelled(false);
@@ -119,7 +119,7 @@ Ran StatusRefresh::whole(const WorkingCopyPtr& copy, const RunOptions& options,
 }
 
 Ran StatusRefresh::makeKnown(const WorkingCopyPtr& copy, const RunOptions& options,
-                             const ItemWatcher& watcher) {
+                             const Watcher& watcher) {
     const auto turn = copy->takeTurn(options.stop);
     if (!turn) {
         throw requestCancelled(false);
@@ -128,15 +128,15 @@ Ran StatusRefresh::makeKnown(const WorkingCopyPtr& copy, const RunOptions& optio
 }
 
 Ran StatusRefresh::wholeInTurn(const WorkingCopyPtr& copy, const RunOptions& options,
-                               const ItemWatcher& watcher) {
+                               const Watcher& watcher) {
     const std::string stamp = databaseStampOf(copy->root());
     StatusFactsReader reader;
     ReportItems items;
     StatusItems taken;
     const auto takeNew = [&] {
         std::vector<StatusItem> fresh = items.takeNew(reader);
-        if (watcher && !fresh.empty()) {
-            watcher(fresh);
+        if (watcher.items && !fresh.empty()) {
+            watcher.items(fresh);
         }
         append(taken, std::move(fresh));
     };
@@ -151,7 +151,11 @@ Ran StatusRefresh::wholeInTurn(const WorkingCopyPtr& copy, const RunOptions& opt
     takeNew();
     if (ran.isWell()) {
         copy->setDatabaseStamp(stamp);
-        announce(*copy, copy->replaceAll(std::move(taken)));
+        const WorkingCopy::TakenIn report = copy->replaceAll(std::move(taken));
+        if (watcher.takenIn) {
+            watcher.takenIn(report.generation);
+        }
+        announce(*copy, report.news);
     }
     return ran;
 }

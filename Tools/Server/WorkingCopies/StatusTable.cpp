@@ -124,11 +124,11 @@ void StatusItems::put(StatusItem item) {
     const auto at = byPath_.try_emplace(byPath_.end(), item.path);
     if (byPath_.size() == before) {
         --counts_[at->second.status.str()];
-        externals_ -= at->second.external ? 1 : 0;
+        externals_ -= at->second.external ? 1U : 0U;
     }
     const auto count = counts_.find(item.status.view());
     ++(count == counts_.end() ? counts_[item.status.str()] : count->second);
-    externals_ += item.external ? 1 : 0;
+    externals_ += item.external ? 1U : 0U;
     at->second = std::move(item);
 }
 
@@ -137,7 +137,7 @@ void StatusItems::moveTo(StatusItems& others, std::string_view path) {
         const auto next = std::next(at);
         if (isAtOrBelow(at->first, path)) {
             --counts_[at->second.status.str()];
-            externals_ -= at->second.external ? 1 : 0;
+            externals_ -= at->second.external ? 1U : 0U;
             others.put(std::move(byPath_.extract(at).mapped()));
         }
         at = next;

@@ -71,7 +71,7 @@ private:
 };
 
 WorkingCopies::Opened WorkingCopies::open(const std::string& path, const RunOptions& options,
-                                          const ItemWatcher& watcher) {
+                                          const StatusWatcher& watcher) {
     const std::string root = rootAbove(path);
     if (root.empty()) {
         return {};

@@ -37,13 +37,13 @@ public:
         /// It was not open before.
         bool isNew = false;
     };
-    using ItemWatcher = StatusRefresh::ItemWatcher;
+    using StatusWatcher = StatusRefresh::Watcher;
     /// Opens the working copy that a path lies in, and gets its first status, whose items `watcher`
     /// hears of while the client writes. `copy` is null where the path lies in none, and where the
     /// client failed, which `ran` tells. Of several that open one at once, one runs the client and
     /// the others wait.
     Opened open(const std::string& path, const RunOptions& options,
-                const ItemWatcher& watcher = {});
+                const StatusWatcher& watcher = {});
     /// Asks the client again what an open working copy is: it may have been switched.
     Ran readAgain(const std::string& root, const RunOptions& options);
     /// Only where its database has changed since the client was asked last.
@@ -59,13 +59,13 @@ public:
 
     /// Runs the client for the whole status.
     Ran refresh(const WorkingCopyPtr& copy, const RunOptions& options,
-                const ItemWatcher& watcher = {}) {
+                const StatusWatcher& watcher = {}) {
         return refresh_.whole(copy, options, watcher);
     }
     /// Likewise, but only where no status is kept yet: of several that ask for it at once, one runs
     /// the client and the others wait.
     Ran makeKnown(const WorkingCopyPtr& copy, const RunOptions& options,
-                  const ItemWatcher& watcher = {}) {
+                  const StatusWatcher& watcher = {}) {
         return refresh_.makeKnown(copy, options, watcher);
     }
     /// Runs the client for some paths alone.

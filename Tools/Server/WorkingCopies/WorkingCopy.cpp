@@ -55,15 +55,15 @@ WorkingCopy::Snapshot WorkingCopy::snapshot(bool includeIgnored) {
     return snapshot;
 }
 
-std::optional<WorkingCopy::News> WorkingCopy::replaceAll(StatusItems items) {
+WorkingCopy::TakenIn WorkingCopy::replaceAll(StatusItems items) {
     const std::lock_guard lock(mutex_);
     if (std::exchange(isKnown_, true)) {
-        return newsOf(table_.replaceAll(std::move(items)));
+        std::optional<News> news = newsOf(table_.replaceAll(std::move(items)));
+        return {generation_, std::move(news)};
     }
     // Whoever opens a working copy asks for its status; nobody is told of all of it unasked.
     table_.fill(std::move(items));
-    ++generation_;
-    return std::nullopt;
+    return {++generation_, std::nullopt};
 }
 
 std::optional<WorkingCopy::News> WorkingCopy::replaceBelow(const std::vector<std::string>& paths,

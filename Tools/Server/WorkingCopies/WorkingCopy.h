@@ -72,7 +72,12 @@ public:
         StatusChange change;
         std::map<std::string, std::size_t> counts;
     };
-    std::optional<News> replaceAll(StatusItems items);
+    /// A whole report, once it is taken in: the generation that it is, and what it changed.
+    struct TakenIn {
+        std::uint64_t generation = 0;
+        std::optional<News> news;
+    };
+    TakenIn replaceAll(StatusItems items);
     std::optional<News> replaceBelow(const std::vector<std::string>& paths,
                                      const StatusItems& items);
 
