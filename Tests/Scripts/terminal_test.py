@@ -108,6 +108,8 @@ def on_terminal(sandbox, words, width, variables):
         shown += piece
     os.close(terminal)
     os.waitpid(child, 0)
+    # Progress is drawn after a tenth of a second, and wiped off again: on a busy machine only.
+    shown = re.sub(rb"\r[^\r\n\x1b]*\x1b\[K", b"", shown)
     return shown.decode(errors="replace").replace("\r\n", "\n")
 
 

@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
              TaskFailure::untrustedCertificate, "Compare its fingerprint",
              "certificate verification failed"},
         Told{"sshdKeyRefused", ServerKind::sshd, useStrangersKey, TaskFailure::keyRefused,
-             "accepted no key", "Permission denied (publickey)"},
+             "accepted none of your keys", "Permission denied (publickey)"},
         Told{"sshdHostUnknown", ServerKind::sshd, forgetHost, TaskFailure::hostKeyUnknown,
              "is not known here", "Host key verification failed"},
         Told{"sshdHostChanged", ServerKind::sshd, changeHost, TaskFailure::hostKeyChanged,

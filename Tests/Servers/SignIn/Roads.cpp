@@ -222,7 +222,7 @@ std::string failureToldBy(const std::string& text) {
          {"did not accept the password", "wrongPassword"},
          {"does not allow you to do this", "noPermission"},
          {"is not trusted. Compare its fingerprint", "untrustedCertificate"},
-         {"accepted no key", "keyRefused"},
+         {"accepted none of your keys", "keyRefused"},
          {"is not known here", "hostKeyUnknown"},
          {"is not the one that is known", "hostKeyChanged"},
          {"does not answer", "offline"}}};
